@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <limits>
-#include <new>
 #include <utility>
 
 #include "image/bitmap.h"
+#include "image/work_array.h"
 
 namespace vantrel {
 namespace {
@@ -63,17 +61,12 @@ void for_each_run(const unsigned char* bits, unsigned width, Found found) {
 /** The runs of two rows, which swap roles from row to row. A row of that width has at most (width + 1) / 2 runs. */
 class RunRows {
  public:
-  explicit RunRows(unsigned width) {
-    const std::size_t most = (std::size_t{width} + 1) / 2;
-    runs_ = new (std::nothrow) _RUN[2 * most];
-    previous = runs_;
-    current = runs_ + (runs_ == nullptr ? 0 : most);
+  explicit RunRows(unsigned width) : most_((std::size_t{width} + 1) / 2), runs_(2 * most_) {
+    previous = runs_.get();
+    current = ready() ? previous + most_ : nullptr;
   }
-  RunRows(const RunRows&) = delete;
-  RunRows& operator=(const RunRows&) = delete;
-  ~RunRows() { delete[] runs_; }
 
-  bool ready() const { return runs_ != nullptr; }
+  bool ready() const { return runs_.ready(); }
   void next_row() {
     std::swap(previous, current);
     previous_count = std::exchange(current_count, static_cast<unsigned short>(0));
@@ -85,7 +78,8 @@ class RunRows {
   unsigned short current_count = 0;
 
  private:
-  _RUN* runs_;
+  std::size_t most_;
+  WorkArray<_RUN> runs_;
 };
 
 /** Absorbs a component into another that it touches and returns it to the list. */

@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <new>
 
 #include "image/bitmap.h"
+#include "image/work_array.h"
 #include "lines/border_line.h"
 #include "lines/sobel.h"
 #include "lines/verify.h"
@@ -15,32 +15,31 @@ namespace {
 /** How many bytes of every row are edge pixels, modulo 2^16. Rows outside the map have none. */
 class EdgeHistogram {
  public:
-  EdgeHistogram(const unsigned char* edge, int rows, int row_bytes) : rows_(std::max(rows, 0)) {
-    counts_ = new (std::nothrow) std::uint16_t[static_cast<std::size_t>(rows_)];
-    if (counts_ == nullptr) return;
+  EdgeHistogram(const unsigned char* edge, int rows, int row_bytes)
+      : rows_(std::max(rows, 0)), counts_(static_cast<std::size_t>(rows_)) {
+    if (!ready()) return;
     for (int r = 0; r < rows_; ++r) {
       const unsigned char* row = edge + std::ptrdiff_t{r} * row_bytes;
-      counts_[r] = static_cast<std::uint16_t>(std::count(row, row + std::max(row_bytes, 0), kEdge));
+      counts_[static_cast<std::size_t>(r)] =
+          static_cast<std::uint16_t>(std::count(row, row + std::max(row_bytes, 0), kEdge));
     }
   }
-  EdgeHistogram(const EdgeHistogram&) = delete;
-  EdgeHistogram& operator=(const EdgeHistogram&) = delete;
-  ~EdgeHistogram() { delete[] counts_; }
 
-  bool ready() const { return counts_ != nullptr; }
-  int operator[](std::int64_t row) const { return row >= 0 && row < rows_ ? counts_[row] : 0; }
+  bool ready() const { return counts_.ready(); }
+  int operator[](std::int64_t row) const {
+    return row >= 0 && row < rows_ ? counts_[static_cast<std::size_t>(row)] : 0;
+  }
 
   /** Edge pixels in rows [from, to). */
   std::int64_t sum(std::int64_t from, std::int64_t to) const {
     std::int64_t total = 0;
-    for (std::int64_t r = std::max<std::int64_t>(from, 0); r < std::min<std::int64_t>(to, rows_); ++r)
-      total += counts_[r];
+    for (std::int64_t r = from; r < to; ++r) total += (*this)[r];
     return total;
   }
 
  private:
   int rows_;
-  std::uint16_t* counts_;
+  WorkArray<std::uint16_t> counts_;
 };
 
 /** Two ranges of rows walked in step, one beyond each candidate. */
