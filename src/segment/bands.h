@@ -1,0 +1,46 @@
+/**
+ * @file bands.h
+ * @brief Runs of densely marked rows in a strip of a black-and-white sheet.
+ */
+#ifndef VANTREL_SEGMENT_BANDS_H
+#define VANTREL_SEGMENT_BANDS_H
+
+#include <span>
+
+#include "image/bitmap.h"
+
+namespace vantrel {
+
+enum class RowClass : unsigned char { kSparse, kDense };
+
+/** Memory rows first to last, both included. */
+struct Band {
+  int first;
+  int last;
+
+  int height() const { return last - first + 1; }
+  /** The row halfway, rounded down. */
+  int midpoint() const { return (first + last) / 2; }
+  bool operator==(const Band&) const = default;
+};
+
+/** Classes each row of the strip: dense when it has more than `limit` black pixels. One class a row. */
+void classify_rows(ConstPixels strip, int limit, std::span<RowClass> rows);
+
+/** Makes the sparse rows between two dense ones dense when those are less than `gap` rows apart. */
+void bridge_gaps(std::span<RowClass> rows, int gap);
+
+/** The bands that `rows` rows can have at most. */
+constexpr int most_bands(int rows) { return rows / 2 + rows % 2; }
+
+/**
+ * Lists the maximal runs of dense rows, in increasing order.
+ *
+ * @param room space for most_bands(rows.size()) bands.
+ * @return the part of `room` that was filled.
+ */
+std::span<Band> collect_bands(std::span<const RowClass> rows, std::span<Band> room);
+
+}  // namespace vantrel
+
+#endif
