@@ -1,0 +1,18 @@
+# What `cmake --install` lays down for those who build against the library: header, library, CMake package, pkg-config.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS vantrel EXPORT vantrelTargets)
+install(FILES include/vantrel.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vantrel)
+install(EXPORT vantrelTargets NAMESPACE vantrel:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/vantrelConfig.cmake.in ${PROJECT_BINARY_DIR}/vantrelConfig.cmake
+                              INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/vantrelConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/vantrelConfig.cmake ${PROJECT_BINARY_DIR}/vantrelConfigVersion.cmake
+        DESTINATION ${package_dir})
+
+# The installed tree may be moved: the prefix is found from the place of the .pc file.
+file(RELATIVE_PATH VANTREL_PC_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+configure_file(cmake/vantrel.pc.in ${PROJECT_BINARY_DIR}/vantrel.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/vantrel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
