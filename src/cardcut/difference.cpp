@@ -1,0 +1,62 @@
+#include "cardcut/difference.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace vantrel::cardcut {
+namespace {
+
+constexpr int kColours = ColourPixel::kBytes;
+
+void squared_differences(const unsigned char* a, const unsigned char* b, int bytes, std::uint16_t* squares) {
+  for (int i = 0; i < bytes; ++i) {
+    const int difference = a[i] - b[i];
+    squares[i] = static_cast<std::uint16_t>(difference * difference);
+  }
+}
+
+int sum_of_colours(const std::uint16_t* squares) { return squares[0] + squares[1] + squares[2]; }
+
+int truncated_root(int square) { return static_cast<int>(std::sqrt(static_cast<double>(square))); }
+
+}  // namespace
+
+void gray_row_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
+  const auto [later, here, earlier] = run;
+  for (int i = 0; i < count; ++i) result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]));
+}
+
+void gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
+  const auto [later, here, earlier] = run;
+  for (int i = 0; i < count; ++i) {
+    result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]) - std::abs(here[i + 1] - here[i - 1]));
+  }
+}
+
+void colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) {
+  std::uint16_t across_rows[kColours * kRunLength];
+  std::uint16_t across_columns[kColours * kRunLength];
+  squared_differences(run.later, run.earlier, kColours * count, across_rows);
+  squared_differences(run.here + kColours, run.here - kColours, kColours * count, across_columns);
+  // Most pixels lie on flat ground: their distances are compared as squares and need no root.
+  const int least = (edge + 1) * (edge + 1);
+  for (int i = 0; i < count; ++i) {
+    const int rows = sum_of_colours(across_rows + kColours * i);
+    const int columns = sum_of_colours(across_columns + kColours * i);
+    const bool flat = rows < least && columns < least;
+    result[i] = flat ? std::int16_t{0} : static_cast<std::int16_t>(truncated_root(rows) - truncated_root(columns));
+  }
+}
+
+}  // namespace vantrel::cardcut
+
+int ColorDiff(unsigned char r1, unsigned char g1, unsigned char b1, unsigned char r2, unsigned char g2,
+              unsigned char b2) {
+  const int red = r2 - r1;
+  const int green = g2 - g1;
+  const int blue = b2 - b1;
+  const std::uint32_t square =
+      SQUARE_TABLE[std::abs(red)] + SQUARE_TABLE[std::abs(green)] + SQUARE_TABLE[std::abs(blue)];
+  const int distance = vantrel::cardcut::truncated_root(static_cast<int>(square));
+  return red + green + blue < 0 ? -distance : distance;
+}
