@@ -25,7 +25,7 @@ struct ScopedBlockList : _BLIST {
 
 /** Where each border is looked for: a band along its side of the image, and the frame line that stands in for it. */
 struct SideSearch {
-  Band band;
+  Region region;
   int direction;
   BorderLine frame_line;
 };
@@ -51,14 +51,15 @@ SideSearch side_search(int side, int rows, int cols) {
   }
 }
 
-std::size_t area(const Band& band) {
-  return static_cast<std::size_t>(band.row_to - band.row_from) * static_cast<std::size_t>(band.col_to - band.col_from);
+std::size_t area(const Region& region) {
+  return static_cast<std::size_t>(region.row_to - region.row_from) *
+         static_cast<std::size_t>(region.col_to - region.col_from);
 }
 
 /** Points of one band at a time: as many as the largest band has pixels. */
 std::size_t most_points(int rows, int cols) {
   std::size_t most = 0;
-  for (int side = 0; side < 4; ++side) most = std::max(most, area(side_search(side, rows, cols).band));
+  for (int side = 0; side < 4; ++side) most = std::max(most, area(side_search(side, rows, cols).region));
   return most;
 }
 
@@ -70,8 +71,8 @@ BorderLines find_borders(const ConstPixels& gray, const EdgeMaps& maps, _BNODE* 
   DegreeTables tables;
   BorderLines lines;
   for (int side = 0; side < 4; ++side) {
-    const auto [band, direction, frame_line] = side_search(side, rows, cols);
-    const int count = maps.collect(band, direction, points);
+    const auto [region, direction, frame_line] = side_search(side, rows, cols);
+    const int count = maps.collect(region, direction, points);
     // The line search only reads the image.
     const bool found =
         Compute_Hough_Angle2(const_cast<unsigned char*>(pixels), components, maps.edge(), lines.normal, lines.distance,

@@ -32,10 +32,10 @@ void EdgeMaps::detect(const MYRECT& interior) {
                  static_cast<int>(gray_.stride), interior);
 }
 
-int EdgeMaps::collect(const Band& band, int direction, typePoint* points) const {
+int EdgeMaps::collect(const Region& region, int direction, typePoint* points) const {
   int count = 0;
-  CalcPointCenter2(edge_.get(), dir_.get(), points, count, band.row_from, band.row_to, band.col_from, band.col_to,
-                   static_cast<int>(gray_.stride), direction);
+  CalcPointCenter2(edge_.get(), dir_.get(), points, count, region.row_from, region.row_to, region.col_from,
+                   region.col_to, static_cast<int>(gray_.stride), direction);
   return count;
 }
 

@@ -34,7 +34,7 @@ class EdgeMaps {
   void detect(const MYRECT& interior);
 
   /** Collects the edge points of a band and one direction class; returns their number. */
-  int collect(const Band& band, int direction, typePoint* points) const;
+  int collect(const Region& region, int direction, typePoint* points) const;
 
   unsigned char* edge() const { return edge_.get(); }
 

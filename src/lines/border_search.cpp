@@ -64,7 +64,7 @@ constexpr HorizontalRules kLevelBorders{5, true, false, true, VerifyCorrectLineV
 bool on_horizontal_side(const Scene& scene) { return scene.side == kTop || scene.side == kBottom; }
 
 /** The rows or columns between a line and the image's edge. */
-Band band_beyond(const Scene& scene, int L) {
+Region band_beyond(const Scene& scene, int L) {
   const int rows = scene.gray.rows;
   const int cols = scene.gray.cols;
   switch (scene.side) {

@@ -6,15 +6,16 @@
 namespace vantrel {
 namespace {
 
-/** Counts the pixels of a band that satisfy a predicate; whatever would lie behind the image's last row is not read. */
+/** Counts the pixels of a region that satisfy a predicate; whatever would lie behind the image's last row is not read.
+ */
 template <class Predicate>
-std::int64_t count_pixels(const ConstPixels& gray, const Band& band, Predicate predicate) {
+std::int64_t count_pixels(const ConstPixels& gray, const Region& region, Predicate predicate) {
   const std::int64_t end = std::int64_t{gray.stride} * gray.rows;
   std::int64_t count = 0;
-  for (int r = band.row_from; r < band.row_to && r < gray.rows; ++r) {
-    const auto to = static_cast<int>(std::min<std::int64_t>(band.col_to, end - std::int64_t{gray.stride} * r));
+  for (int r = region.row_from; r < region.row_to && r < gray.rows; ++r) {
+    const auto to = static_cast<int>(std::min<std::int64_t>(region.col_to, end - std::int64_t{gray.stride} * r));
     const unsigned char* row = gray.row(r);
-    for (int c = band.col_from; c < to; ++c) count += predicate(row[c]) ? 1 : 0;
+    for (int c = region.col_from; c < to; ++c) count += predicate(row[c]) ? 1 : 0;
   }
   return count;
 }
@@ -26,21 +27,21 @@ ConstPixels unbounded(const unsigned char* gray, int stride) {
 
 }  // namespace
 
-int brightness_class(const ConstPixels& gray, const Band& band) {
+int brightness_class(const ConstPixels& gray, const Region& region) {
   constexpr unsigned char kDarkest = 180;
-  const std::int64_t bright = count_pixels(gray, band, [](unsigned char level) { return level > kDarkest; });
-  const std::int64_t dark = count_pixels(gray, band, [](unsigned char level) { return level <= kDarkest; });
-  // Infinite without a dark pixel, and not a number for an empty band, which is neither bright nor dark.
+  const std::int64_t bright = count_pixels(gray, region, [](unsigned char level) { return level > kDarkest; });
+  const std::int64_t dark = count_pixels(gray, region, [](unsigned char level) { return level <= kDarkest; });
+  // Infinite without a dark pixel, and not a number for an empty region, which is neither bright nor dark.
   const float ratio = static_cast<float>(bright) / static_cast<float>(dark);
   if (ratio > 3.0f) return 1;
   return 1.0f > ratio * 3.0f ? 2 : 0;
 }
 
-bool mostly_dark(const ConstPixels& gray, const Band& band) {
-  const std::int64_t dark = count_pixels(gray, band, [](unsigned char level) { return level < 128; });
+bool mostly_dark(const ConstPixels& gray, const Region& region) {
+  const std::int64_t dark = count_pixels(gray, region, [](unsigned char level) { return level < 128; });
   // The area counts one row and one column more than are scanned.
   const std::int64_t area =
-      (std::int64_t{band.row_to} - band.row_from + 1) * (std::int64_t{band.col_to} - band.col_from + 1);
+      (std::int64_t{region.row_to} - region.row_from + 1) * (std::int64_t{region.col_to} - region.col_from + 1);
   return static_cast<float>(dark) / static_cast<float>(area) * 22.0f > 7.0f;
 }
 

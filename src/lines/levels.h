@@ -28,7 +28,7 @@ VANTREL_API int EstimateBlkPixel(unsigned char* gray, int rowFrom, int rowTo, in
 namespace vantrel {
 
 /** Rows [row_from, row_to) x columns [col_from, col_to). */
-struct Band {
+struct Region {
   int row_from;
   int row_to;
   int col_from;
@@ -36,8 +36,8 @@ struct Band {
 };
 
 /** EstimateWB and EstimateBlkPixel, reading nothing behind the last row of the image. */
-int brightness_class(const ConstPixels& gray, const Band& band);
-bool mostly_dark(const ConstPixels& gray, const Band& band);
+int brightness_class(const ConstPixels& gray, const Region& region);
+bool mostly_dark(const ConstPixels& gray, const Region& region);
 
 }  // namespace vantrel
 
