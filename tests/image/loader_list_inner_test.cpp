@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "image/library_path.h"
+#include "image/loaded_images.h"
+
+namespace {
+
+using vantrel::LoadedImage;
+using vantrel::name_of_image;
+using vantrel::store_folder;
+
+constexpr int kHeaders[4] = {};
+constexpr const void* kProgram = &kHeaders[0];
+constexpr const void* kLibrary = &kHeaders[1];
+constexpr const void* kOther = &kHeaders[2];
+constexpr const void* kAbsent = &kHeaders[3];
+
+std::string search(const void* header, const std::vector<LoadedImage>& list) {
+  const char* name = name_of_image(header, [&](auto&& visit) {
+    for (const LoadedImage& image : list) visit(image);
+  });
+  return name == nullptr ? "(null)" : name;
+}
+
+TEST(LoaderList, FindsTheImageWithTheHeader) {
+  EXPECT_EQ(search(kLibrary, {{kProgram, "program"}, {kOther, "other"}, {kLibrary, "library"}, {kOther, "again"}}),
+            "library");
+}
+
+TEST(LoaderList, LastOfSeveralMatchesWins) {
+  EXPECT_EQ(search(kLibrary, {{kProgram, "program"}, {kLibrary, "a"}, {kOther, "b"}, {kLibrary, "c"}, {kLibrary, "d"}}),
+            "d");
+}
+
+TEST(LoaderList, NoMatchGivesNull) {
+  EXPECT_EQ(search(kAbsent, {{kProgram, "program"}, {kLibrary, "library"}}), "(null)");
+  EXPECT_EQ(search(kLibrary, {}), "(null)");
+}
+
+TEST(LoaderList, MainProgramIsPassedOver) {
+  EXPECT_EQ(search(kProgram, {{kProgram, "program"}, {kLibrary, "library"}}), "(null)");
+  EXPECT_EQ(search(kProgram, {{kProgram, "first"}, {kProgram, "second"}}), "second");
+}
+
+/** What is stored of a path, in a buffer that held something else before. */
+std::string folder_of(const char* path) {
+  std::array<char, 256> folder;
+  folder.fill('x');
+  store_folder(path, folder);
+  return folder.data();
+}
+
+TEST(StoreFolder, KeepsEverythingUpToTheLastSeparator) {
+  EXPECT_EQ(folder_of("/usr/local/lib/vantrel.dylib"), "/usr/local/lib/");
+  EXPECT_EQ(folder_of("/vantrel.so"), "/");
+  EXPECT_EQ(folder_of("./vantrel.so"), "./");
+  EXPECT_EQ(folder_of("disk:folder:vantrel"), "disk:folder:");
+  EXPECT_EQ(folder_of("/folder/disk:vantrel"), "/folder/disk:");
+  EXPECT_EQ(folder_of("disk:folder/vantrel"), "disk:folder/");
+  EXPECT_EQ(folder_of("/folder/"), "/folder/");
+}
+
+TEST(StoreFolder, NoSeparatorGivesEmpty) {
+  EXPECT_EQ(folder_of("vantrel.so"), "");
+  EXPECT_EQ(folder_of(""), "");
+}
+
+TEST(StoreFolder, NoPathGivesEmpty) { EXPECT_EQ(folder_of(nullptr), ""); }
+
+TEST(StoreFolder, PathMustFitWithItsTerminator) {
+  const std::string folder = "/" + std::string(200, 'f') + "/";
+  const std::string fits = folder + std::string(255 - folder.size(), 'v');
+  EXPECT_EQ(folder_of(fits.c_str()), folder);
+  EXPECT_EQ(folder_of((fits + "v").c_str()), "");
+  const std::string all_folder = std::string(254, 'f') + "/";
+  EXPECT_EQ(folder_of(all_folder.c_str()), all_folder);
+  EXPECT_EQ(folder_of((all_folder + "/").c_str()), "");
+}
+
+TEST(LibraryPath, ObjectsLinkedIntoAProgramHaveNoLibrary) {
+  EXPECT_EQ(GetDllPath(), nullptr);
+  initializer();
+  EXPECT_STREQ(szPath, "");
+  finalizer();
+  EXPECT_STREQ(szPath, "");
+}
+
+}  // namespace
