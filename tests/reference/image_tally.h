@@ -1,0 +1,37 @@
+/**
+ * @file image_tally.h
+ * @brief Counts which branches the reference took, so that a comparison can show that it met them all.
+ */
+#ifndef VANTREL_TESTS_REFERENCE_IMAGE_TALLY_H
+#define VANTREL_TESTS_REFERENCE_IMAGE_TALLY_H
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace reference::tally {
+
+inline std::map<std::string, long>& counters() {
+  static std::map<std::string, long> all;
+  return all;
+}
+
+/** The counter of a branch; the reference stays valid for good. */
+inline long& counter(const std::string& branch) { return counters()[branch]; }
+
+inline void count(const std::string& branch) { ++counter(branch); }
+
+/** Sets every counter to zero: what a test does first. */
+inline void reset() {
+  for (auto& [branch, times] : counters()) times = 0;
+}
+
+/** Fails the test when a branch was taken less often than `least`. */
+inline void expect(const std::string& branch, long least) {
+  EXPECT_GE(counter(branch), least) << "the comparison hardly met the branch: " << branch;
+}
+
+}  // namespace reference::tally
+
+#endif
