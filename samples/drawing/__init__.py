@@ -1,0 +1,1 @@
+"""Draws scans of business cards whose corners are known exactly."""
