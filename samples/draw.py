@@ -12,12 +12,14 @@ import argparse
 import io
 import json
 import sys
+from functools import partial
 from pathlib import Path
 
 import numpy as np
 from PIL import Image
 
-from drawing import clip_scans
+from drawing import clip_scans, cut_scans, sheet_scans
+from drawing.real_scans import REAL_SCANS
 
 HERE = Path(__file__).resolve().parent
 CONVENTION = ("x to the right, y down from the top of the picture, both from its outer edge: the centre of the first "
@@ -27,15 +29,17 @@ CONVENTION = ("x to the right, y down from the top of the picture, both from its
 def catalogue():
     """Every drawn scan: path -> (function that draws it, function that says what is true of it)."""
     entries = {}
-    for scan in clip_scans.CLIP_SCANS:
-        entries["clip/" + scan.name] = (lambda scan=scan: clip_scans.draw(scan),
-                                        lambda scan=scan: clip_scans.truth(scan))
+    for folder, kind, scans in (("clip", clip_scans, clip_scans.CLIP_SCANS), ("cut", cut_scans, cut_scans.CUT_SCANS),
+                                ("sheets", sheet_scans, sheet_scans.SHEET_SCANS)):
+        for scan in scans:
+            entries[f"{folder}/{scan.name}"] = (partial(kind.draw, scan), partial(kind.truth, scan))
     return entries
 
 
 def whole_truth():
     """The content of truth.json."""
-    return {"coordinates": CONVENTION, "scans": {path: says() for path, (_, says) in catalogue().items()}}
+    drawn = {path: says() for path, (_, says) in catalogue().items()}
+    return {"coordinates": CONVENTION, "scans": {**drawn, **REAL_SCANS}}
 
 
 def encode(picture, path, dpi):

@@ -78,7 +78,7 @@ def draw(scan):
     noisy = 1.0
     if scan.card:
         art = draw_card(PEOPLE[scan.person])
-        glass, coverage = lay_card(glass, art, corners_of(scan), scan.optics)
+        coverage = lay_card(glass, art, corners_of(scan), scan.optics)
         noisy = coverage if real else 1.0
     elif real:
         noisy = 0.0

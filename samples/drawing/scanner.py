@@ -8,7 +8,7 @@ from dataclasses import dataclass
 import numpy as np
 from PIL import Image, ImageDraw
 
-from .geometry import mapping, rectangle
+from .geometry import bounding_box, mapping, rectangle
 
 
 @dataclass(frozen=True)
@@ -98,14 +98,32 @@ def _shifted(coverage, dx, dy):
     return padded[top:top + height, left:left + width]
 
 
+def _window(size, corners, optics):
+    """The part of the picture that the card and its shadow touch, as two slices: rows, columns."""
+    margin = 3 * max(optics.blur, optics.shadow_blur) + max(abs(offset) for offset in optics.shadow_offset) + 2
+    left, top, right, bottom = bounding_box(corners)
+
+    def span(low, high, length):
+        return slice(max(0, int(low - margin)), min(length, int(high + margin) + 1))
+
+    return span(top, bottom, size[1]), span(left, right, size[0])
+
+
 def lay_card(picture, art, corners, optics=Optics()):
-    """Lays a card onto the picture with its shadow around it; returns the picture and the card's coverage."""
-    size = (picture.shape[1], picture.shape[0])
-    colour, coverage = (smooth(layer, optics.blur) for layer in _project(art, size, corners, optics.supersampling))
+    """Lays a card onto the picture with its shadow around it, in place; returns the card's coverage."""
+    height, width = picture.shape[:2]
+    rows, columns = _window((width, height), corners, optics)
+    part = picture[rows, columns]
+    corners = np.asarray(corners, dtype=float) - (columns.start, rows.start)
+    layers = _project(art, (part.shape[1], part.shape[0]), corners, optics.supersampling)
+    colour, coverage = (smooth(layer, optics.blur) for layer in layers)
     if optics.shadow:
         dx, dy = (round(offset) for offset in optics.shadow_offset)
-        picture = picture * (1 - optics.shadow * smooth(_shifted(coverage, dx, dy), optics.shadow_blur))
-    return picture * (1 - coverage) + colour, coverage
+        part = part * (1 - optics.shadow * smooth(_shifted(coverage, dx, dy), optics.shadow_blur))
+    picture[rows, columns] = part * (1 - coverage) + colour
+    whole = np.zeros((height, width, 1))
+    whole[rows, columns] = coverage
+    return whole
 
 
 def expose(picture, random, optics=Optics(), noisy=1.0):
