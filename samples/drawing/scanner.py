@@ -1,6 +1,6 @@
 """A flatbed scanner on paper: glass, card, shadow, optics, noise and dust, in that order.
 
-Pictures on the way are float arrays, height x width x 3, 0 .. 255.
+Pictures on the way are float arrays, height x width x channels (3, or 1 for gray), 0 .. 255.
 """
 
 from dataclasses import dataclass
@@ -65,7 +65,7 @@ def _project(art, size, corners, supersampling):
     colour = art.transform(large, Image.Transform.PERSPECTIVE, inverse, Image.Resampling.BILINEAR)
     whole = Image.new("L", art.size, 255)
     coverage = whole.transform(large, Image.Transform.PERSPECTIVE, inverse, Image.Resampling.NEAREST)
-    return (np.asarray(colour.reduce(s), dtype=float),
+    return (np.asarray(colour.reduce(s), dtype=float).reshape(size[1], size[0], -1),
             np.asarray(coverage.reduce(s), dtype=float)[:, :, None] / 255)
 
 
@@ -133,5 +133,5 @@ def expose(picture, random, optics=Optics(), noisy=1.0):
         dust = _dust((width, height), random, optics.dust) * noisy
         picture = picture + dust * np.where(picture < 128, 0.7 * (190 - picture), -0.12 * picture)
     common = random.normal(0, optics.noise * 0.8, (height, width, 1))
-    own = random.normal(0, optics.noise * 0.6, (height, width, 3))
+    own = random.normal(0, optics.noise * 0.6, picture.shape)
     return np.clip(np.rint(picture + (common + own) * noisy), 0, 255).astype(np.uint8)
