@@ -1,0 +1,67 @@
+/**
+ * @file scans.h
+ * @brief Images to measure on: a light card with print on a darker, slightly noisy scanner background.
+ */
+#ifndef VANTREL_BENCHMARKS_SCANS_H
+#define VANTREL_BENCHMARKS_SCANS_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <random>
+
+#include "image/bitmap.h"
+
+namespace benchmark_scans {
+
+/** An image from the library, released at the end of its scope. */
+class Scan {
+ public:
+  Scan() = default;
+  Scan(const Scan&) = delete;
+  Scan& operator=(const Scan&) = delete;
+  ~Scan() { std::free(record_.pInfo); }
+
+  BITMAPPTR* ptr() { return &record_; }
+  void** handle() {
+    block_ = record_.pInfo;
+    return &block_;
+  }
+  std::int64_t bytes() const { return record_.pInfo->biSizeImage; }
+
+ private:
+  BITMAPPTR record_{};
+  void* block_ = nullptr;
+};
+
+/**
+ * Draws a card that covers the image but for a margin of a tenth, its borders rising by 1 in 64, with lines of print in
+ * its middle. 8 or 24 bits, 300 dots per inch.
+ */
+inline void draw_card(Scan& scan, int width, int height, int bit_count) {
+  if (!CreateImage(scan.ptr(), width, height, bit_count, 11811, 11811)) std::abort();
+  std::mt19937 random(20);
+  unsigned char* bits = scan.ptr()->pBits;
+  const int channels = bit_count / 8;
+  const auto stride = static_cast<std::ptrdiff_t>(scan.bytes() / height);
+  const int border = height / 10;
+  const int side = width / 12;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const int v = y - x / 64;
+      const int u = x + y / 64;
+      const bool card = v >= border && v < height - border && u >= side && u < width - side;
+      const bool text = v > height / 4 && v < 7 * height / 10 && u > width / 5 && u < 3 * width / 4 && v / 24 % 2 == 0;
+      const bool ink = text && (u / 3 * 7 + v / 4 * 5) % 11 < 4;
+      for (int c = 0; c < channels; ++c) {
+        const int level = !card ? 120 + 10 * c : ink ? 40 + 25 * c : 235 - 5 * c;
+        bits[y * stride + x * channels + c] = static_cast<unsigned char>(level + static_cast<int>(random() % 7) - 3);
+      }
+    }
+  }
+}
+
+}  // namespace benchmark_scans
+
+#endif

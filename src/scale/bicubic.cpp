@@ -1,0 +1,115 @@
+#include <array>
+#include <new>
+
+#include "scale/resample.h"
+#include "scale/row_stream.h"
+
+namespace vantrel::scale {
+namespace {
+
+/** Unsigned until the shift, so that samples far beyond pixel values wrap. */
+constexpr int kernel(int a, int b, int c, int d) {
+  const auto inner = static_cast<unsigned>(b) + static_cast<unsigned>(c);
+  const auto outer = static_cast<unsigned>(a) + static_cast<unsigned>(d);
+  return static_cast<int>(9 * inner - outer + 8) >> 4;
+}
+
+unsigned char clamped(int value) { return static_cast<unsigned char>(std::clamp(value, 0, 255)); }
+
+/**
+ * Makes the output rows. Positions without a sample before them and two behind repeat the source pixel. The values
+ * between the pixels of a row are kept, unclamped, as long as a later row takes them in: four rows of them.
+ */
+class CubicRows {
+ public:
+  explicit CubicRows(const Source& source)
+      : source_(source), step_(source.channels), bytes_(source.row_bytes()), end_(bytes_ - 2 * step_) {}
+
+  bool allocate() {
+    const auto bytes = static_cast<std::size_t>(bytes_);
+    halves_.reset(new (std::nothrow) unsigned char[2 * bytes]);
+    between_.reset(new (std::nothrow) std::int16_t[kTaps * bytes]);
+    return halves_ != nullptr && between_ != nullptr;
+  }
+
+  Halves make(int y, bool between_rows) {
+    const unsigned char* row = source_.row(y);
+    if (y - 1 < 0 || y + 2 >= source_.rows) return {row, row};
+    return between_rows ? make_between(y) : make_along(y);
+  }
+
+ private:
+  static constexpr int kTaps = 4;
+
+  Halves make_along(int y);
+  Halves make_between(int y);
+  const std::int16_t* between_pixels(int y);
+  /** Copies the pixels that are too near to the row's ends for the kernel. */
+  void copy_ends(const unsigned char* row, unsigned char* result) const;
+
+  const Source& source_;
+  int step_;
+  int bytes_;
+  int end_;  // the kernel covers the bytes from `step_` to before `end_`
+  std::unique_ptr<unsigned char[]> halves_;
+  std::unique_ptr<std::int16_t[]> between_;
+  std::array<int, kTaps> kept_ = {-1, -1, -1, -1};  // the row whose values lie in each quarter of `between_`
+};
+
+const std::int16_t* CubicRows::between_pixels(int y) {
+  const int slot = y % kTaps;
+  std::int16_t* values = between_.get() + std::ptrdiff_t{slot} * bytes_;
+  int& kept = kept_[static_cast<std::size_t>(slot)];
+  if (kept == y) return values;
+  kept = y;
+  const unsigned char* p = source_.row(y);
+  const int step = step_;
+  const int end = end_;
+  for (int i = step; i < end; ++i) {
+    values[i] = static_cast<std::int16_t>(kernel(p[i - step], p[i], p[i + step], p[i + 2 * step]));
+  }
+  return values;
+}
+
+void CubicRows::copy_ends(const unsigned char* row, unsigned char* result) const {
+  const int first = std::min(step_, bytes_);
+  const int last = std::max(end_, first);
+  std::copy(row, row + first, result);
+  std::copy(row + last, row + bytes_, result + last);
+}
+
+Halves CubicRows::make_along(int y) {
+  const unsigned char* row = source_.row(y);
+  const std::int16_t* values = between_pixels(y);
+  unsigned char* odd = halves_.get() + bytes_;
+  const int end = end_;
+  for (int i = step_; i < end; ++i) odd[i] = clamped(values[i]);
+  copy_ends(row, odd);
+  return {row, odd};
+}
+
+Halves CubicRows::make_between(int y) {
+  const unsigned char* p[kTaps];
+  const std::int16_t* h[kTaps];
+  for (int t = 0; t < kTaps; ++t) {
+    p[t] = source_.row(y - 1 + t);
+    h[t] = between_pixels(y - 1 + t);
+  }
+  unsigned char* even = halves_.get();
+  unsigned char* odd = even + bytes_;
+  const int end = end_;
+  for (int i = step_; i < end; ++i) even[i] = clamped(kernel(p[0][i], p[1][i], p[2][i], p[3][i]));
+  for (int i = step_; i < end; ++i) odd[i] = clamped(kernel(h[0][i], h[1][i], h[2][i], h[3][i]));
+  copy_ends(p[1], even);
+  copy_ends(p[1], odd);
+  return {even, odd};
+}
+
+}  // namespace
+}  // namespace vantrel::scale
+
+bool BiCubicMethod(BITMAPPTR* src, BITMAPPTR* dst, short /*factor*/) {
+  return vantrel::scale::resample<vantrel::scale::CubicRows>(src, dst, 2);
+}
+
+int BiCubicDir(int a, int b, int c, int d) { return vantrel::scale::kernel(a, b, c, d); }
