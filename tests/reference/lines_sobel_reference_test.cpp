@@ -1,0 +1,118 @@
+/** Edge maps and level estimates against the plain ones. */
+#include <gtest/gtest.h>
+
+#include "lines/levels.h"
+#include "lines/sobel.h"
+#include "reference/drawing.h"
+#include "reference/image_tally.h"
+#include "reference/lines_sobel.h"
+
+namespace {
+
+using reference::drawing::chance;
+using reference::drawing::pick;
+using reference::image::Picture;
+using reference::lines::EdgeMaps;
+namespace tally = reference::tally;
+
+/** Few levels make equal neighbours and exact directions; two make steps. */
+Picture random_gray(std::mt19937& random, int most) {
+  Picture gray = reference::image::filled(pick(random, 0, most), pick(random, 0, most), 8, 0);
+  const int step = std::array<int, 4>{1, 16, 85, 255}.at(random() % 4);
+  for (unsigned char& byte : gray.bytes) byte = static_cast<unsigned char>(pick(random, 0, 255 / step) * step);
+  return gray;
+}
+
+EdgeMaps random_maps(const Picture& gray, std::mt19937& random) {
+  EdgeMaps maps = reference::lines::blank_maps(gray);
+  for (unsigned char& byte : maps.edge.bytes) byte = static_cast<unsigned char>(random());
+  for (unsigned char& byte : maps.dir.bytes) byte = static_cast<unsigned char>(random());
+  return maps;
+}
+
+MYRECT random_interior(const Picture& gray, std::mt19937& random) {
+  const auto number = [&random](int high) { return static_cast<short>(pick(random, -3, high + 3)); };
+  MYRECT rect{number(gray.cols), number(gray.rows), number(gray.cols), number(gray.rows), 0};
+  if (rect.left > rect.right) std::swap(rect.left, rect.right);
+  if (rect.top > rect.bottom) std::swap(rect.top, rect.bottom);
+  return rect;
+}
+
+void compare_maps(const Picture& gray, std::mt19937& random) {
+  const MYRECT interior = random_interior(gray, random);
+  EdgeMaps expected = random_maps(gray, random);
+  EdgeMaps actual = expected;
+  Picture source = gray;
+  reference::lines::sobel(gray, interior, expected);
+  Sobel_Operator(source.bytes.data(), actual.edge.bytes.data(), actual.dir.bytes.data(), gray.rows, gray.cols,
+                 gray.stride(), interior);
+  ASSERT_EQ(reference::image::difference(expected.edge, actual.edge), "");
+  ASSERT_EQ(reference::image::difference(expected.dir, actual.dir), "");
+  for (int row = 1; row <= gray.rows - 3; ++row) {
+    for (int col = 1; col <= gray.cols - 3; ++col) {
+      static std::array<long*, 5> directions{&tally::counter("direction 0"), &tally::counter("direction 1"),
+                                             &tally::counter("direction 2"), &tally::counter("direction 3"),
+                                             &tally::counter("direction 4")};
+      ++*directions.at(expected.dir.at(row, col));
+    }
+  }
+}
+
+TEST(LinesReference, EdgeMapsOfNoise) {
+  std::mt19937 random(21);
+  tally::reset();
+  for (int round = 0; round < 1500; ++round) {
+    SCOPED_TRACE(round);
+    compare_maps(random_gray(random, 40), random);
+    if (HasFatalFailure()) return;
+  }
+  for (const char* direction : {"direction 0", "direction 1", "direction 2", "direction 3", "direction 4"}) {
+    tally::expect(direction, 10000);
+  }
+  tally::expect("sobel: angle of pi", 1000);
+}
+
+TEST(LinesReference, EdgeMapsOfCards) {
+  std::mt19937 random(22);
+  for (int round = 0; round < 100; ++round) {
+    SCOPED_TRACE(round);
+    const auto image = reference::drawing::draw(reference::drawing::random_sheet(random, 3, 130), 8, random);
+    compare_maps(reference::image::picture_of(*const_cast<testing_images::Image&>(image).ptr()), random);
+    if (HasFatalFailure()) return;
+  }
+}
+
+/** Levels around the two thresholds, in shares around the ratios that decide. */
+Picture levels_near_thresholds(std::mt19937& random) {
+  Picture gray = reference::image::filled(pick(random, 0, 30), pick(random, 0, 30), 8, 0);
+  const int bright_share = std::array<int, 7>{25, 75, 80, 50, 0, 100, 68}.at(random() % 7);
+  for (unsigned char& byte : gray.bytes) {
+    byte = static_cast<unsigned char>(chance(random, bright_share) ? pick(random, 180, 186) : pick(random, 123, 131));
+  }
+  return gray;
+}
+
+TEST(LinesReference, LevelEstimates) {
+  std::mt19937 random(23);
+  std::array<int, 3> classes{};
+  std::array<int, 2> darkness{};
+  for (int round = 0; round < 5000; ++round) {
+    Picture gray = chance(random, 50) ? levels_near_thresholds(random) : random_gray(random, 20);
+    const int row_from = pick(random, 0, gray.rows);
+    const int row_to = pick(random, row_from, gray.rows);
+    const int col_from = pick(random, 0, gray.cols);
+    const int col_to = pick(random, col_from, gray.cols);
+    const int brightness = reference::lines::brightness(gray, row_from, row_to, col_from, col_to);
+    const bool dark = reference::lines::dark(gray, row_from, row_to, col_from, col_to);
+    ASSERT_EQ(EstimateWB(gray.bytes.data(), row_from, row_to, col_from, col_to, gray.stride()), brightness) << round;
+    ASSERT_EQ(EstimateBlkPixel(gray.bytes.data(), row_from, row_to, col_from, col_to, gray.stride(), round % 4),
+              dark ? 1 : 0)
+        << round;
+    ++classes.at(static_cast<std::size_t>(brightness));
+    ++darkness.at(dark ? 1 : 0);
+  }
+  for (const int times : classes) EXPECT_GE(times, 300);
+  for (const int times : darkness) EXPECT_GE(times, 300);
+}
+
+}  // namespace
