@@ -1,0 +1,278 @@
+/** The three line searches against the plain ones, over points laid out by hand and over drawn cards. */
+#include <gtest/gtest.h>
+
+#include "components/components.h"
+#include "lines/border_search.h"
+#include "reference/components_nodes.h"
+#include "reference/drawing.h"
+#include "reference/image_tally.h"
+#include "reference/lines_hough.h"
+#include "reference/lines_sobel.h"
+
+namespace {
+
+using reference::components::BlockList;
+using reference::drawing::chance;
+using reference::drawing::pick;
+using reference::drawing::pick_real;
+using reference::image::Picture;
+using reference::lines::Line;
+using reference::lines::Points;
+namespace tally = reference::tally;
+
+struct Tables {
+  std::array<double, 180> sine{};
+  std::array<double, 180> cosine{};
+  Tables() {
+    for (int t = 0; t < 180; ++t) {
+      sine.at(static_cast<std::size_t>(t)) = reference::lines::sine(t);
+      cosine.at(static_cast<std::size_t>(t)) = reference::lines::cosine(t);
+    }
+  }
+};
+
+std::vector<typePoint> library_points(const Points& points) {
+  std::vector<typePoint> all;
+  for (const auto& point : points) all.push_back({point.row, point.col});
+  return all;
+}
+
+void expect_same_points(const Points& expected, const std::vector<typePoint>& actual) {
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    ASSERT_EQ(expected.at(i).row, actual.at(i).row);
+    ASSERT_EQ(expected.at(i).col, actual.at(i).col);
+  }
+}
+
+/** The slots of the four sides before a search: what is not written must stay. */
+std::array<Line, 4> untouched() { return {{{9, 8, 7}, {6, 5, 4}, {3, 2, 1}, {-1, -2, -3}}}; }
+
+struct LibraryLines {
+  std::array<double, 8> normal{};
+  std::array<double, 4> distance{};
+  LibraryLines() {
+    const std::array<Line, 4> lines = untouched();
+    for (std::size_t side = 0; side < 4; ++side) {
+      normal.at(2 * side) = lines.at(side).a;
+      normal.at(2 * side + 1) = lines.at(side).b;
+      distance.at(side) = lines.at(side).c;
+    }
+  }
+  void expect(const std::array<Line, 4>& lines) const {
+    for (std::size_t side = 0; side < 4; ++side) {
+      ASSERT_EQ(lines.at(side).a, normal.at(2 * side)) << "side " << side;
+      ASSERT_EQ(lines.at(side).b, normal.at(2 * side + 1)) << "side " << side;
+      ASSERT_EQ(lines.at(side).c, distance.at(side)) << "side " << side;
+    }
+  }
+};
+
+/** Points of a few straight lines, broken and with strays, inside the image. */
+Points random_points(std::mt19937& random, int rows, int cols, bool horizontal) {
+  Points points;
+  const int longest = horizontal ? cols : rows;
+  const int across = horizontal ? rows : cols;
+  for (int line = pick(random, 0, 3); line > 0; --line) {
+    const double start = pick(random, 0, across - 1);
+    const double slope = chance(random, 40) ? 0 : pick_real(random, -0.3, 0.3);
+    const int kept = pick(random, 20, 100);
+    for (int i = 0; i < longest; ++i) {
+      const int j = static_cast<int>(start + slope * i);
+      if (j < 0 || j >= across || !chance(random, kept)) continue;
+      points.push_back({static_cast<float>(horizontal ? j : i), static_cast<float>(horizontal ? i : j)});
+    }
+  }
+  for (int stray = pick(random, 0, 20); stray > 0; --stray) {
+    points.push_back({static_cast<float>(pick(random, 0, rows - 1)), static_cast<float>(pick(random, 0, cols - 1))});
+  }
+  return points;
+}
+
+TEST(LineSearchReference, TwoLines) {
+  static Tables tables;
+  std::mt19937 random(51);
+  tally::reset();
+  for (int round = 0; round < 1500; ++round) {
+    SCOPED_TRACE(round);
+    const int rows = pick(random, 1, 70);
+    const int cols = pick(random, 1, 70);
+    const int dir_class = chance(random, 5) ? pick(random, 1, 4) : 2 * pick(random, 0, 1);
+    Points points = random_points(random, rows, cols, dir_class == 0);
+    std::vector<typePoint> given = library_points(points);
+    std::array<Line, 4> expected = untouched();
+    LibraryLines actual;
+    const int code =
+        Compute_Hough_Angle(actual.normal.data(), actual.distance.data(), given.data(), rows, cols,
+                            static_cast<int>(given.size()), dir_class, tables.sine.data(), tables.cosine.data());
+    ASSERT_EQ(code, reference::lines::two_lines(points, rows, cols, dir_class, expected));
+    actual.expect(expected);
+    expect_same_points(points, given);
+    if (HasFatalFailure()) return;
+  }
+  for (const char* branch : {"two lines: too few horizontal", "two lines: too few vertical", "two lines: horizontal",
+                             "two lines: vertical", "two lines: weaker first vertical"}) {
+    tally::expect(branch, 30);
+  }
+}
+
+/** All that a search for one side looks at. */
+struct Sight {
+  Picture gray;
+  Picture edge;
+  reference::lines::Characters characters;
+};
+
+using LibrarySearch = decltype(&Compute_Hough_Angle2);
+using PlainSearch = decltype(&reference::lines::side_line);
+
+void compare_search(LibrarySearch library, PlainSearch plain, Sight& sight, BlockList& list, Points points, int side,
+                    int dir_class, int wb_class) {
+  static Tables tables;
+  std::vector<typePoint> given = library_points(points);
+  std::array<Line, 4> expected = untouched();
+  LibraryLines actual;
+  const reference::lines::Scene scene{sight.gray, sight.edge, sight.characters, side, dir_class, wb_class};
+  const int code =
+      library(sight.gray.bytes.data(), list.line(), sight.edge.bytes.data(), actual.normal.data(),
+              actual.distance.data(), given.data(), sight.gray.rows, sight.gray.cols, static_cast<int>(given.size()),
+              dir_class, tables.sine.data(), tables.cosine.data(), side, static_cast<short>(wb_class));
+  ASSERT_EQ(code, plain(scene, points, expected.at(static_cast<std::size_t>(side))));
+  actual.expect(expected);
+  expect_same_points(points, given);
+}
+
+/** Levels in blocks of rows and columns, mostly dark, so that the brightness tests fall both ways. */
+Picture random_levels(std::mt19937& random, int rows, int cols) {
+  Picture gray = reference::image::filled(cols, rows, 8, 0);
+  const std::array<int, 3> levels{pick(random, 0, 255), pick(random, 0, 120), pick(random, 150, 255)};
+  const int row_step = pick(random, 1, rows);
+  const int col_step = pick(random, 1, cols);
+  for (int row = 0; row < rows; ++row) {
+    for (int byte = 0; byte < gray.stride(); ++byte) {
+      const int block = row / row_step + byte / col_step;
+      gray.at(row, byte) = static_cast<unsigned char>(levels.at(static_cast<std::size_t>(block % 3)));
+    }
+  }
+  return gray;
+}
+
+/** An edge map that holds the points and some noise. */
+Picture edge_of(const Points& points, std::mt19937& random, int rows, int cols) {
+  Picture edge = reference::image::filled(cols, rows, 8, 255);
+  for (const auto& point : points) edge.at(static_cast<int>(point.row), static_cast<int>(point.col)) = 0;
+  for (int stray = pick(random, 0, rows * cols / 20); stray > 0 && chance(random, 98); --stray) {
+    edge.at(pick(random, 0, rows - 1), pick(random, 0, cols - 1)) = 0;
+  }
+  return edge;
+}
+
+/** A level line over the whole width at the image's rim, and a second one further in. */
+Points rim_and_second(std::mt19937& random, int rows, int cols) {
+  Points points;
+  const bool low = chance(random, 50);
+  const int from_rim = pick(random, 0, 4);
+  const int from_rim_too = pick(random, 5, 30);
+  const auto row_at = [&](int distance) {
+    return static_cast<float>(std::clamp(low ? distance : rows - 1 - distance, 0, rows - 1));
+  };
+  for (int col = 0; col < cols; ++col) {
+    points.push_back({row_at(from_rim), static_cast<float>(col)});
+    if (chance(random, 80)) points.push_back({row_at(from_rim_too), static_cast<float>(col)});
+  }
+  return points;
+}
+
+void compare_on_laid_out_points(LibrarySearch library, PlainSearch plain, unsigned seed) {
+  std::mt19937 random(seed);
+  for (int round = 0; round < 3000; ++round) {
+    SCOPED_TRACE(round);
+    const int rows = pick(random, 1, 110);
+    const int cols = pick(random, 1, 110);
+    const int side = pick(random, 0, 3);
+    const int dir_class = chance(random, 3) ? pick(random, 0, 4) : (side < 2 ? 0 : 2);
+    Points points = chance(random, 15) && side < 2 ? rim_and_second(random, rows, cols)
+                                                   : random_points(random, rows, cols, dir_class == 0);
+    Sight sight{random_levels(random, rows, cols), edge_of(points, random, rows, cols), {}};
+    sight.characters = reference::components::by_runs(sight.edge);
+    BlockList list;
+    Gray2Bin(sight.edge.bytes.data(), *list, rows, cols);
+    compare_search(library, plain, sight, list, points, side, dir_class, pick(random, 0, 2));
+    if (testing::Test::HasFatalFailure()) return;
+  }
+}
+
+TEST(LineSearchReference, SideLineOverPoints) {
+  tally::reset();
+  compare_on_laid_out_points(Compute_Hough_Angle2, reference::lines::side_line, 52);
+  for (const char* side : {"0", "1"}) {
+    for (const char* branch : {"search gives 0", "search gives 1", "search gives 2", "one clear line",
+                               "runner-up taken", "strongest of two taken", "border flag", "brightness passes",
+                               "brightness fails", "darkness passes", "darkness fails"}) {
+      tally::expect(std::string(branch) + " on side " + side, 8);
+    }
+  }
+  for (const char* side : {"2", "3"}) {
+    for (const char* branch : {"search gives 0", "search gives 2", "darkness passes", "darkness fails"}) {
+      tally::expect(std::string(branch) + " on side " + side, 8);
+    }
+  }
+}
+
+TEST(LineSearchReference, LevelLineOverPoints) {
+  tally::reset();
+  compare_on_laid_out_points(Compute_Hough_Angle3, reference::lines::level_side_line, 53);
+  for (const char* side : {"0", "1"}) {
+    for (const char* branch : {"level search gives 0", "level search gives 1", "level search gives 2",
+                               "level: runner-up taken", "level: strongest of two taken"}) {
+      tally::expect(std::string(branch) + " on side " + side, 5);
+    }
+  }
+  for (const char* branch :
+       {"level: runner-up, first within 9", "level: runner-up at less than half",
+        "level: runner-up, first hugs the edge", "level search gives 2 on side 2", "level search gives 2 on side 3"}) {
+    tally::expect(branch, 8);
+  }
+}
+
+/** Both searches over the whole edge map of drawn cards, for every side. */
+TEST(LineSearchReference, OverDrawnCards) {
+  std::mt19937 random(54);
+  tally::reset();
+  for (int round = 0; round < 100; ++round) {
+    SCOPED_TRACE(round);
+    testing_images::Image image =
+        reference::drawing::draw(reference::drawing::random_sheet(random, 60, 140), 8, random);
+    Sight sight{reference::image::picture_of(*image.ptr()), {}, {}};
+    reference::lines::EdgeMaps maps = reference::lines::blank_maps(sight.gray);
+    reference::lines::sobel(sight.gray, MYRECT{}, maps);
+    sight.edge = maps.edge;
+    sight.characters = reference::components::by_runs(sight.edge);
+    BlockList list;
+    Gray2Bin(sight.edge.bytes.data(), *list, sight.gray.rows, sight.gray.cols);
+    const int wb_class = reference::lines::brightness(sight.gray, 0, sight.gray.rows, 0, sight.gray.cols);
+    for (int side = 0; side < 4; ++side) {
+      Points points;
+      for (int row = 0; row < sight.gray.rows; ++row) {
+        for (int col = 0; col < sight.gray.cols; ++col) {
+          const bool near = side == 0   ? row >= 3 * sight.gray.rows / 4
+                            : side == 1 ? row < sight.gray.rows / 4
+                            : side == 2 ? col < sight.gray.cols / 4
+                                        : col >= 3 * sight.gray.cols / 4;
+          if (!near || maps.dir.at(row, col) != (side < 2 ? 0 : 2)) continue;
+          points.push_back({static_cast<float>(row), static_cast<float>(col)});
+        }
+      }
+      compare_search(Compute_Hough_Angle2, reference::lines::side_line, sight, list, points, side, side < 2 ? 0 : 2,
+                     wb_class);
+      compare_search(Compute_Hough_Angle3, reference::lines::level_side_line, sight, list, points, side,
+                     side < 2 ? 0 : 2, wb_class);
+      if (HasFatalFailure()) return;
+    }
+  }
+  for (const char* side : {"0", "1", "2", "3"}) {
+    tally::expect(std::string("search gives 2 on side ") + side, 5);
+    tally::expect(std::string("level search gives 2 on side ") + side, 5);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,167 @@
+/** The tests of candidate lines against the plain ones. */
+#include <gtest/gtest.h>
+
+#include "lines/verify.h"
+#include "reference/components_nodes.h"
+#include "reference/drawing.h"
+#include "reference/image_tally.h"
+#include "reference/lines_verify.h"
+
+namespace {
+
+using reference::components::BlockList;
+using reference::components::Character;
+using reference::drawing::chance;
+using reference::drawing::pick;
+using reference::image::Picture;
+using Characters = reference::lines::Characters;
+namespace tally = reference::tally;
+
+/** Components in or near the image: thin, square and long ones, crowded towards one line. */
+Characters random_characters(std::mt19937& random, int rows, int cols, int at, bool vertical) {
+  Characters all;
+  const int most = std::array<int, 4>{3, 8, 30, 80}.at(random() % 4);
+  const int largest = std::array<int, 4>{4, 12, 40, 150}.at(random() % 4);
+  for (int count = pick(random, 0, most); count > 0; --count) {
+    Character c;
+    const int w = chance(random, 20) ? pick(random, 1, 3) : pick(random, 1, largest);
+    const int h = chance(random, 20) ? pick(random, 1, 3) : pick(random, 1, largest);
+    c.left = vertical && chance(random, 70) ? at + pick(random, -w - 8, 8) : pick(random, 0, cols - 1);
+    c.bottom = !vertical && chance(random, 70) ? at + pick(random, -h - 8, 8) : pick(random, 0, rows - 1);
+    c.right = c.left + w - 1;
+    c.top = c.bottom + h - 1;
+    all.push_back(c);
+  }
+  return all;
+}
+
+/** About half a dozen wide components across one row: the limits of the cut tests. */
+Characters characters_across(std::mt19937& random, int cols, int at) {
+  Characters all;
+  for (int count = pick(random, 4, 8); count > 0; --count) {
+    Character c;
+    c.left = pick(random, 0, cols - 1);
+    c.right = c.left + pick(random, cols / 8, cols / 3);
+    c.bottom = at - pick(random, 1, 6);
+    c.top = at + pick(random, 1, 6);
+    all.push_back(c);
+  }
+  return all;
+}
+
+struct Size {
+  int rows;
+  int cols;
+};
+
+Size random_size(std::mt19937& random) {
+  const int most = std::array<int, 4>{6, 60, 200, 500}.at(random() % 4);
+  return {pick(random, 1, most), pick(random, 1, most)};
+}
+
+TEST(VerifiersReference, HorizontalByComponents) {
+  std::mt19937 random(41);
+  tally::reset();
+  for (int round = 0; round < 20000; ++round) {
+    const auto [rows, cols] = random_size(random);
+    const int at = pick(random, 0, rows + (chance(random, 10) ? 20 : -1));
+    const int side = pick(random, 0, 1);
+    const auto wb_class = static_cast<short>(pick(random, 0, 2));
+    const Characters characters =
+        chance(random, 15) ? characters_across(random, cols, at) : random_characters(random, rows, cols, at, false);
+    BlockList list;
+    for (const Character& c : characters) list.append(c);
+    _BNODE* line = list.line();
+    SCOPED_TRACE(testing::Message() << "round " << round << ": " << cols << " x " << rows << ", row " << at << ", side "
+                                    << side);
+    ASSERT_EQ(VerifyCorrectLineV_2(line, at, rows, cols, side, wb_class),
+              reference::lines::verify_v2(characters, at, rows, cols, side));
+    ASSERT_EQ(VerifyCorrectLineV_3(line, at, rows, cols, side, wb_class),
+              reference::lines::verify_v3(characters, at, rows, cols));
+    ASSERT_EQ(VerifyCorrectLineV_3_ORVA(line, at, rows, cols, side, wb_class),
+              reference::lines::verify_v3_orva(characters, at, rows, cols));
+  }
+  for (const char* branch : {"V2 clean: true", "V2 moderate: false", "V2 many: true", "V2 few: true", "V2 few: false",
+                             "V3 many cut: false", "V3 wide cut: false", "V3 few cut: true", "V3_ORVA many cut: false",
+                             "V3_ORVA wide cut: false", "V3_ORVA few cut: true"}) {
+    tally::expect(branch, 40);
+  }
+}
+
+TEST(VerifiersReference, VerticalByComponents) {
+  std::mt19937 random(42);
+  tally::reset();
+  for (int round = 0; round < 20000; ++round) {
+    const auto [rows, cols] = random_size(random);
+    const int at = pick(random, 0, cols + (chance(random, 10) ? 20 : -1));
+    const int side = pick(random, 2, 3);
+    const Characters characters = random_characters(random, rows, cols, at, true);
+    BlockList list;
+    for (const Character& c : characters) list.append(c);
+    ASSERT_EQ(VerifyCorrectLineH_0(list.line(), at, rows, cols, side, 0),
+              reference::lines::verify_h0(characters, at, rows, cols, side))
+        << "round " << round << ": " << cols << " x " << rows << ", column " << at << ", side " << side;
+  }
+  for (const char* branch : {"H0 moderate: false", "H0 large: false", "H0 else: true", "H0 upright piece"}) {
+    tally::expect(branch, 100);
+  }
+}
+
+/** Rows that are empty, sparse, dense or full; padding bytes are of any value and count too. */
+Picture random_rows(std::mt19937& random, int rows, int cols) {
+  Picture edge = reference::image::filled(cols, rows, 8, 255);
+  const int usual = std::array<int, 3>{0, 3, 30}.at(random() % 3);
+  for (int row = 0; row < rows; ++row) {
+    const int percent = chance(random, 60) ? usual : std::array<int, 4>{0, 10, 60, 100}.at(random() % 4);
+    for (int byte = 0; byte < edge.stride(); ++byte) {
+      edge.at(row, byte) = static_cast<unsigned char>(chance(random, percent) ? 0 : pick(random, 1, 255));
+    }
+  }
+  return edge;
+}
+
+TEST(VerifiersReference, ChoiceOfTwoByDensity) {
+  std::mt19937 random(43);
+  tally::reset();
+  for (int round = 0; round < 10000; ++round) {
+    const int rows = pick(random, 1, 60);
+    const int cols = pick(random, 1, 40);
+    Picture edge = random_rows(random, rows, cols);
+    const int first = pick(random, 0, rows + (chance(random, 10) ? 15 : -1));
+    const int second = pick(random, 0, rows + (chance(random, 10) ? 15 : -1));
+    const int side = pick(random, 0, 1);
+    ASSERT_EQ(VerifyCorrectLineV_0(edge.bytes.data(), nullptr, nullptr, first, second, rows, cols, side),
+              reference::lines::verify_v0(edge, first, second, side))
+        << "round " << round << ": " << cols << " x " << rows << ", rows " << first << " and " << second << ", side "
+        << side;
+  }
+  for (const char* branch :
+       {"V0 near: false", "V0 both high: false", "V0 side 0, first above: true", "V0 side 0, first above: false",
+        "V0 side 0, first below: true", "V0 side 0, first below: false", "V0 side 1, first below: true",
+        "V0 side 1, first below: false", "V0 side 1, first above: true", "V0 side 1, first above: false"}) {
+    tally::expect(branch, 50);
+  }
+}
+
+TEST(VerifiersReference, Density) {
+  std::mt19937 random(44);
+  tally::reset();
+  for (int round = 0; round < 10000; ++round) {
+    const int rows = pick(random, 1, 40);
+    const int row_bytes = pick(random, 1, 40);
+    std::vector<unsigned char> edge(static_cast<std::size_t>(rows * row_bytes), 255);
+    const int per_mille = std::array<int, 5>{0, 30, 50, 60, 300}.at(random() % 5);
+    for (unsigned char& byte : edge) byte = static_cast<unsigned char>(pick(random, 1, 1000) <= per_mille ? 0 : 9);
+    const int at = pick(random, 0, rows + 3);
+    const int side = pick(random, 0, 1);
+    ASSERT_EQ(VerifyCorrectLineV_1(edge.data(), nullptr, nullptr, at, rows, row_bytes, side),
+              reference::lines::verify_v1(edge, at, rows, row_bytes, side))
+        << "round " << round << ": " << row_bytes << " x " << rows << ", row " << at << ", side " << side;
+  }
+  for (const char* branch :
+       {"V1 no band: true", "V1 side 0: true", "V1 side 0: false", "V1 side 1: true", "V1 side 1: false"}) {
+    tally::expect(branch, 100);
+  }
+}
+
+}  // namespace
