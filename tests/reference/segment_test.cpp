@@ -129,6 +129,17 @@ void draw_facing_ends(SheetDrawing& sheet, double unit, Dice& dice) {
   band(alike ? body : about(1.68, 4) - dice.between(0, 20), 0);
 }
 
+/** Narrow bands in gaps of every width: which card each belongs to is settled in several rounds. */
+void draw_scattered_bands(SheetDrawing& sheet, double unit, Dice& dice) {
+  const auto inches = [&](int hundredths) { return static_cast<int>(unit * hundredths / 100); };
+  int row = dice.between(0, 10);
+  while (row < sheet.height()) {
+    const int height = inches(dice.between(2, 36));
+    sheet.bar(0, sheet.width(), row, row + height);
+    row += height + inches(dice.between(19, 108));
+  }
+}
+
 void compare_sheet(Image& image, Outcomes& seen) {
   RectRegions library;
   std::memset(&library, 0x5A, sizeof library);
@@ -174,8 +185,11 @@ TEST(SegmentReference, BandsAndGroupsOfNarrowSheets) {
     Dice dice{std::mt19937(seed)};
     SheetDrawing sheet(dice.between(20, 45), dice.between(50, dice.one_in(3) ? 1400 : 600));
     const Scan scan = some_scan(dice);
+    const double unit = scan.per_metre / 39.37 / scan.n;
     if (seed % 10 == 0) {
-      draw_facing_ends(sheet, scan.per_metre / 39.37 / scan.n, dice);
+      draw_facing_ends(sheet, unit, dice);
+    } else if (seed % 10 < 5) {
+      draw_scattered_bands(sheet, unit, dice);
     } else {
       draw_bands(sheet, 0, sheet.width(), dice);
     }
