@@ -66,8 +66,8 @@ int Sobel_Edge(unsigned char* source, unsigned char* edge, int stride, int band1
 
 bool ClipImg(BITMAPPTR* image, int& firstRow, int& secondRow) {
   if (image->pInfo == nullptr || image->pInfo->biBitCount != 8) return false;
-  const vantrel::Pixels gray = vantrel::pixels_of(*image);
-  const vantrel::EdgeMap map = vantrel::cleared_map({gray.data, gray.rows, gray.cols, gray.stride});
+  const vantrel::ConstPixels gray = vantrel::const_pixels_of(*image);
+  const vantrel::EdgeMap map = vantrel::cleared_map(gray);
   if (map == nullptr) return false;
 
   // The near band: from row 5 to an eighth of the height. The far band: from three quarters to nine tenths.
@@ -78,7 +78,7 @@ bool ClipImg(BITMAPPTR* image, int& firstRow, int& secondRow) {
   // The first and the last column have a neighbour outside the image. The count of the others is kept in 16 bits:
   // rows that it cannot hold have no edges.
   const auto columns = static_cast<short>(std::max(static_cast<std::int16_t>(gray.cols - 1) - 1, 0));
-  Sobel_Edge(gray.data + 1, map.get() + 1, static_cast<int>(gray.stride), near_from, near_to, far_from, 60,
+  Sobel_Edge(image->pBits + 1, map.get() + 1, static_cast<int>(gray.stride), near_from, near_to, far_from, 60,
              static_cast<std::int16_t>(far_to), columns);
 
   const vantrel::ConstPixels edges{map.get(), gray.rows, gray.cols, gray.stride};
