@@ -35,11 +35,20 @@ class Scan {
   void* block_ = nullptr;
 };
 
+/** The background's level, and how gently the card's borders rise: by 1 in `run`. */
+struct Ground {
+  int level;
+  int run;
+};
+
+inline constexpr Ground kFlatGround{120, 64};
+inline constexpr Ground kDarkGlass{46, 1 << 14};
+
 /**
- * Draws a card that covers the image but for a margin of a tenth, its borders rising by 1 in 64, with lines of print in
- * its middle. 8 or 24 bits, 300 dots per inch.
+ * Draws a card that covers the image but for a margin of a tenth, with lines of print in its middle. 8 or 24 bits, 300
+ * dots per inch.
  */
-inline void draw_card(Scan& scan, int width, int height, int bit_count) {
+inline void draw_card(Scan& scan, int width, int height, int bit_count, const Ground& ground = kFlatGround) {
   if (!CreateImage(scan.ptr(), width, height, bit_count, 11811, 11811)) std::abort();
   std::mt19937 random(20);
   unsigned char* bits = scan.ptr()->pBits;
@@ -49,13 +58,13 @@ inline void draw_card(Scan& scan, int width, int height, int bit_count) {
   const int side = width / 12;
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      const int v = y - x / 64;
-      const int u = x + y / 64;
+      const int v = y - x / ground.run;
+      const int u = x + y / ground.run;
       const bool card = v >= border && v < height - border && u >= side && u < width - side;
       const bool text = v > height / 4 && v < 7 * height / 10 && u > width / 5 && u < 3 * width / 4 && v / 24 % 2 == 0;
       const bool ink = text && (u / 3 * 7 + v / 4 * 5) % 11 < 4;
       for (int c = 0; c < channels; ++c) {
-        const int level = !card ? 120 + 10 * c : ink ? 40 + 25 * c : 235 - 5 * c;
+        const int level = !card ? ground.level + 10 * c : ink ? 40 + 25 * c : 235 - 5 * c;
         bits[y * stride + x * channels + c] = static_cast<unsigned char>(level + static_cast<int>(random() % 7) - 3);
       }
     }

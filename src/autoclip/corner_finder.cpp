@@ -127,6 +127,7 @@ short ClipNameCardRedundantImg(BITMAPPTR* gray, float* corners, float* box) {
 }
 
 int vantrel_find_corners(const BITMAPPTR* gray, vantrel_corner_search* result) {
+  if (result == nullptr) return 0;
   *result = {};
   if (gray == nullptr || gray->pInfo == nullptr || gray->pInfo->biBitCount != 8) {
     result->verdict = VANTREL_NOT_GRAY;

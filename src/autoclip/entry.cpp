@@ -45,6 +45,7 @@ int clip(BITMAPPTR& scan, float* corners, BITMAPPTR* out) {
 }  // namespace vantrel
 
 int AutoClipRedundantImg(void** analyseImage, void** cutImage, BITMAPPTR* out, int scale) {
+  if (out == nullptr) return -1;
   BITMAPPTR analysed{};
   if (!vantrel::adopt(analyseImage, analysed)) return -1;
   BITMAPPTR scan = analysed;

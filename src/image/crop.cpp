@@ -44,6 +44,7 @@ void copy_bits(const ConstPixels& source, int r, unsigned char* target, int left
 }  // namespace vantrel
 
 int CutRectImage(BITMAPPTR* src, BITMAPPTR* dst, MYRECT rect) {
+  if (src == nullptr || src->pInfo == nullptr || dst == nullptr) return -1;
   // The size wraps to 16 bits as the rectangle's members do.
   const auto height = static_cast<std::int16_t>(std::abs(rect.top - rect.bottom) + 1);
   const auto width = static_cast<std::int16_t>(rect.right - rect.left + 1);

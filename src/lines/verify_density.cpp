@@ -33,7 +33,8 @@ class EdgeHistogram {
   /** Edge pixels in rows [from, to). */
   std::int64_t sum(std::int64_t from, std::int64_t to) const {
     std::int64_t total = 0;
-    for (std::int64_t r = from; r < to; ++r) total += (*this)[r];
+    for (std::int64_t r = std::max<std::int64_t>(from, 0); r < std::min<std::int64_t>(to, rows_); ++r)
+      total += (*this)[r];
     return total;
   }
 

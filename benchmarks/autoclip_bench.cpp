@@ -1,0 +1,72 @@
+#include <benchmark/benchmark.h>
+
+#include "autoclip/projective.h"
+#include "autoclip/warp.h"
+#include "scans.h"
+
+namespace {
+
+/** A scan of a card that nearly fills its dark glass, at 150, 300 and 600 dots per inch. */
+void scan_sizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"width", "height"})
+      ->Args({650, 450})
+      ->Args({1300, 900})
+      ->Args({2600, 1800})
+      ->Unit(benchmark::kMillisecond);
+}
+
+void draw(benchmark_scans::Scan& scan, const benchmark::State& state, int bit_count) {
+  benchmark_scans::draw_card(scan, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count,
+                             benchmark_scans::kDarkGlass);
+}
+
+template <int bit_count>
+void auto_clip(benchmark::State& state) {
+  benchmark_scans::Scan scan;
+  draw(scan, state, bit_count);
+  for (auto _ : state) {
+    BITMAPPTR out{};
+    if (AutoClipRedundantImg(scan.handle(), nullptr, &out, 1) != 1) state.SkipWithError("not clipped");
+    FreeCardImg(reinterpret_cast<void**>(&out.pInfo));
+  }
+  state.SetBytesProcessed(state.iterations() * scan.bytes());
+}
+
+void find_corners(benchmark::State& state) {
+  benchmark_scans::Scan scan;
+  draw(scan, state, 8);
+  vantrel_corner_search found{};
+  for (auto _ : state) {
+    if (vantrel_find_corners(scan.ptr(), &found) != 1) state.SkipWithError("no corners");
+  }
+  int sides = 0;
+  for (const vantrel_border& side : found.side) sides += side.found;
+  state.counters["sides found"] = sides;
+  state.SetBytesProcessed(state.iterations() * scan.bytes());
+}
+
+template <int bit_count>
+void warp(benchmark::State& state) {
+  benchmark_scans::Scan scan;
+  draw(scan, state, bit_count);
+  const auto w = static_cast<float>(state.range(0));
+  const auto h = static_cast<float>(state.range(1));
+  float frame[8] = {1, 1, w - 2, 1, 1, h - 2, w - 2, h - 2};
+  float corners[8] = {40, 30, w - 30, 50, 30, h - 50, w - 40, h - 30};
+  double coeffs[8];
+  double rect[4] = {1, 1, w - 2.0, h - 2.0};
+  SolveMultiUnknownFunc(coeffs, frame, corners, 8);
+  BITMAPPTR out{};
+  if (!CreateImage(&out, static_cast<int>(w), static_cast<int>(h), bit_count, 0, 0)) state.SkipWithError("no memory");
+  for (auto _ : state) ConvertImg2(scan.ptr(), &out, coeffs, rect, bit_count);
+  FreeCardImg(reinterpret_cast<void**>(&out.pInfo));
+  state.SetBytesProcessed(state.iterations() * scan.bytes());
+}
+
+}  // namespace
+
+BENCHMARK(auto_clip<8>)->Name("AutoClipRedundantImg/gray")->Apply(scan_sizes);
+BENCHMARK(auto_clip<24>)->Name("AutoClipRedundantImg/colour")->Apply(scan_sizes);
+BENCHMARK(find_corners)->Name("vantrel_find_corners")->Apply(scan_sizes);
+BENCHMARK(warp<8>)->Name("ConvertImg2/gray")->Apply(scan_sizes);
+BENCHMARK(warp<24>)->Name("ConvertImg2/colour")->Apply(scan_sizes);
