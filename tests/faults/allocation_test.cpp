@@ -1,0 +1,295 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "cardcut/card_cut.h"
+#include "components/components.h"
+#include "faults/failing_allocators.h"
+#include "image/bitmap.h"
+#include "image/convert.h"
+#include "images.h"
+#include "lines/border_search.h"
+#include "lines/matrix.h"
+#include "lines/verify.h"
+#include "scale/resample.h"
+#include "segment/reduce.h"
+
+using testing_images::Image;
+using testing_images::Result;
+
+namespace {
+
+constexpr int kSide = 300;
+
+/** A bright card on dark ground that nearly fills the image. */
+Image card_scan(int bit_count, int side = kSide) {
+  Image scan(side, side, bit_count, 40);
+  const int channels = bit_count / 8;
+  const int margin = side / 20;
+  for (int r = margin; r < side - margin; ++r) {
+    std::memset(scan.row(r) + margin * channels, 230, static_cast<std::size_t>((side - 2 * margin) * channels));
+  }
+  return scan;
+}
+
+/**
+ * Runs an operation with each of its allocations failing in turn, and then with none. `run(failing)` checks its own
+ * outcome. Returns how many allocations there were.
+ */
+template <class Run>
+int fail_each_allocation(Run run) {
+  constexpr int kMost = 1000;
+  for (int number = 0; number < kMost; ++number) {
+    failing::fail_allocation(number);
+    run([] { return failing::has_failed(); });
+    const bool failed = failing::has_failed();
+    failing::fail_allocation(-1);
+    if (!failed) return number;
+  }
+  ADD_FAILURE() << "no end of allocations";
+  return kMost;
+}
+
+TEST(AllocationFailure, LeavesAnEmptyRecordBehindFailedCreation) {
+  EXPECT_EQ(1, fail_each_allocation([](auto failed) {
+              Result image;
+              const auto result = CreateImage(image.ptr(), 5, 5, 8, 0, 0);
+              EXPECT_EQ(result, !failed());
+              EXPECT_EQ(image.empty(), failed());
+            }));
+  Image source = card_scan(24);
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              Result copy;
+              const auto result = ImageCopy(source.ptr(), copy.ptr());
+              EXPECT_EQ(result, !failed());
+              EXPECT_EQ(copy.empty(), failed());
+            }));
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              Result gray;
+              const auto result = Color2Gray(source.ptr(), gray.ptr());
+              EXPECT_EQ(result, !failed());
+              EXPECT_EQ(gray.empty(), failed());
+            }));
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              Result crop;
+              const auto result = CutRectImage(source.ptr(), crop.ptr(), {1, 9, 9, 1, 0});
+              EXPECT_EQ(result, failed() ? -1 : 1);
+              EXPECT_EQ(crop.empty(), failed());
+            }));
+}
+
+TEST(AllocationFailure, MakesTheMainOperationReturnACopyOrFail) {
+  for (const int bit_count : {8, 24}) {
+    Image scan = card_scan(bit_count);
+    Result clipped;
+    ASSERT_EQ(AutoClipRedundantImg(scan.handle(), nullptr, clipped.ptr(), 1), 1);
+    int copies = 0;
+    const int count = fail_each_allocation([&](auto failed) {
+      Result out;
+      const int code = AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1);
+      if (!failed()) {
+        EXPECT_EQ(code, 1);
+        EXPECT_EQ(out.pixels(), clipped.pixels());
+      } else if (code == 0) {
+        // The corner finder had no memory: the scan comes back as it is.
+        ++copies;
+        EXPECT_EQ(0, std::memcmp(out.ptr()->pBits, scan.ptr()->pBits, scan.header().biSizeImage));
+      } else if (code == 1) {
+        // A verifier had no memory and said no, or a side's search had none: the frame stood in for that side.
+        EXPECT_EQ(out.header().biWidth, kSide);
+      } else {
+        EXPECT_EQ(code, -1);
+        EXPECT_TRUE(out.empty());
+      }
+    });
+    EXPECT_GT(count, 10);
+    EXPECT_GE(copies, 6);
+  }
+}
+
+TEST(AllocationFailure, IsNamedByTheCornerSearch) {
+  Image scan = card_scan(8);
+  int out_of_memory = 0;
+  fail_each_allocation([&](auto failed) {
+    vantrel_corner_search found{};
+    const int code = vantrel_find_corners(scan.ptr(), &found);
+    if (!failed()) {
+      EXPECT_EQ(code, 1);
+    }
+    EXPECT_EQ(code, found.verdict == VANTREL_CORNERS_FOUND ? 1 : 0);
+    out_of_memory += found.verdict == VANTREL_OUT_OF_MEMORY ? 1 : 0;
+  });
+  EXPECT_EQ(out_of_memory, 4);  // two maps, the pool and the points
+}
+
+TEST(AllocationFailure, EndsTheGradientCornerSearch) {
+  Image scan = card_scan(8, 120);
+  // Borders near enough to the image's edge to be found in its frame.
+  std::memset(scan.ptr()->pBits, 230, static_cast<std::size_t>(scan.stride()) * 120);
+  for (int r = 0; r < 120; ++r) {
+    for (int c = 0; c < 120; ++c) {
+      if (r < 3 || r >= 116 || c < 3 || c >= 116) scan.at(r, c) = 20;
+    }
+  }
+  float corners[8];
+  float box[8];
+  const bool found = AutoDetectCorner(scan.ptr(), corners, box);
+  const int count = fail_each_allocation([&](auto failed) {
+    const auto result = AutoDetectCorner(scan.ptr(), corners, box);
+    EXPECT_EQ(result, !failed() && found);
+  });
+  EXPECT_GE(count, 5);
+}
+
+TEST(AllocationFailure, FindsNoComponents) {
+  std::vector<unsigned char> edge(16 * 16, 255);
+  edge[5 * 16 + 5] = 0;
+  _BLIST list{};
+  ASSERT_TRUE(list.Constructor(500, 100));
+  EXPECT_EQ(2, fail_each_allocation([&](auto failed) {
+              const auto result = Gray2Bin(edge.data(), list, 16, 16);
+              EXPECT_EQ(result, !failed());
+            }));
+  list.Destructor();
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              _BLIST pool{};
+              const auto result = pool.Constructor(500, 100);
+              EXPECT_EQ(result, !failed());
+              EXPECT_EQ(pool.pool == nullptr, failed());
+              pool.Destructor();
+            }));
+}
+
+TEST(AllocationFailure, MakesNoMatrix) {
+  EXPECT_EQ(2, fail_each_allocation([](auto failed) {
+              double** matrix = MakeMatrix(3, 4);
+              EXPECT_EQ(matrix == nullptr, failed());
+              if (matrix != nullptr) FreeMatrix(matrix);
+            }));
+}
+
+TEST(AllocationFailure, FindsNoLine) {
+  std::vector<double> sines(180, 0.0);
+  std::vector<double> cosines(180, 1.0);
+  for (const int dir_class : {0, 1, 2}) {
+    EXPECT_EQ(2, fail_each_allocation([&](auto failed) {
+                std::vector<typePoint> points(60, typePoint{5.0f, 5.0f});
+                std::vector<unsigned char> pixels(20 * 20, 255);
+                double normal[8] = {};
+                double distance[4] = {};
+                _BNODE line{};
+                const int code =
+                    Compute_Hough_Angle2(pixels.data(), &line, pixels.data(), normal, distance, points.data(), 20, 20,
+                                         60, dir_class, sines.data(), cosines.data(), dir_class, 0);
+                if (failed()) {
+                  EXPECT_EQ(code, 0);
+                }
+                if (!failed() && dir_class == 1) {
+                  EXPECT_EQ(code, 2);
+                }
+              }));
+  }
+}
+
+TEST(AllocationFailure, LetsTheDensityVerifiersSayNo) {
+  std::vector<unsigned char> edge(100 * 100, 255);
+  for (const int row : {25, 60}) std::fill_n(edge.begin() + row * 100, 100, static_cast<unsigned char>(0));
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              const bool prefers_second = VerifyCorrectLineV_0(edge.data(), nullptr, nullptr, 20, 60, 100, 100, 0);
+              EXPECT_EQ(prefers_second, !failed());
+            }));
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              const auto result = VerifyCorrectLineV_1(edge.data(), nullptr, nullptr, 50, 100, 100, 1);
+              EXPECT_EQ(result, !failed());
+            }));
+}
+
+TEST(AllocationFailure, EndsTheCardFindersWithTheirDefaults) {
+  Image gray = card_scan(8);
+  EXPECT_EQ(2, fail_each_allocation([&](auto failed) {
+              MYRECT rect{1, 2, 3, 4, 5};
+              const auto result = CutCard(gray.ptr(), rect);
+              EXPECT_EQ(result, !failed());
+              if (failed()) {
+                EXPECT_EQ(rect.left, 0);
+                EXPECT_EQ(rect.top, kSide - 1);
+                EXPECT_EQ(rect.right, kSide - 1);
+                EXPECT_EQ(rect.bottom, 0);
+              }
+            }));
+  Image colour = card_scan(24);
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              MYRECT rect{1, 2, 3, 4, 5};
+              const auto result = CutCard24(colour.ptr(), rect);
+              EXPECT_EQ(result, !failed());
+              if (failed()) {
+                EXPECT_EQ(rect.left, 10);
+                EXPECT_EQ(rect.top, kSide - 30);
+                EXPECT_EQ(rect.right, kSide - 10);
+                EXPECT_EQ(rect.bottom, 50);
+              }
+            }));
+  for (Image* scan : {&gray, &colour}) {
+    fail_each_allocation([&](auto failed) {
+      Result out;
+      const auto result = AutoClipRedundantImg_ORVA(scan->handle(), nullptr, out.ptr(), 1);
+      EXPECT_EQ(result, failed() ? -1 : 1);
+    });
+    fail_each_allocation([&](auto failed) {
+      const auto result = AutoClipImg_Rect_ORVA(scan->handle(), nullptr, 0, 0, 0, 0, 1);
+      EXPECT_EQ(result, failed() ? -1 : 1);
+    });
+  }
+}
+
+TEST(AllocationFailure, EndsTheEnlargements) {
+  for (const int bit_count : {1, 8, 24}) {
+    Image scan(50, 40, bit_count, 99);
+    for (const auto enlarge : {BiLinear, BiCubic}) {
+      const int count = fail_each_allocation([&](auto failed) {
+        BITMAPPTR out{};
+        const int code = enlarge(scan.handle(), &out);
+        EXPECT_EQ(code, failed() ? -1 : bit_count == 1 ? 0 : 1);
+        if (code != -1) std::free(out.pInfo);
+      });
+      EXPECT_GE(count, bit_count == 1 ? 1 : 2);
+    }
+  }
+}
+
+TEST(AllocationFailure, EndsTheSegmentation) {
+  for (const int bit_count : {1, 8, 24}) {
+    Image sheet(1200, 1500, bit_count, 255);
+    const int count = fail_each_allocation([&](auto failed) {
+      RectRegions regions{};
+      const auto result = CardSeg(sheet.ptr(), regions);
+      EXPECT_EQ(result, failed() ? -1 : 1);
+    });
+    EXPECT_GE(count, 3);
+  }
+  std::vector<unsigned char> pixels(64, 100);
+  const std::vector<unsigned char> before = pixels;
+  fail_each_allocation([&](auto failed) {
+    pixels = before;
+    const auto result = Moving_Average(pixels.data(), 8, 8, 8);
+    EXPECT_EQ(result, !failed());
+    if (failed()) {
+      EXPECT_EQ(pixels, before);
+    }
+  });
+  Image gray = card_scan(8);
+  EXPECT_GE(fail_each_allocation([&](auto failed) {
+              int first = -7;
+              int second = -8;
+              const auto result = ClipImg(gray.ptr(), first, second);
+              EXPECT_EQ(result, !failed());
+              if (failed()) {
+                EXPECT_EQ(first, -7);
+                EXPECT_EQ(second, -8);
+              }
+            }),
+            1);
+}
+
+}  // namespace
