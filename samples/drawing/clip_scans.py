@@ -10,8 +10,7 @@ from .card import PEOPLE, draw_card
 from .geometry import CORNERS, SIDES, tilted_card
 from .scanner import Optics, drawn_glass, expose, lay_card, real_glass
 
-DPI = 300
-SIZE = (1240, 820)  # 105 x 69 mm: the glass around a card of 85 x 55 mm
+SIZE = (1240, 820)  # at 300 dots per inch
 GLASS = Path(__file__).resolve().parent.parent / "glass"
 
 
@@ -31,6 +30,12 @@ class ClipScan:
     card: bool = True
     visible: tuple = SIDES  # the sides whose borders stand out from the glass
     optics: Optics = Optics()
+    dpi: int = 300
+
+    @property
+    def size(self):
+        """(width, height): 105 x 69 mm, the glass around a card of 85 x 55 mm."""
+        return SIZE[0] * self.dpi // 300, SIZE[1] * self.dpi // 300
 
 
 WHITE_LID = Optics(shadow=0.12)
@@ -40,6 +45,7 @@ CLIP_SCANS = (
     ClipScan("tilt-1.jpg", 102, "turned by 1 degree", tilt=1.0, shift=(9.3, -6.4), person=1),
     ClipScan("tilt-2.jpg", 103, "turned by -2 degrees", tilt=-2.0, shift=(-14.6, 4.7), person=2),
     ClipScan("tilt-2.5.jpg", 104, "turned by 2.5 degrees, between two angles of the search", tilt=2.5, person=3),
+    ClipScan("tilt-2.5-150dpi.jpg", 104, "the same at half the resolution", tilt=2.5, person=3, dpi=150),
     ClipScan("tilt-3.jpg", 105, "turned by 3 degrees", tilt=3.0, shift=(6.0, -8.0), person=4),
     ClipScan("tilt-5.jpg", 106, "turned by -5 degrees", tilt=-5.0, shift=(11.5, 3.5), person=5),
     ClipScan("tilt-8.jpg", 107, "turned by 8 degrees: its long borders leave their bands", tilt=8.0, person=6),
@@ -61,8 +67,8 @@ CLIP_SCANS = (
 
 def corners_of(scan):
     """The card's true corners."""
-    per_mm = DPI / 25.4
-    centre = (SIZE[0] / 2 + scan.shift[0], SIZE[1] / 2 + scan.shift[1])
+    per_mm = scan.dpi / 25.4
+    centre = (scan.size[0] / 2 + scan.shift[0], scan.size[1] / 2 + scan.shift[1])
     width, height = PEOPLE[scan.person].size_mm
     corners = tilted_card(centre, (width * per_mm, height * per_mm), scan.tilt)
     for name, move in scan.pull:
@@ -74,7 +80,7 @@ def draw(scan):
     """The scan as a picture."""
     random = np.random.default_rng(scan.seed)
     real = isinstance(scan.glass, str)
-    glass = real_glass(GLASS / scan.glass, SIZE) if real else drawn_glass(SIZE, random, scan.glass)
+    glass = real_glass(GLASS / scan.glass, scan.size) if real else drawn_glass(scan.size, random, scan.glass)
     noisy = 1.0
     if scan.card:
         art = draw_card(PEOPLE[scan.person])
@@ -90,7 +96,7 @@ def draw(scan):
 
 def truth(scan):
     """What is known about the scan, for the record."""
-    record = {"says": scan.says, "size": list(SIZE), "dpi": DPI, "visible": list(scan.visible)}
+    record = {"says": scan.says, "size": list(scan.size), "dpi": scan.dpi, "visible": list(scan.visible)}
     if scan.card:
         record["corners"] = {name: [round(float(value), 4) for value in corner]
                              for name, corner in zip(CORNERS, corners_of(scan))}

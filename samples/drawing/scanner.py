@@ -36,7 +36,8 @@ def smooth(picture, sigma):
         pad[axis] = (radius, radius)
         padded = np.pad(picture, pad, mode="edge")
         length = picture.shape[axis]
-        picture = sum(tap * padded.take(range(i, i + length), axis=axis) for i, tap in enumerate(taps))
+        shifted = (padded[i:i + length] if axis == 0 else padded[:, i:i + length] for i in range(len(taps)))
+        picture = sum(tap * part for tap, part in zip(taps, shifted))
     return picture
 
 
