@@ -54,6 +54,22 @@ class CornerSearch(ctypes.Structure):
         return np.array(self.corners, dtype=float).reshape(4, 2)
 
 
+class Rect(ctypes.Structure):
+    """MYRECT"""
+
+    _fields_ = [(name, ctypes.c_int16) for name in ("left", "top", "right", "bottom", "reserved")]
+
+    def box(self, height):
+        """(left, top, right, bottom) in the samples' coordinates: y from the top, right and bottom exclusive."""
+        return self.left, height - 1 - self.top, self.right + 1, height - self.bottom
+
+
+class Regions(ctypes.Structure):
+    """RectRegions"""
+
+    _fields_ = [("counts", ctypes.c_int32 * 2), ("columns", (Rect * 5) * 2)]
+
+
 def _stride(width, bits):
     return (width * bits + 31) // 32 * 4
 
@@ -160,3 +176,24 @@ class Library:
         """AutoClipRedundantImg on one picture: its code and the result's picture."""
         block = Block(picture)
         return self._result(lambda out: self._so.AutoClipRedundantImg(block.handle, None, out, 1))
+
+    def card_rectangle(self, picture):
+        """The card finder's answer on a light lid, CutCard or CutCard24 by depth: (done, box)."""
+        block, rect = Block(picture), Rect()
+        find = self._so["_Z9CutCard24P9BITMAPPTRR6MYRECT" if picture.mode == "RGB" else "_Z7CutCardP9BITMAPPTRR6MYRECT"]
+        find.restype = ctypes.c_bool
+        return find(ctypes.byref(block.record), ctypes.byref(rect)), rect.box(picture.height)
+
+    def cut(self, picture, twin=None, scale=1):
+        """AutoClipRedundantImg_ORVA, cutting from `twin` when there is one: its code and the result's picture."""
+        block, second = Block(picture), Block(twin) if twin else None
+        handle = second.handle if second else None
+        return self._result(lambda out: self._so.AutoClipRedundantImg_ORVA(block.handle, handle, out, scale))
+
+    def cards(self, picture, dpi):
+        """CardSeg: its code and, for each of the two columns, the boxes of its cards from the top."""
+        block, regions = Block(picture, dpi), Regions()
+        code = self._so["_Z7CardSegP9BITMAPPTRR11RectRegions"](ctypes.byref(block.record), ctypes.byref(regions))
+        columns = [[rect.box(picture.height) for rect in column[:count]][::-1]
+                   for column, count in zip(regions.columns, regions.counts)]
+        return code, columns

@@ -13,6 +13,8 @@ sys.path.insert(0, str(SAMPLE_FOLDER))
 
 from drawing import card, clip_scans  # noqa: E402  (the folder is put on the path above)
 
+BOUNDS = ("left", "top", "right", "bottom")
+TWINS = {"cut/colour.jpg": "cut/colour-twin.jpg"}
 ART = {"clip/" + scan.name: card.PEOPLE[scan.person] for scan in clip_scans.CLIP_SCANS if scan.card}
 
 
@@ -67,9 +69,47 @@ def measure_clip(library, path, truth):
     return record
 
 
+def box_of(record):
+    """(left, top, right, bottom) of a true rectangle."""
+    return np.array([record[name] for name in BOUNDS])
+
+
+def measure_cut(library, path, truth):
+    """AutoClipRedundantImg_ORVA's answer, alone and with the twin at twice the resolution where there is one."""
+    picture = open_sample(path)
+    _, box = library.card_rectangle(picture)
+    code, crop = library.cut(picture)
+    errors = np.abs(np.array(box) - box_of(truth["rectangle"]))
+    record = {"code": code, "crop": same(crop, picture.crop(box)),
+              **{f"{name}_error": float(error) for name, error in zip(BOUNDS, errors)}}
+    if path in TWINS:
+        twin = open_sample(TWINS[path])
+        record["twin_code"], crop = library.cut(picture, twin, 2)
+        # The inclusive bounds are what is doubled, in rows counted from the bottom: the cut ends one pixel early.
+        left, top, right, bottom = box
+        record["twin_crop"] = same(crop, twin.crop((2 * left, 2 * top + 1, 2 * right - 1, 2 * bottom)))
+    return record
+
+
+def measure_sheet(library, path, truth):
+    """CardSeg's answer: how many cards, and how far off the worst bound and the worst centre of a card are."""
+    code, columns = library.cards(open_sample(path), truth["dpi"])
+    record = {"code": code, "counts": [len(column) for column in columns]}
+    true = [[box_of(card) for card in truth["cards"] if card["column"] == index] for index in (0, 1)]
+    if record["counts"] == [len(column) for column in true]:
+        off = np.concatenate([np.array(found) - np.array(column) for found, column in zip(columns, true) if column])
+        centres = (off[:, :2] + off[:, 2:]) / 2
+        record["bound_error"] = float(np.abs(off).max())
+        record["centre_error"] = float(np.hypot(*centres.T).max())
+    return record
+
+
+MEASURES = {"clip": measure_clip, "real": measure_clip, "cut": measure_cut, "sheets": measure_sheet}
+
+
 def measure(library, path, truth):
     """The record of one sample."""
-    return measure_clip(library, path, truth)
+    return MEASURES[path.split("/")[0]](library, path, truth)
 
 
-SAMPLES = tuple(path for path in truths())
+SAMPLES = tuple(truths())
