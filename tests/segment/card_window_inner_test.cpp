@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <vector>
 
 #include "segment/card_window.h"
@@ -12,7 +13,8 @@ using testing_sheets::Sheet;
 
 int window(const Sheet& sheet, Band rows, int length) {
   // Longer than the strip, and full of what an earlier group left.
-  std::vector<int> profile(static_cast<std::size_t>(sheet.view().cols) + 5, 77);
+  std::vector<int> profile(static_cast<std::size_t>(sheet.view().cols) + 5);
+  std::iota(profile.rbegin(), profile.rend(), 100);
   return fullest_window(sheet.view(), rows, length, profile);
 }
 

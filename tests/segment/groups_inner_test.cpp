@@ -63,9 +63,9 @@ TEST(MergeBands, FiveGroupsAtMost) {
 TEST(MergeBands, NoBandsNoGroups) { EXPECT_EQ(merged({}, 50), (Starts{0})); }
 
 TEST(ReassignByCentre, ABandAtTheLineBelongsToTheUpperGroup) {
-  // Centres 38 and 150, line 94; the band's midpoint is 94, then 93.
-  EXPECT_EQ(reassigned({{0, 59}, {90, 99}, {101, 200}}, {0, 2, 3}), (Starts{0, 1, 3}));
-  EXPECT_EQ(reassigned({{0, 59}, {89, 98}, {101, 200}}, {0, 2, 3}), (Starts{0, 2, 3}));
+  // Centres 38 and 151, line 94; the band's midpoint is 94, then 93.
+  EXPECT_EQ(reassigned({{0, 59}, {90, 99}, {101, 201}}, {0, 2, 3}), (Starts{0, 1, 3}));
+  EXPECT_EQ(reassigned({{0, 59}, {89, 98}, {101, 201}}, {0, 2, 3}), (Starts{0, 2, 3}));
 }
 
 TEST(ReassignByCentre, MovesDownwardsToo) {
@@ -110,10 +110,13 @@ TEST(BalanceByHeight, LeavesTwoCardsAloneExceptOnThreeGrounds) {
   EXPECT_EQ(balanced_by_height({{0, 52}, {65, 69}, {80, 132}}, {0, 2, 3}, 70, 11), (Starts{0, 2, 3}));
   // Too high.
   EXPECT_EQ(balanced_by_height({{0, 52}, {65, 69}, {80, 132}}, {0, 2, 3}, 69, 11), (Starts{0, 1, 3}));
+  EXPECT_EQ(balanced_by_height({{0, 52}, {63, 67}, {80, 132}}, {0, 1, 3}, 70, 11), (Starts{0, 1, 3}));
+  EXPECT_EQ(balanced_by_height({{0, 52}, {63, 67}, {80, 132}}, {0, 1, 3}, 69, 11), (Starts{0, 2, 3}));
   // Too close.
   EXPECT_EQ(balanced_by_height({{0, 52}, {65, 69}, {80, 132}}, {0, 2, 3}, 70, 12), (Starts{0, 1, 3}));
-  // Too unlike: 52 of 70 rows are less than three quarters.
+  // Too unlike: 52 of 70 rows are less than three quarters, 60 of 80 are not.
   EXPECT_EQ(balanced_by_height({{0, 52}, {65, 69}, {80, 131}}, {0, 2, 3}, 70, 11), (Starts{0, 1, 3}));
+  EXPECT_EQ(balanced_by_height({{0, 61}, {75, 79}, {90, 149}}, {0, 2, 3}, 80, 11), (Starts{0, 2, 3}));
 }
 
 TEST(BalanceByHeight, OnlyDownwardsOrOnlyUpwards) {
@@ -148,6 +151,13 @@ TEST(BalanceByHeight, AMoveMayCostAQuarterOfTheRatio) {
 
 TEST(BalanceByHeight, EndsWhenAMoveIsTakenBackInEveryRound) {
   EXPECT_EQ(balanced_by_height({{0, 39}, {60, 99}, {120, 159}}, {0, 1, 3}, 50, 10), (Starts{0, 1, 3}));
+}
+
+TEST(BalanceByHeight, MakesTwelveMovesAtMost) {
+  // Even heights are 30 bands away; six rounds of two sweeps each move 12.
+  Bands bands;
+  for (int i = 0; i < 60; ++i) bands.push_back({20 * i, 20 * i + 9});
+  EXPECT_EQ(balanced_by_height(bands, {0, 1, 60}, 2000, 10), (Starts{0, 13, 60}));
 }
 
 TEST(Groups, RowsIncludeTheGaps) {
