@@ -35,18 +35,19 @@ class Scan {
   void* block_ = nullptr;
 };
 
-/** The background's level, and how gently the card's borders rise: by 1 in `run`. */
+/** The background's level, how gently the card's borders rise (by 1 in `run`), and where the card ends above. */
 struct Ground {
   int level;
   int run;
+  int top_tenths;
 };
 
-inline constexpr Ground kFlatGround{120, 64};
-inline constexpr Ground kDarkGlass{46, 1 << 14};
+inline constexpr Ground kFlatGround{120, 57, 8};
+inline constexpr Ground kDarkGlass{46, 1 << 14, 9};
 
 /**
- * Draws a card that covers the image but for a margin of a tenth, with lines of print in its middle. 8 or 24 bits, 300
- * dots per inch.
+ * Draws a card that covers the image but for a tenth below, a sixteenth at the sides and what the ground leaves above,
+ * with lines of print in its middle. 8 or 24 bits, 300 dots per inch.
  */
 inline void draw_card(Scan& scan, int width, int height, int bit_count, const Ground& ground = kFlatGround) {
   if (!CreateImage(scan.ptr(), width, height, bit_count, 11811, 11811)) std::abort();
@@ -55,12 +56,12 @@ inline void draw_card(Scan& scan, int width, int height, int bit_count, const Gr
   const int channels = bit_count / 8;
   const auto stride = static_cast<std::ptrdiff_t>(scan.bytes() / height);
   const int border = height / 10;
-  const int side = width / 12;
+  const int side = width / 16;
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
       const int v = y - x / ground.run;
       const int u = x + y / ground.run;
-      const bool card = v >= border && v < height - border && u >= side && u < width - side;
+      const bool card = v >= border && v < ground.top_tenths * height / 10 && u >= side && u < width - side;
       const bool text = v > height / 4 && v < 7 * height / 10 && u > width / 5 && u < 3 * width / 4 && v / 24 % 2 == 0;
       const bool ink = text && (u / 3 * 7 + v / 4 * 5) % 11 < 4;
       for (int c = 0; c < channels; ++c) {

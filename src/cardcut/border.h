@@ -47,7 +47,7 @@ ColumnChanges vote_row(const Scene<Rules>& scene, const Band& band, int y, Angle
     const int count = std::min(columns.end - start, kRunLength);
     const Run run = {scene.pixel(start, y + kReach) + band.shift, scene.pixel(start, y) + band.shift,
                      scene.pixel(start, y - kReach) + band.shift};
-    contrasts(run, count, Rules::kEdge, contrast);
+    if (contrasts(run, count, Rules::kEdge, contrast) <= Rules::kEdge) continue;
     for (int i = 0; i < count; ++i) {
       if (contrast[i] > Rules::kEdge) {
         votes.add(start + i);

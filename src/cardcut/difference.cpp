@@ -1,5 +1,6 @@
 #include "cardcut/difference.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -19,21 +20,29 @@ int sum_of_colours(const std::uint16_t* squares) { return squares[0] + squares[1
 
 int truncated_root(int square) { return static_cast<int>(std::sqrt(static_cast<double>(square))); }
 
-}  // namespace
-
-void gray_row_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
-  const auto [later, here, earlier] = run;
-  for (int i = 0; i < count; ++i) result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]));
+int largest_magnitude(const std::int16_t* values, int count) {
+  std::int16_t largest = 0;
+  for (int i = 0; i < count; ++i) largest = std::max(largest, static_cast<std::int16_t>(std::abs(values[i])));
+  return largest;
 }
 
-void gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
+}  // namespace
+
+int gray_row_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
+  const auto [later, here, earlier] = run;
+  for (int i = 0; i < count; ++i) result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]));
+  return largest_magnitude(result, count);
+}
+
+int gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
   const auto [later, here, earlier] = run;
   for (int i = 0; i < count; ++i) {
     result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]) - std::abs(here[i + 1] - here[i - 1]));
   }
+  return largest_magnitude(result, count);
 }
 
-void colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) {
+int colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) {
   std::uint16_t across_rows[kColours * kRunLength];
   std::uint16_t across_columns[kColours * kRunLength];
   squared_differences(run.later, run.earlier, kColours * count, across_rows);
@@ -46,6 +55,7 @@ void colour_contrasts(const Run& run, int count, int edge, std::int16_t* result)
     const bool flat = rows < least && columns < least;
     result[i] = flat ? std::int16_t{0} : static_cast<std::int16_t>(truncated_root(rows) - truncated_root(columns));
   }
+  return largest_magnitude(result, count);
 }
 
 }  // namespace vantrel::cardcut

@@ -37,9 +37,10 @@ inline constexpr int kRunLength = 64;
 
 /**
  * Writes the contrasts of `count` <= kRunLength pixels: how much each changes across rows, less how much it changes
- * across columns. Where neither change exceeds `edge` the contrast may be written as 0.
+ * across columns. Where neither change exceeds `edge` the contrast may be written as 0. Returns the largest magnitude
+ * written, so that flat runs can be passed over.
  */
-using Contrasts = void(const Run& run, int count, int edge, std::int16_t* result);
+using Contrasts = int(const Run& run, int count, int edge, std::int16_t* result);
 
 Contrasts gray_row_contrasts;  ///< the changes across rows alone
 Contrasts gray_contrasts;

@@ -82,10 +82,13 @@ void RowVotes::add(int column) {
   const auto x = static_cast<float>(column - table_.centre_);
   int distance[kAngles];
   for (std::size_t k = 0; k < kAngles; ++k) distance[k] = rounded(x * table_.cosine_[k] + row_part_[k]);
-  for (int k = angles_.first; k <= angles_.last; ++k) {
+
+  std::int32_t* const counters = table_.counters_.get();
+  const auto last_distance = static_cast<unsigned>(table_.last_distance_);
+  const auto [first, last] = angles_;
+  for (int k = first; k <= last; ++k) {
     // As unsigned numbers the distances below 0 lie above the last one too.
-    if (static_cast<unsigned>(distance[k]) > static_cast<unsigned>(table_.last_distance_)) continue;
-    ++table_.counters_[distance[k] * kAngles + k];
+    if (static_cast<unsigned>(distance[k]) <= last_distance) ++counters[distance[k] * kAngles + k];
   }
 }
 

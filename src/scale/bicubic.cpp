@@ -7,14 +7,16 @@
 namespace vantrel::scale {
 namespace {
 
-/** Unsigned until the shift, so that samples far beyond pixel values wrap. */
-constexpr int kernel(int a, int b, int c, int d) {
-  const auto inner = static_cast<unsigned>(b) + static_cast<unsigned>(c);
-  const auto outer = static_cast<unsigned>(a) + static_cast<unsigned>(d);
-  return static_cast<int>(9 * inner - outer + 8) >> 4;
+/** The kernel on pixels and on values between them, all well within 16 bits: twice as many at once as with integers. */
+std::int16_t kernel(int a, int b, int c, int d) {
+  const auto sum =
+      static_cast<std::int16_t>(9 * static_cast<std::int16_t>(b + c) - static_cast<std::int16_t>(a + d) + 8);
+  return static_cast<std::int16_t>(sum >> 4);
 }
 
-unsigned char clamped(int value) { return static_cast<unsigned char>(std::clamp(value, 0, 255)); }
+unsigned char clamped(std::int16_t value) {
+  return static_cast<unsigned char>(std::clamp<std::int16_t>(value, 0, 255));
+}
 
 /**
  * Makes the output rows. Positions without a sample before them and two behind repeat the source pixel. The values
@@ -66,7 +68,7 @@ const std::int16_t* CubicRows::between_pixels(int y) {
   const int step = step_;
   const int end = end_;
   for (int i = step; i < end; ++i) {
-    values[i] = static_cast<std::int16_t>(kernel(p[i - step], p[i], p[i + step], p[i + 2 * step]));
+    values[i] = kernel(p[i - step], p[i], p[i + step], p[i + 2 * step]);
   }
   return values;
 }
@@ -112,4 +114,9 @@ bool BiCubicMethod(BITMAPPTR* src, BITMAPPTR* dst, short /*factor*/) {
   return vantrel::scale::resample<vantrel::scale::CubicRows>(src, dst, 2);
 }
 
-int BiCubicDir(int a, int b, int c, int d) { return vantrel::scale::kernel(a, b, c, d); }
+int BiCubicDir(int a, int b, int c, int d) {
+  // Any integers may come here: unsigned until the shift, they wrap.
+  const auto inner = static_cast<unsigned>(b) + static_cast<unsigned>(c);
+  const auto outer = static_cast<unsigned>(a) + static_cast<unsigned>(d);
+  return static_cast<int>(9 * inner - outer + 8) >> 4;
+}

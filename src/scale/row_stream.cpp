@@ -21,13 +21,28 @@ bool extend(Source& source, std::size_t available, std::size_t needed) {
   return true;
 }
 
-template <int kChannels>
-void interleave(const Halves& halves, std::ptrdiff_t pixels, unsigned char* out) {
+/** Gray: pixels of one byte. */
+void interleave_gray(const Halves& halves, std::ptrdiff_t pixels, unsigned char* out) {
   const auto [even, odd] = halves;
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
-    std::memcpy(out + 2 * kChannels * i, even + kChannels * i, kChannels);
-    std::memcpy(out + 2 * kChannels * i + kChannels, odd + kChannels * i, kChannels);
+    out[2 * i] = even[i];
+    out[2 * i + 1] = odd[i];
   }
+}
+
+/**
+ * Colour: pixels of three bytes, all but the last pair moved as four bytes at once; what the fourth byte spills over is
+ * written next.
+ */
+void interleave_colour(const Halves& halves, std::ptrdiff_t pixels, unsigned char* out) {
+  const auto [even, odd] = halves;
+  const std::ptrdiff_t last = pixels - 1;
+  for (std::ptrdiff_t i = 0; i < last; ++i) {
+    std::memcpy(out + 6 * i, even + 3 * i, 4);
+    std::memcpy(out + 6 * i + 3, odd + 3 * i, 4);
+  }
+  std::memcpy(out + 6 * last, even + 3 * last, 3);
+  std::memcpy(out + 6 * last + 3, odd + 3 * last, 3);
 }
 
 }  // namespace
@@ -61,8 +76,8 @@ OutputSize enlarged(const Source& source, int factor) {
 
 unsigned char* write_row(const Halves& halves, const Source& source, std::int64_t cols, unsigned char* out) {
   const auto pairs = static_cast<std::ptrdiff_t>(std::min<std::int64_t>(source.cols, cols / 2));
-  const bool colour = source.channels == 3;
-  colour ? interleave<3>(halves, pairs, out) : interleave<1>(halves, pairs, out);
+  const auto interleave = source.channels == 3 ? interleave_colour : interleave_gray;
+  interleave(halves, pairs, out);
   unsigned char* end = out + cols * source.channels;
   const unsigned char* last = halves.even + source.row_bytes() - source.channels;
   for (out += 2 * pairs * source.channels; out < end; out += source.channels) {
