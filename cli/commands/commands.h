@@ -1,0 +1,23 @@
+/**
+ * @file commands.h
+ * @brief The subcommands. Each adds itself and its options to the tool; its work runs in the returned function.
+ */
+#ifndef VANTREL_CLI_COMMANDS_COMMANDS_H
+#define VANTREL_CLI_COMMANDS_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace tool {
+
+/** A subcommand: its parser, and what to do when it was asked for. `run` returns the exit status. */
+struct Command {
+  CLI::App* parser;
+  std::function<int()> run;
+};
+
+Command add_clip(CLI::App& tool);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,58 @@
+#include "options.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace tool {
+
+void add_input_options(CLI::App& command, Options& options) {
+  options.jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  command.add_option("INPUT", options.inputs, "Scans to read: PNG, JPEG, TIFF, BMP, PNM or WebP; - is standard input")
+      ->required();
+  command
+      .add_option_function<int>(
+          "--page",
+          [&options](int page) {
+            options.page = page;
+            options.page_given = true;
+          },
+          "Read page N of a TIFF file (default 1)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 65535));
+  command.add_option("--dpi", options.dpi, "Take the scan's resolution as N dots per inch, whatever its file says")
+      ->type_name("N")
+      ->check(CLI::Range(1, 100000));
+  command.add_flag("--json", options.json, "Print one JSON array with all that was found instead of lines of text");
+  command.add_option("-j,--jobs", options.jobs, "Work on N scans at a time (default: the number of processors)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1024));
+}
+
+void add_output_options(CLI::App& command, Options& options) {
+  command
+      .add_option("-o,--output", options.output,
+                  "Write to this file, or into this folder (needed for several inputs); - is standard output")
+      ->type_name("OUT");
+  command.add_flag("--force", options.force, "Replace existing output files; an input is never replaced");
+  command
+      .add_option_function<std::string>(
+          "--format", [&options](const std::string& name) { options.format = format_of_name(name); },
+          "Format of standard output and of the files in a folder: png, jpeg, tiff, bmp, pnm or webp")
+      ->type_name("FORMAT")
+      ->check(CLI::Validator(
+          [](const std::string& name) { return format_of_name(name) ? "" : "unknown format '" + name + "'"; }, ""));
+}
+
+void add_overlay_option(CLI::App& command, Options& options) {
+  command
+      .add_option("--overlay", options.overlay,
+                  "Write the scan with what was seen drawn on it to this file, or into this folder")
+      ->type_name("FILE");
+}
+
+void add_detect_only_option(CLI::App& command, Options& options) {
+  command.add_flag("--detect-only", options.detect_only, "Say what is found and write no picture")
+      ->excludes(command.get_option("--output"));
+}
+
+}  // namespace tool

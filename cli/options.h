@@ -1,0 +1,46 @@
+/**
+ * @file options.h
+ * @brief The options that the subcommands share.
+ */
+#ifndef VANTREL_CLI_OPTIONS_H
+#define VANTREL_CLI_OPTIONS_H
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "image_format.h"
+
+namespace tool {
+
+struct Options {
+  std::vector<std::string> inputs;
+  std::string output; /**< empty: none is written */
+  std::string overlay;
+  std::optional<Format> format;
+  bool force = false;
+  bool keep_unclipped = false;
+  bool detect_only = false;
+  bool json = false;
+  bool page_given = false;
+  int page = 1;
+  int dpi = 0; /**< 0: that of the file */
+  int jobs = 1;
+};
+
+/** Adds INPUT..., --page, --dpi, --json and --jobs. */
+void add_input_options(CLI::App& command, Options& options);
+
+/** Adds -o, --force and --format. */
+void add_output_options(CLI::App& command, Options& options);
+
+/** Adds --overlay. */
+void add_overlay_option(CLI::App& command, Options& options);
+
+/** Adds --detect-only, which excludes -o. */
+void add_detect_only_option(CLI::App& command, Options& options);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,59 @@
+#include "report.h"
+
+#include <array>
+#include <cmath>
+
+namespace tool {
+namespace {
+
+const char* name_of(Outcome outcome) {
+  constexpr std::array kNames = {"done", "kept", "nothing-found", "failed"};
+  return kNames[static_cast<std::size_t>(outcome)];
+}
+
+Json json_of(const PictureInfo& picture) {
+  return {{"width", picture.width},
+          {"height", picture.height},
+          {"depth", picture.depth},
+          {"dpi", {picture.dpi_x, picture.dpi_y}}};
+}
+
+std::string outputs_of(const Report& report) {
+  if (report.outputs.empty()) return "";
+  std::string text = " -> " + report.outputs.front().path;
+  if (report.outputs.size() > 1) text += " ... " + report.outputs.back().path;
+  return text;
+}
+
+}  // namespace
+
+PictureInfo::PictureInfo(const Bitmap& image)
+    : width(image.width()), height(image.height()), depth(image.depth()), dpi_x(image.dpi_x()), dpi_y(image.dpi_y()) {}
+
+std::string line_of(const Report& report) {
+  std::string line = report.input + ": ";
+  if (report.pages > 1) line += "page " + std::to_string(report.page) + " of " + std::to_string(report.pages) + ": ";
+  line += report.message;
+  if (!report.succeeded()) return "vantrel: " + line + "\n";
+  if (report.outcome == Outcome::kKept) line += ", kept as it is";
+  return line + outputs_of(report) + " (" + std::to_string(std::lround(report.milliseconds)) + " ms)\n";
+}
+
+Json json_of(const Report& report) {
+  Json json = {{"file", report.input}, {"page", report.page}, {"pages", report.pages}};
+  json["outcome"] = name_of(report.outcome);
+  json["error"] = report.succeeded() && report.outcome != Outcome::kKept ? Json() : Json(report.message);
+  json["scan"] = report.scan ? json_of(*report.scan) : Json();
+  json["outputs"] = Json::array();
+  for (const WrittenPicture& output : report.outputs) {
+    Json picture = json_of(output.picture);
+    picture["path"] = output.path;
+    json["outputs"].push_back(picture);
+  }
+  json["overlay"] = report.overlay.empty() ? Json() : Json(report.overlay);
+  json["milliseconds"] = std::round(report.milliseconds * 1000) / 1000;
+  json.update(report.details);
+  return json;
+}
+
+}  // namespace tool

@@ -1,0 +1,65 @@
+/**
+ * @file report.h
+ * @brief What the tool says about one input, for people and for programs.
+ */
+#ifndef VANTREL_CLI_REPORT_H
+#define VANTREL_CLI_REPORT_H
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bitmap.h"
+
+namespace tool {
+
+/** Keeps its members in the order in which they were added. */
+using Json = nlohmann::ordered_json;
+
+enum class Outcome {
+  kDone,    /**< found, and written unless only detection was asked for */
+  kKept,    /**< nothing found, the scan written as it is on request */
+  kNothing, /**< nothing found, nothing written */
+  kFailed   /**< an error */
+};
+
+/** Sizes of a picture, in pixels, bits and dots per inch (0: not known). */
+struct PictureInfo {
+  int width;
+  int height;
+  int depth;
+  int dpi_x;
+  int dpi_y;
+
+  explicit PictureInfo(const Bitmap& image);
+};
+
+struct WrittenPicture {
+  std::string path;
+  PictureInfo picture;
+};
+
+struct Report {
+  std::string input;
+  int page = 1;
+  int pages = 0; /**< 0 when the file could not be read */
+  Outcome outcome = Outcome::kFailed;
+  std::string message; /**< what was found, or why nothing came of it */
+  Json details;        /**< the command's own members */
+  std::optional<PictureInfo> scan;
+  std::vector<WrittenPicture> outputs;
+  std::string overlay;
+  double milliseconds = 0; /**< of finding and cutting, without reading and writing files */
+
+  bool succeeded() const { return outcome == Outcome::kDone || outcome == Outcome::kKept; }
+};
+
+/** One readable line, with its end. */
+std::string line_of(const Report& report);
+
+Json json_of(const Report& report);
+
+}  // namespace tool
+
+#endif

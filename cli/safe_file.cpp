@@ -1,0 +1,208 @@
+#include "safe_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <mutex>
+#include <set>
+#include <thread>
+#include <utility>
+
+#include "failure.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+/** What a new file may have: everything but the process's mask, which can only be asked for by changing it. */
+mode_t new_file_mode() {
+  static const mode_t mode = [] {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return static_cast<mode_t>(0666 & ~mask);
+  }();
+  return mode;
+}
+
+std::string reason_of(int error) { return std::generic_category().message(error); }
+
+/** The temporary files there are, for the thread that ends the process. Never destroyed: that thread outlives main. */
+struct Temporaries {
+  std::mutex mutex;
+  std::set<std::string> paths;
+};
+
+Temporaries& temporaries() {
+  static auto* all = new Temporaries;
+  return *all;
+}
+
+/** Follows a link to what it names, so that the link itself stays. */
+fs::path real_target(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_symlink(path, error)) return path;
+  const fs::path target = fs::weakly_canonical(path, error);
+  return error ? fs::path(path) : target;
+}
+
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) { throw Failure(path + ": " + reason); }
+
+[[noreturn]] void refuse_existing(const std::string& path) { refuse(path, "exists already (--force replaces it)"); }
+
+void check_target(const fs::path& target, bool force, const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(target, error);
+  if (!fs::exists(status)) return;
+  if (fs::is_directory(status)) refuse(path, "is a folder");
+  if (!fs::is_regular_file(status)) refuse(path, "is not a regular file");
+  if (!force) refuse_existing(path);
+}
+
+/** The permissions for the finished file: those of the file that it replaces, or a new file's. */
+mode_t mode_for(const fs::path& target) {
+  struct stat old {};
+  return stat(target.c_str(), &old) == 0 ? old.st_mode & 07777 : new_file_mode();
+}
+
+/** Fills, finishes and closes an open file; 0 or an error number. */
+int fill(int descriptor, const std::vector<unsigned char>& content, mode_t mode) {
+  const bool filled = write_all(descriptor, content.data(), content.size()) && fchmod(descriptor, mode) == 0;
+  const int error = filled ? 0 : errno;
+  return close(descriptor) == 0 || error != 0 ? error : errno;
+}
+
+int replace(const std::string& temporary, const fs::path& target) {
+  return rename(temporary.c_str(), target.c_str()) == 0 ? 0 : errno;
+}
+
+/** Gives a complete file its name without ever replacing another; 0 or an error number. */
+int link_to_name(const std::string& temporary, const fs::path& target) {
+  if (link(temporary.c_str(), target.c_str()) == 0) return unlink(temporary.c_str()) == 0 ? 0 : errno;
+  if (errno == EEXIST) return EEXIST;
+  // A file system without hard links: look and rename.
+  if (access(target.c_str(), F_OK) == 0) return EEXIST;
+  return replace(temporary, target);
+}
+
+/** The signals that end the process and are not ignored already (as they are in the background of some shells). */
+sigset_t ending_signals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction now {};
+    if (sigaction(signal, nullptr, &now) == 0 && now.sa_handler != SIG_IGN) sigaddset(&signals, signal);
+  }
+  return signals;
+}
+
+[[noreturn]] void end_by(int signal, const sigset_t& signals) {
+  for (const std::string& path : temporaries().paths) unlink(path.c_str());
+  pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  raise(signal);
+  _exit(128 + signal);
+}
+
+}  // namespace
+
+std::vector<unsigned char> read_file(const std::string& path) {
+  const bool pipe = path == kPipe;
+  const int descriptor = pipe ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) throw Failure(reason_of(errno));
+  std::vector<unsigned char> content;
+  std::size_t size = 0;
+  int error = 0;
+  for (;;) {
+    if (content.size() - size < 65536) content.resize(size + std::max<std::size_t>(size, 1 << 20));
+    const ssize_t count = read(descriptor, content.data() + size, content.size() - size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) error = errno;
+    if (count <= 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  if (!pipe) close(descriptor);
+  if (error != 0) throw Failure(reason_of(error));
+  content.resize(size);
+  return content;
+}
+
+bool write_all(int descriptor, const void* data, std::size_t size) {
+  const auto* from = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t count = write(descriptor, from, size);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    from += count;
+    size -= static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+bool same_file(const std::string& path, const std::string& other) {
+  struct stat a {};
+  struct stat b {};
+  return path != kPipe && other != kPipe && stat(path.c_str(), &a) == 0 && stat(other.c_str(), &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+void clean_up_on_signals() {
+  new_file_mode();
+  const sigset_t signals = ending_signals();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::thread([signals] {
+    int signal = 0;
+    if (sigwait(&signals, &signal) != 0) return;
+    temporaries().mutex.lock();
+    end_by(signal, signals);
+  }).detach();
+}
+
+OutputFile::OutputFile(const std::string& path, const std::vector<std::string>& protect, bool force)
+    : path_(path), force_(force) {
+  if (path == kPipe) return;
+  for (const std::string& input : protect) {
+    if (same_file(path, input)) refuse(path, "is an input (" + input + ") and stays as it is");
+  }
+  target_ = real_target(path);
+  check_target(target_, force, path);
+  temporary_ = (target_.parent_path() / ".vantrel-XXXXXX").string();
+  const std::lock_guard lock(temporaries().mutex);
+  descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
+  if (descriptor_ < 0) refuse(path, "cannot be written: " + reason_of(errno));
+  temporaries().paths.insert(temporary_);
+}
+
+OutputFile::~OutputFile() { discard(); }
+
+void OutputFile::commit(const std::vector<unsigned char>& content) {
+  if (path_ == kPipe) {
+    if (!write_all(STDOUT_FILENO, content.data(), content.size())) {
+      throw Failure("standard output: cannot be written: " + reason_of(errno));
+    }
+    return;
+  }
+  const int write_error = fill(std::exchange(descriptor_, -1), content, mode_for(target_));
+  if (write_error != 0) refuse(path_, "cannot be written: " + reason_of(write_error));
+
+  const std::lock_guard lock(temporaries().mutex);
+  const int error = force_ ? replace(temporary_, target_) : link_to_name(temporary_, target_);
+  if (error == EEXIST) refuse_existing(path_);
+  if (error != 0) refuse(path_, "cannot be written: " + reason_of(error));
+  temporaries().paths.erase(temporary_);
+  temporary_.clear();
+}
+
+void OutputFile::discard() {
+  if (temporary_.empty()) return;
+  if (descriptor_ >= 0) close(descriptor_);
+  const std::lock_guard lock(temporaries().mutex);
+  unlink(temporary_.c_str());
+  temporaries().paths.erase(temporary_);
+}
+
+}  // namespace tool

@@ -1,0 +1,127 @@
+#include "targets.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+#include "failure.h"
+#include "safe_file.h"
+
+namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool is_folder(const std::string& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+/** Whether a path means a folder: it is one, it ends like one, or it must be one. */
+bool means_folder(const std::string& path, bool needed) {
+  if (path.empty() || path == kPipe) return false;
+  return needed || path.back() == '/' || is_folder(path);
+}
+
+std::string stem_of(const Options& options, const std::string& input) {
+  const std::string stem = input == kPipe ? "stdin" : fs::path(input).stem().string();
+  return options.page_given ? stem + "-page" + std::to_string(options.page) : stem;
+}
+
+/** The ending of a file in a folder, with its dot: that of the format asked for, else the input's own. */
+std::string ending_for(const Options& options, const std::string& input) {
+  if (options.format) return std::string(".") + ending_of(*options.format);
+  return format_of_path(input) ? fs::path(input).extension().string() : ".png";
+}
+
+/** Where one kind of result goes for one input. */
+std::string target_for(const std::string& out, bool folder, const std::string& name) {
+  return folder && !out.empty() ? (fs::path(out) / name).string() : out;
+}
+
+void check_one_file(const Options& options, const std::string& path, const char* option) {
+  if (path.empty() || path == kPipe) return;
+  const std::optional<Format> format = format_of_path(path);
+  if (!format) {
+    throw WrongUsage(std::string(option) + " " + path + ": the ending names no format (" + kFormatNames + ")");
+  }
+  if (options.format && *options.format != *format) {
+    throw WrongUsage(std::string(option) + " " + path + ": the ending is not that of --format");
+  }
+}
+
+void check_folder(const std::string& path, const char* option, bool several) {
+  if (is_folder(path)) return;
+  std::error_code error;
+  const char* reason = fs::exists(path, error) ? " is not a folder" : ": there is no such folder";
+  throw WrongUsage(std::string(option) + " " + path + reason + (several ? " (several files need one)" : ""));
+}
+
+void check_pipes(const Options& options) {
+  if (std::count(options.inputs.begin(), options.inputs.end(), kPipe) > 1) {
+    throw WrongUsage("standard input can be read only once");
+  }
+  const bool picture = options.output == kPipe;
+  const bool overlay = options.overlay == kPipe;
+  if (picture && overlay) throw WrongUsage("-o and --overlay cannot both be standard output");
+  if ((picture || overlay) && options.json) throw WrongUsage("--json needs standard output for itself");
+  if ((picture || overlay) && options.inputs.size() > 1) {
+    throw WrongUsage("several inputs need a folder as output, not standard output");
+  }
+}
+
+/** One path for every spelling of a target. */
+std::string identity_of(const std::string& path) {
+  std::error_code error;
+  const fs::path whole = fs::weakly_canonical(path, error);
+  return error ? path : whole.string();
+}
+
+/** Marks the jobs that would write what an earlier one writes. */
+void find_conflicts(std::vector<Job>& jobs) {
+  std::map<std::string, std::string> writers;
+  for (Job& job : jobs) {
+    for (const std::string& path : {job.output, job.overlay}) {
+      if (path.empty() || path == kPipe) continue;
+      const auto [writer, first] = writers.emplace(identity_of(path), job.input);
+      if (!first) job.conflict = path + ": is written for " + writer->second + " already";
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Job> plan_jobs(const Options& options, Naming naming) {
+  if (options.output.empty() && !options.detect_only) throw WrongUsage("-o OUT is needed");
+  check_pipes(options);
+  const bool several = options.inputs.size() > 1;
+  const bool folder = means_folder(options.output, several || naming == Naming::kNumberedFiles);
+  const bool overlay_folder = means_folder(options.overlay, several);
+  if (folder) {
+    check_folder(options.output, "-o", several);
+  } else {
+    check_one_file(options, options.output, "-o");
+  }
+  if (overlay_folder) {
+    check_folder(options.overlay, "--overlay", several);
+  } else {
+    check_one_file({}, options.overlay, "--overlay");
+  }
+
+  std::vector<Job> jobs;
+  for (const std::string& input : options.inputs) {
+    const std::string stem = stem_of(options, input);
+    jobs.push_back({input, target_for(options.output, folder, stem + ending_for(options, input)),
+                    target_for(options.overlay, overlay_folder, stem + "-overlay.png"), ""});
+  }
+  find_conflicts(jobs);
+  return jobs;
+}
+
+std::string number_path(const std::string& path, int number) {
+  const fs::path whole(path);
+  return (whole.parent_path() / (whole.stem().string() + "-" + std::to_string(number) + whole.extension().string()))
+      .string();
+}
+
+}  // namespace tool

@@ -1,0 +1,42 @@
+/**
+ * @file targets.h
+ * @brief Which file each input's results go to.
+ */
+#ifndef VANTREL_CLI_TARGETS_H
+#define VANTREL_CLI_TARGETS_H
+
+#include <string>
+#include <vector>
+
+#include "options.h"
+
+namespace tool {
+
+/** One input and the names of what is made from it. */
+struct Job {
+  std::string input;
+  std::string output;   /**< empty: nothing is written */
+  std::string overlay;  /**< empty: none is written */
+  std::string conflict; /**< why the job cannot be done: an earlier one has the same name to write to */
+};
+
+/** How a command names its results. */
+enum class Naming {
+  kOneFile,      /**< OUT is a file, or a folder of files */
+  kNumberedFiles /**< OUT is a folder; number_path gives the files' names */
+};
+
+/**
+ * Names the outputs. In a folder they are called like their inputs, with "-pageN" added when a page was asked for and
+ * "-overlay" for overlays.
+ *
+ * @throws WrongUsage no target, several inputs for one file, a missing folder, an unknown ending, two uses of a pipe.
+ */
+std::vector<Job> plan_jobs(const Options& options, Naming naming);
+
+/** "dir/card.png" to "dir/card-3.png". */
+std::string number_path(const std::string& path, int number);
+
+}  // namespace tool
+
+#endif
