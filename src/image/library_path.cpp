@@ -1,5 +1,6 @@
 #include "image/library_path.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "image/loaded_images.h"
