@@ -40,10 +40,7 @@ Coefficients solve_eight(const Spots& from, const Spots& to) {
     }
   }
   for (std::size_t i = 0; i < 8; ++i) {
-    if (m.at(i).at(i) == 0.0) {
-      m.at(i).at(i) = 1e-7;
-      tally::count("solve eight: zero diagonal");
-    }
+    if (m.at(i).at(i) == 0.0) m.at(i).at(i) = 1e-7;
     right.at(i) /= m.at(i).at(i);
   }
   return right;

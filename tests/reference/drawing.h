@@ -140,10 +140,10 @@ inline void place_card(Sheet& sheet, std::mt19937& random) {
 }
 
 /** A scan of any of the kinds that a corner finder meets. */
-inline Sheet random_sheet(std::mt19937& random, int least, int most) {
+inline Sheet random_sheet_of(std::mt19937& random, int cols, int rows) {
   Sheet sheet;
-  sheet.cols = pick(random, least, most);
-  sheet.rows = pick(random, least, most);
+  sheet.cols = cols;
+  sheet.rows = rows;
   sheet.ground = pick_real(random, 5, 100);
   sheet.paper = pick_real(random, 150, 255);
   sheet.softness = pick_real(random, 0.5, 3.0);
@@ -162,11 +162,22 @@ inline Sheet random_sheet(std::mt19937& random, int least, int most) {
     const int row = pick(random, 0, sheet.rows / 8) + (low ? 0 : 7 * sheet.rows / 8 - 2);
     sheet.bars.push_back({row, sheet.cols / 10, pick(random, 2, 6), 4 * sheet.cols / 5, pick_real(random, 0, 120)});
   }
+  if (chance(random, 25)) {  // dust
+    for (int grain = pick(random, 5, 60); grain > 0; --grain) {
+      sheet.blots.push_back({pick_real(random, 0, sheet.cols), pick_real(random, 0, sheet.rows),
+                             pick_real(random, 0.5, 2.5), pick_real(random, 0, 255)});
+    }
+  }
   while (chance(random, 40)) {
     sheet.blots.push_back({pick_real(random, 0, sheet.cols), pick_real(random, 0, sheet.rows),
                            pick_real(random, 0.5, sheet.cols / 12.0 + 1), pick_real(random, 0, 255)});
   }
   return sheet;
+}
+
+inline Sheet random_sheet(std::mt19937& random, int least, int most) {
+  const int cols = pick(random, least, most);
+  return random_sheet_of(random, cols, pick(random, least, most));
 }
 
 }  // namespace reference::drawing

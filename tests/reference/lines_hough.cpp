@@ -9,8 +9,26 @@
 
 namespace reference::lines {
 
-double sine(int degrees) { return std::sin(degrees * 0.01745329251994); }
-double cosine(int degrees) { return std::cos(degrees * 0.01745329251994); }
+namespace {
+
+/** One value for each whole degree. */
+std::array<double, 180> table_of(double (*function)(double)) {
+  std::array<double, 180> table{};
+  for (int t = 0; t < 180; ++t) table.at(static_cast<std::size_t>(t)) = function(t * 0.01745329251994);
+  return table;
+}
+
+}  // namespace
+
+double sine(int degrees) {
+  static const std::array<double, 180> table = table_of(std::sin);
+  return table.at(static_cast<std::size_t>(degrees));
+}
+
+double cosine(int degrees) {
+  static const std::array<double, 180> table = table_of(std::cos);
+  return table.at(static_cast<std::size_t>(degrees));
+}
 
 namespace {
 

@@ -238,7 +238,7 @@ TEST(LineSearchReference, LevelLineOverPoints) {
 TEST(LineSearchReference, OverDrawnCards) {
   std::mt19937 random(54);
   tally::reset();
-  for (int round = 0; round < 100; ++round) {
+  for (int round = 0; round < 80; ++round) {
     SCOPED_TRACE(round);
     testing_images::Image image =
         reference::drawing::draw(reference::drawing::random_sheet(random, 60, 140), 8, random);
