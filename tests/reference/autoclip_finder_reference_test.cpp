@@ -108,12 +108,14 @@ TEST(FinderReference, Cards) {
       tally::expect(std::string(branch) + " on side " + side, 5);
     }
   }
-  tally::expect("V0 side 0, first below: false", 2);
+  for (const char* branch : {"V0 side 0, first above: false", "V0 side 0, first below: false",
+                             "V0 side 1, first below: false", "V0 side 1, first above: false"}) {
+    tally::expect(branch, 2);
+  }
   tally::expect("border flag on side 0", 2);
   tally::expect("border flag on side 1", 2);
   for (const char* branch :
-       {"V0 side 0, first above: false", "V0 side 1, first below: false", "V0 side 1, first above: false",
-        "V2 clean: true", "V2 moderate: false", "V3 few cut: true", "H0 moderate: false", "H0 else: true",
+       {"V2 clean: true", "V2 moderate: false", "V3 few cut: true", "H0 moderate: false", "H0 else: true",
         "runs: the first owner survives", "runs: the later owner survives", "finder: accepted", "intersect: both slope",
         "intersect: upright side", "intersect: level side"}) {
     tally::expect(branch, 5);

@@ -58,46 +58,92 @@ struct Sheet {
   std::vector<Bar> bars;
 };
 
-/** How much of the card is at a place: 0 none, 1 all. */
-inline double coverage(const Sheet& sheet, double x, double y) {
+/** One border of the card: how far a place lies on its left. */
+struct Border {
+  double x;
+  double y;
+  double along_x;
+  double along_y;
+
+  double distance(int col, int row) const { return along_x * (row - y) - along_y * (col - x); }
+};
+
+/** The borders of a card, turned so that the card lies on the left of each. */
+inline std::array<Border, 4> borders_of(const std::array<double, 8>& card) {
+  std::array<Border, 4> borders{};
   double area = 0;
-  double nearest = 1e9;
-  std::array<double, 4> distance{};
   for (std::size_t i = 0; i < 4; ++i) {
-    const double x0 = sheet.card[2 * i];
-    const double y0 = sheet.card[2 * i + 1];
-    const double x1 = sheet.card[(2 * i + 2) % 8];
-    const double y1 = sheet.card[(2 * i + 3) % 8];
-    area += x0 * y1 - x1 * y0;
+    const double x0 = card[2 * i];
+    const double y0 = card[2 * i + 1];
+    const double x1 = card[(2 * i + 2) % 8];
+    const double y1 = card[(2 * i + 3) % 8];
     const double length = std::max(std::hypot(x1 - x0, y1 - y0), 1e-9);
-    distance[i] = ((x1 - x0) * (y - y0) - (y1 - y0) * (x - x0)) / length;
+    area += x0 * y1 - x1 * y0;
+    borders[i] = {x0, y0, (x1 - x0) / length, (y1 - y0) / length};
   }
-  for (const double d : distance) nearest = std::min(nearest, area > 0 ? d : -d);
-  return std::clamp(nearest / sheet.softness + 0.5, 0.0, 1.0);
+  for (Border& border : borders) {
+    if (area > 0) continue;
+    border.along_x = -border.along_x;
+    border.along_y = -border.along_y;
+  }
+  return borders;
 }
 
-/** The level of a place before noise. */
-inline double level_at(const Sheet& sheet, int row, int col) {
-  double level = sheet.ground + (sheet.paper - sheet.ground) * coverage(sheet, col, row);
-  for (const Bar& bar : sheet.bars) {
-    if (row >= bar.row && row < bar.row + bar.rows && col >= bar.col && col < bar.col + bar.cols) level = bar.level;
+/** The levels of a sheet before noise, row after row. */
+class Levels {
+ public:
+  explicit Levels(const Sheet& sheet)
+      : cols_(sheet.cols), rows_(sheet.rows), levels_(static_cast<std::size_t>(cols_ * rows_)) {
+    const std::array<Border, 4> borders = borders_of(sheet.card);
+    for (int row = 0; row < rows_; ++row) {
+      for (int col = 0; col < cols_; ++col) {
+        double inside = 1e9;
+        for (const Border& border : borders) inside = std::min(inside, border.distance(col, row));
+        const double share = std::clamp(inside / sheet.softness + 0.5, 0.0, 1.0);
+        at(row, col) = sheet.ground + (sheet.paper - sheet.ground) * share;
+      }
+    }
+    for (const Bar& bar : sheet.bars) paint(bar);
+    for (const Blot& blot : sheet.blots) paint(blot);
   }
-  for (const Blot& blot : sheet.blots) {
-    if (std::hypot(col - blot.x, row - blot.y) <= blot.radius) level = blot.level;
-  }
-  return level;
-}
 
-/** Draws a sheet as an image of 8 or 24 bits. */
+  double& at(int row, int col) { return levels_[static_cast<std::size_t>(row * cols_ + col)]; }
+
+ private:
+  void paint(const Bar& bar) {
+    for (int row = std::max(bar.row, 0); row < std::min(bar.row + bar.rows, rows_); ++row) {
+      for (int col = std::max(bar.col, 0); col < std::min(bar.col + bar.cols, cols_); ++col) at(row, col) = bar.level;
+    }
+  }
+  void paint(const Blot& blot) {
+    const int reach = static_cast<int>(blot.radius) + 2;
+    const int x = static_cast<int>(blot.x);
+    const int y = static_cast<int>(blot.y);
+    for (int row = std::max(y - reach, 0); row < std::min(y + reach, rows_); ++row) {
+      for (int col = std::max(x - reach, 0); col < std::min(x + reach, cols_); ++col) {
+        const double dx = col - blot.x;
+        const double dy = row - blot.y;
+        if (dx * dx + dy * dy <= blot.radius * blot.radius) at(row, col) = blot.level;
+      }
+    }
+  }
+
+  int cols_;
+  int rows_;
+  std::vector<double> levels_;
+};
+
+/** Draws a sheet as an image of 8 or 24 bits; the channels differ a little. */
 inline testing_images::Image draw(const Sheet& sheet, int bits, std::mt19937& random) {
   testing_images::Image image(sheet.cols, sheet.rows, bits);
+  Levels levels(sheet);
   const int channels = bits / 8;
   for (int row = 0; row < sheet.rows; ++row) {
     for (int col = 0; col < sheet.cols; ++col) {
-      const double level = level_at(sheet, row, col);
       for (int channel = 0; channel < channels; ++channel) {
-        const double noisy = level - 3 * channel + pick_real(random, -sheet.noise, sheet.noise);
-        image.at(row, channels * col + channel) = static_cast<unsigned char>(std::clamp(noisy, 0.0, 255.0));
+        double level = levels.at(row, col) - 3 * channel;
+        if (sheet.noise > 0) level += pick_real(random, -sheet.noise, sheet.noise);
+        image.at(row, channels * col + channel) = static_cast<unsigned char>(std::clamp(level, 0.0, 255.0));
       }
     }
   }
