@@ -63,7 +63,7 @@ class VoteTable {
     int angle;
     int votes;
   };
-  int votes(int distance, int angle) const { return counters_[distance * kAngles + angle]; }
+  int votes(int distance, int angle) const { return counters_.get()[distance * kAngles + angle]; }
   Strongest strongest(int distance) const;
   std::optional<Line> peak(int distance, int neighbour, int share) const;
 
