@@ -1,6 +1,8 @@
 // The card rectangle by colour distances.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "cardcut/card_cut.h"
 #include "cardcut/scenes.h"
 
@@ -50,6 +52,15 @@ TEST(CutCard24, RefusesImagesBelowAHundredAndTwentyEight) {
     EXPECT_FALSE(CutCard24(image.ptr(), rect));
     EXPECT_EQ(bounds_of(rect), (Bounds{1, 2, 3, 4}));
   }
+}
+
+TEST(CutCard24, CannotSizeTheWorkBlockOfAnImpossibleImage) {
+  Image image(8, 8, 24);
+  image.header().biWidth = 2147483647;
+  image.header().biHeight = 2147483647;
+  MYRECT rect{1, 2, 3, 4, 5};
+  EXPECT_FALSE(CutCard24(image.ptr(), rect));
+  EXPECT_EQ(bounds_of(rect), (Bounds{10, -31, -11, 50})) << "the low sixteen bits of the defaults";
 }
 
 TEST(CutCard24, GivesTheDefaultsForAUniformImage) {

@@ -48,6 +48,16 @@ TEST(CutCard, KeepsTheLowSixteenBitsOfABound) {
   EXPECT_EQ(cut(high), (Bounds{0, -32537, 0, 0}));
 }
 
+TEST(CutCard, CannotSizeTheWorkBlockOfAnImpossibleImage) {
+  Image image(8, 8, 8);
+  image.header().biWidth = 2147483647;
+  image.header().biHeight = 2147483647;
+  MYRECT rect{1, 2, 3, 4, 5};
+  EXPECT_FALSE(CutCard(image.ptr(), rect));
+  EXPECT_EQ(bounds_of(rect), (Bounds{0, -2, -2, 0})) << "the low sixteen bits of 2147483646";
+  EXPECT_EQ(rect.reserved, 5);
+}
+
 TEST(CutCard, TakesImagesTooSmallForTheBands) {
   for (int width = 1; width <= 12; ++width) {
     for (int height = 1; height <= 20; ++height) {
