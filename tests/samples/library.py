@@ -1,6 +1,6 @@
 """The built library, called from Python: images go in as Pillow pictures, records come out as plain values.
 
-The library is the file named by VANTREL_LIBRARY, else the newest build/*/src/libvantrel.so.
+The library is the file named by VANTREL_LIBRARY, else the newest build/*/src/libvantrel.so without sanitizers.
 """
 
 import ctypes
@@ -131,10 +131,10 @@ def default_path():
     """Where the library is."""
     if "VANTREL_LIBRARY" in os.environ:
         return Path(os.environ["VANTREL_LIBRARY"])
-    built = sorted(ROOT.glob("build/*/src/libvantrel.so"), key=lambda path: path.stat().st_mtime)
+    built = [path for path in ROOT.glob("build/*/src/libvantrel.so") if path.parts[-3] not in ("asan", "tsan")]
     if not built:
         raise FileNotFoundError("no build/*/src/libvantrel.so; build the library or set VANTREL_LIBRARY")
-    return built[-1]
+    return max(built, key=lambda path: path.stat().st_mtime)
 
 
 class Library:

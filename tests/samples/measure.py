@@ -14,6 +14,8 @@ sys.path.insert(0, str(SAMPLE_FOLDER))
 from drawing import card, clip_scans  # noqa: E402  (the folder is put on the path above)
 
 BOUNDS = ("left", "top", "right", "bottom")
+MARGINS = (105, 60)  # 0.35 and 0.2 inches beside and above a card that is to be straightened: its borders must be on
+# the picture, and within its outer eighth of rows
 TWINS = {"cut/colour.jpg": "cut/colour-twin.jpg"}
 ART = {"clip/" + scan.name: card.PEOPLE[scan.person] for scan in clip_scans.CLIP_SCANS if scan.card}
 
@@ -37,8 +39,8 @@ def corner_error(found, truth):
 
 
 def picture_error(result, face):
-    """How far the clipped card is from its flat face, in levels on the mean, at a quarter of the size. Turned,
-    mirrored or shifted by more than a few pixels, it is well above 10."""
+    """How far the clipped card is from its flat face, in levels on the mean, at a quarter of the size. Turned
+    or mirrored it is above 20, shifted by eight pixels above 10."""
     width, height = result.size
     flat = Image.new("L", result.size, 255)
     flat.paste(card.draw_card(face).convert("L").resize((width - 2, height - 2), Image.Resampling.BOX), (0, 2))
@@ -101,7 +103,22 @@ def measure_sheet(library, path, truth):
         centres = (off[:, :2] + off[:, 2:]) / 2
         record["bound_error"] = float(np.abs(off).max())
         record["centre_error"] = float(np.hypot(*centres.T).max())
+    if truth["visible"]:
+        record.update(measure_straightening(library, path, truth, columns))
     return record
+
+
+def measure_straightening(library, path, truth, columns):
+    """The corner finder on each found card with a margin: which borders it finds on all, and how far off it is."""
+    picture, sides, errors = open_sample(path), {}, [0.0]
+    for box, card in zip(columns[0], truth["cards"]):
+        left, top = (max(0, low - margin) for low, margin in zip(box[:2], MARGINS))
+        right, bottom = (min(length, high + margin) for length, high, margin in zip(picture.size, box[2:], MARGINS))
+        found = library.find_corners(picture.crop((left, top, right, bottom)))
+        sides = {side: hit and sides.get(side, True) for side, hit in found.sides.items()}
+        moved = {"corners": {name: (x - left, y - top) for name, (x, y) in card["corners"].items()}}
+        errors.append(corner_error(found, moved))
+    return {"sides": sides, **({"corner_error": max(errors)} if all(sides.values()) else {})}
 
 
 MEASURES = {"clip": measure_clip, "real": measure_clip, "cut": measure_cut, "sheets": measure_sheet}
