@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iomanip>
 #include <limits>
 #include <vector>
 
@@ -37,7 +38,7 @@ struct Line {
   double a, b, c;
   bool operator==(const Line&) const = default;
 };
-void PrintTo(const Line& line, std::ostream* out) { *out << line.a << " x + " << line.b << " y = " << line.c; }
+void PrintTo(const Line& line, std::ostream* out) { *out << std::setprecision(17) << line.a << " x + " << line.b << " y = " << line.c; }
 
 constexpr Line kNothing{kUnwritten, kUnwritten, kUnwritten};
 
