@@ -74,5 +74,5 @@ def truth(sheet):
     cards = [{"column": column, **dict(zip(names, (round(value, 4) for value in bounding_box(corners)))),
               "corners": {name: [round(float(value), 4) for value in corner] for name, corner in zip(CORNERS, corners)}}
              for column, corners in placements(sheet)]
-    return {"says": sheet.says, "size": list(sheet.size), "dpi": DPI, "visible": list(SIDES if sheet.background < 128 else ()),
-            "cards": cards}
+    visible = SIDES if sheet.background < 128 else ()
+    return {"says": sheet.says, "size": list(sheet.size), "dpi": DPI, "visible": list(visible), "cards": cards}
