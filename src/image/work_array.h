@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <new>
+#include <span>
 
 namespace vantrel {
 
@@ -14,16 +15,18 @@ namespace vantrel {
 template <class T>
 class WorkArray {
  public:
-  explicit WorkArray(std::size_t size) : data_(new (std::nothrow) T[size]) {}
+  explicit WorkArray(std::size_t size) : size_(size), data_(new (std::nothrow) T[size]) {}
   WorkArray(const WorkArray&) = delete;
   WorkArray& operator=(const WorkArray&) = delete;
   ~WorkArray() { delete[] data_; }
 
   bool ready() const { return data_ != nullptr; }
   T* get() const { return data_; }
+  std::span<T> all() const { return {data_, size_}; }
   T& operator[](std::size_t i) const { return data_[i]; }
 
  private:
+  std::size_t size_;
   T* data_;
 };
 

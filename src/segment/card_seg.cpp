@@ -1,7 +1,6 @@
 #include <algorithm>
-#include <memory>
-#include <new>
 
+#include "image/work_array.h"
 #include "segment/card_window.h"
 #include "segment/reduce.h"
 
@@ -33,23 +32,13 @@ int reduce_sheet(BITMAPPTR& image, int factor, BITMAPPTR& sheet) {
   return Moving_Average(pixels.data, pixels.cols, pixels.rows, static_cast<int>(pixels.stride)) ? kDone : kNoMemory;
 }
 
-/** An array that may be missing for want of memory. */
-template <class T>
-class WorkArray {
- public:
-  explicit WorkArray(int size) : size_(static_cast<std::size_t>(size)), items_(new (std::nothrow) T[size_]) {}
-  bool missing() const { return items_ == nullptr; }
-  std::span<T> all() const { return {items_.get(), size_}; }
-
- private:
-  std::size_t size_;
-  std::unique_ptr<T[]> items_;
-};
-
 /** Work memory for a sheet; both passes use the same. */
 struct Work {
-  explicit Work(ConstPixels sheet) : rows(sheet.rows), bands(most_bands(sheet.rows)), profile(sheet.cols) {}
-  bool missing() const { return rows.missing() || bands.missing() || profile.missing(); }
+  explicit Work(ConstPixels sheet)
+      : rows(static_cast<std::size_t>(sheet.rows)),
+        bands(static_cast<std::size_t>(most_bands(sheet.rows))),
+        profile(static_cast<std::size_t>(sheet.cols)) {}
+  bool ready() const { return rows.ready() && bands.ready() && profile.ready(); }
 
   WorkArray<RowClass> rows;
   WorkArray<Band> bands;
@@ -129,7 +118,7 @@ int CardSeg(BITMAPPTR* image, RectRegions& regions) {
   const ConstPixels sheet = const_pixels_of(*reduced);
   if (sheet.rows == 0 || sheet.cols == 0) return kDone;
   const Work work(sheet);
-  if (work.missing()) return kNoMemory;
+  if (!work.ready()) return kNoMemory;
 
   const CardSize size = card_size(resolution, factor);
   if (has_two_columns(sheet, size)) {
