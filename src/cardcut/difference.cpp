@@ -16,6 +16,7 @@ void squared_differences(const unsigned char* a, const unsigned char* b, int byt
   }
 }
 
+// NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the caller has filled them
 int sum_of_colours(const std::uint16_t* squares) { return squares[0] + squares[1] + squares[2]; }
 
 int truncated_root(int square) { return static_cast<int>(std::sqrt(static_cast<double>(square))); }
