@@ -74,7 +74,7 @@ Points random_points(std::mt19937& random, int rows, int cols, bool horizontal) 
   const int across = horizontal ? rows : cols;
   for (int line = pick(random, 0, 3); line > 0; --line) {
     const double start = pick(random, 0, across - 1);
-    const double slope = chance(random, 40) ? 0 : pick_real(random, -0.3, 0.3);
+    const double slope = chance(random, 40) ? 0 : pick_real(random, -0.45, 0.45);
     const int kept = pick(random, 20, 100);
     for (int i = 0; i < longest; ++i) {
       const int j = static_cast<int>(start + slope * i);
@@ -84,6 +84,40 @@ Points random_points(std::mt19937& random, int rows, int cols, bool horizontal) 
   }
   for (int stray = pick(random, 0, 20); stray > 0; --stray) {
     points.push_back({static_cast<float>(pick(random, 0, rows - 1)), static_cast<float>(pick(random, 0, cols - 1))});
+  }
+  if (chance(random, 10)) {
+    for (auto& point : points) point.row += 0.5f, point.col += 0.25f;
+  }
+  return points;
+}
+
+/** A straight line of exactly `count` points, at row (or column) `at`. */
+void lay_line(Points& points, int at, int count, int longest, bool horizontal) {
+  for (int i = 0; i < std::min(count, longest); ++i) {
+    points.push_back({static_cast<float>(horizontal ? at : i), static_cast<float>(horizontal ? i : at)});
+  }
+}
+
+/** Two exactly level (or upright) lines whose points are as many as a threshold, one more or one less. */
+Points lines_at_thresholds(std::mt19937& random, int rows, int cols, int side) {
+  const bool horizontal = side < 2;
+  const int longest = horizontal ? cols : rows;
+  const int across = horizontal ? rows : cols;
+  const int around = pick(random, -1, 1);
+  const std::array<int, 4> counts{longest / 4, longest / 5, 4 * longest / 9, pick(random, longest / 4, longest)};
+  const int first_count = counts.at(random() % counts.size()) + (chance(random, 50) ? around : 0);
+  const int second_count = chance(random, 50) ? first_count / 2 + around : longest / 4 + around;
+  const int second = pick(random, 1, (across - 1) / 2);
+  const int first =
+      chance(random, 50) ? std::min(2 * second + pick(random, 0, 1), across - 1) : pick(random, 0, across - 1);
+  Points points;
+  lay_line(points, first, first_count, longest, horizontal);
+  lay_line(points, second, std::max(second_count, 0), longest, horizontal);
+  while (points.size() < 50) {  // strays, on neither line
+    const auto stray = static_cast<float>(pick(random, 0, across - 1));
+    const auto along = static_cast<float>(pick(random, 0, longest - 1));
+    if (static_cast<int>(stray) == first || static_cast<int>(stray) == second) continue;
+    points.push_back(horizontal ? reference::lines::Point{stray, along} : reference::lines::Point{along, stray});
   }
   return points;
 }
@@ -182,16 +216,22 @@ Points rim_and_second(std::mt19937& random, int rows, int cols) {
   return points;
 }
 
+Points points_of_any_kind(std::mt19937& random, int rows, int cols, int side, int dir_class) {
+  const int kind = pick(random, 0, 99);
+  if (kind < 15 && side < 2) return rim_and_second(random, rows, cols);
+  if (kind < 30 && rows > 40 && cols > 40) return lines_at_thresholds(random, rows, cols, side);
+  return random_points(random, rows, cols, dir_class == 0);
+}
+
 void compare_on_laid_out_points(LibrarySearch library, PlainSearch plain, unsigned seed) {
   std::mt19937 random(seed);
-  for (int round = 0; round < 3000; ++round) {
+  for (int round = 0; round < 3500; ++round) {
     SCOPED_TRACE(round);
     const int rows = pick(random, 1, 110);
     const int cols = pick(random, 1, 110);
     const int side = pick(random, 0, 3);
     const int dir_class = chance(random, 3) ? pick(random, 0, 4) : (side < 2 ? 0 : 2);
-    Points points = chance(random, 15) && side < 2 ? rim_and_second(random, rows, cols)
-                                                   : random_points(random, rows, cols, dir_class == 0);
+    const Points points = points_of_any_kind(random, rows, cols, side, dir_class);
     Sight sight{random_levels(random, rows, cols), edge_of(points, random, rows, cols), {}};
     sight.characters = reference::components::by_runs(sight.edge);
     BlockList list;

@@ -1,6 +1,9 @@
 /** Edge maps and level estimates against the plain ones. */
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <optional>
+
 #include "lines/levels.h"
 #include "lines/sobel.h"
 #include "reference/drawing.h"
@@ -80,6 +83,48 @@ TEST(LinesReference, EdgeMapsOfCards) {
     compare_maps(reference::image::picture_of(*const_cast<testing_images::Image&>(image).ptr()), random);
     if (HasFatalFailure()) return;
   }
+}
+
+/** A 3 x 3 patch with given gradients, in the middle of an image of 5 x 5; nothing when bytes cannot make them. */
+std::optional<Picture> patch_with(int across_rows, int along_rows) {
+  if ((across_rows - along_rows) % 2 != 0) return std::nullopt;
+  for (int diagonal = -255; diagonal <= 255; ++diagonal) {  // upper right minus lower left; the other diagonal is level
+    if ((across_rows - diagonal) % 2 != 0) continue;
+    const int column = (across_rows - diagonal) / 2;  // above minus below
+    const int row = (along_rows - diagonal) / 2;      // right minus left
+    if (std::abs(column) > 255 || std::abs(row) > 255) continue;
+    Picture gray = reference::image::filled(5, 5, 8, 0);
+    gray.at(1, 3) = static_cast<unsigned char>(std::max(diagonal, 0));
+    gray.at(3, 1) = static_cast<unsigned char>(std::max(-diagonal, 0));
+    gray.at(1, 2) = static_cast<unsigned char>(std::max(column, 0));
+    gray.at(3, 2) = static_cast<unsigned char>(std::max(-column, 0));
+    gray.at(2, 3) = static_cast<unsigned char>(std::max(row, 0));
+    gray.at(2, 1) = static_cast<unsigned char>(std::max(-row, 0));
+    return gray;
+  }
+  return std::nullopt;
+}
+
+/** The whole gradients on both sides of every boundary between two directions. */
+TEST(LinesReference, DirectionsAtTheirBoundaries) {
+  int compared = 0;
+  for (const double boundary : {0.39269, 1.17809, 1.96345, 2.74883}) {
+    for (int across = -1020; across <= 1020; ++across) {
+      const int nearest = static_cast<int>(std::floor(across * std::tan(boundary)));
+      for (int along = nearest - 1; along <= nearest + 2; ++along) {
+        std::optional<Picture> gray = patch_with(across, along);
+        if (!gray) continue;
+        EdgeMaps expected = reference::lines::blank_maps(*gray);
+        EdgeMaps actual = expected;
+        reference::lines::sobel(*gray, MYRECT{}, expected);
+        Sobel_Operator(gray->bytes.data(), actual.edge.bytes.data(), actual.dir.bytes.data(), 5, 5, gray->stride(),
+                       MYRECT{});
+        ASSERT_EQ(expected.dir.at(2, 2), actual.dir.at(2, 2)) << "gradient " << across << ", " << along;
+        ++compared;
+      }
+    }
+  }
+  EXPECT_GE(compared, 5000);
 }
 
 /** Levels around the two thresholds, in shares around the ratios that decide. */

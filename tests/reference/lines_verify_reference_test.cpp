@@ -49,6 +49,37 @@ Characters characters_across(std::mt19937& random, int cols, int at) {
   return all;
 }
 
+/** Two components that fill half of the band below row `at`, or nearly so. */
+Characters half_of_band(std::mt19937& random, int cols, int at) {
+  Characters all;
+  for (int half = 0; half < 2; ++half) {
+    Character c;
+    c.right = cols / 2 - 1;
+    c.top = (at + 1) / 2 - 1;
+    if (chance(random, 20)) --c.right;
+    all.push_back(c);
+  }
+  return all;
+}
+
+TEST(VerifiersReference, HalfCoveredBand) {
+  std::mt19937 random(45);
+  tally::reset();
+  for (int round = 0; round < 2000; ++round) {
+    const int rows = pick(random, 2, 39);
+    const int cols = pick(random, 30, 60) * 2;
+    const int at = pick(random, 1, rows - 1) | 1;
+    const Characters characters = half_of_band(random, cols, at);
+    BlockList list;
+    for (const Character& c : characters) list.append(c);
+    ASSERT_EQ(VerifyCorrectLineV_2(list.line(), at, rows, cols, 1, 0),
+              reference::lines::verify_v2(characters, at, rows, cols, 1))
+        << "round " << round << ": " << cols << " x " << rows << ", row " << at;
+  }
+  tally::expect("V2 few: true", 200);
+  tally::expect("V2 few: false", 100);
+}
+
 struct Size {
   int rows;
   int cols;
