@@ -1,6 +1,9 @@
 /** The three line searches against the plain ones, over points laid out by hand and over drawn cards. */
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "components/components.h"
 #include "lines/border_search.h"
 #include "reference/components_nodes.h"
@@ -200,18 +203,21 @@ Picture edge_of(const Points& points, std::mt19937& random, int rows, int cols) 
   return edge;
 }
 
-/** A level line over the whole width at the image's rim, and a second one further in. */
+/** A level line over the whole width at the image's rim, and a second one further in, sometimes a little tilted. */
 Points rim_and_second(std::mt19937& random, int rows, int cols) {
   Points points;
   const bool low = chance(random, 50);
   const int from_rim = pick(random, 0, 4);
-  const int from_rim_too = pick(random, 5, 30);
-  const auto row_at = [&](int distance) {
-    return static_cast<float>(std::clamp(low ? distance : rows - 1 - distance, 0, rows - 1));
+  const bool tilted = chance(random, 50);
+  const double second = tilted ? pick(random, 6, 11) : pick(random, 5, 30);
+  const double slope = tilted ? std::tan(pick(random, -4, 4) * 0.01745329251994) : 0;
+  const auto row_at = [&](double distance) {
+    const int row = static_cast<int>(std::lround(distance));
+    return static_cast<float>(std::clamp(low ? row : rows - 1 - row, 0, rows - 1));
   };
   for (int col = 0; col < cols; ++col) {
     points.push_back({row_at(from_rim), static_cast<float>(col)});
-    if (chance(random, 80)) points.push_back({row_at(from_rim_too), static_cast<float>(col)});
+    if (chance(random, 90)) points.push_back({row_at(second + slope * col), static_cast<float>(col)});
   }
   return points;
 }
