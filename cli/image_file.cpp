@@ -1,11 +1,15 @@
 #include "image_file.h"
 
+#include <tiff.h>
+
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 
 #include "console.h"
 #include "failure.h"
+#include "leptonica_quirks.h"
 #include "pix_bitmap.h"
 #include "tiff_pages.h"
 
@@ -43,42 +47,87 @@ Format format_of_content(const Bytes& file) {
   }
 }
 
-void check_page(Format format, const Bytes& file, int page, int pages) {
-  if (page > pages && pages > 0) {
-    throw Failure("no page " + std::to_string(page) + " (it has " + std::to_string(pages) + ")");
-  }
-  if (format == Format::kTiff && !tiff_page_is_complete(file, page)) {
-    throw Failure("the TIFF data is truncated or damaged");
-  }
+[[noreturn]] void refuse_page(int page, int pages) {
+  throw Failure("no page " + std::to_string(page) + " (it has " + std::to_string(pages) + ")");
 }
 
-/** Reads the picture as Leptonica has it; null when it is damaged. A JPEG codec's warning counts as damage. */
+[[noreturn]] void refuse_damaged(Format format) {
+  throw Failure("the " + name_of(format) + " data is truncated or damaged, or of an unknown kind");
+}
+
+/** Reads the picture as Leptonica has it. A JPEG codec's warning counts as damage. */
 PixPtr decode(Format format, const Bytes& file, int page) {
   const QuietCodecs quiet;
-  return PixPtr(format == Format::kTiff ? pixReadMemTiff(file.data(), file.size(), page - 1)
-                                        : pixReadMem(file.data(), file.size()));
+  PixPtr pix(format == Format::kTiff ? pixReadMemTiff(file.data(), file.size(), page - 1)
+                                     : pixReadMem(file.data(), file.size()));
+  if (!pix) refuse_damaged(format);
+  return repaired(std::move(pix), format, file);
 }
 
-/** Whether the picture is gray although Leptonica hands it out as colour: gray with transparency. */
-bool is_gray(Format format, const Bytes& file, int page) {
-  if (format == Format::kTiff) return tiff_page_is_gray(file, page);
+/** Whether a PNG file is gray, which Leptonica hands out as colour when there is transparency. */
+bool is_gray_png(const Bytes& file) {
   l_int32 samples = 0;
   l_int32 palette = 0;
-  if (format != Format::kPng) return false;
   return readHeaderMemPng(file.data(), file.size(), nullptr, nullptr, nullptr, &samples, &palette) == 0 &&
          samples <= 2 && palette == 0;
+}
+
+Scan decode_tiff(Bytes file, int page) {
+  const int pages = tiff_page_count(file);
+  if (pages > 0 && page > pages) refuse_page(page, pages);
+  const TiffPage facts = tiff_page(file, page);
+  if (!facts.complete) refuse_damaged(Format::kTiff);
+  const PixPtr plain = to_plain_depth(decode(Format::kTiff, file, page), {facts.gray, facts.premultiplied});
+  Scan scan{to_bitmap(plain.get()), Format::kTiff, page, pages, std::move(file)};
+  if (!facts.has_resolution) scan.image.set_dpi(0);
+  return scan;
+}
+
+struct NumaRelease {
+  void operator()(NUMA* numbers) const { numaDestroy(&numbers); }
+};
+struct SarrayRelease {
+  void operator()(SARRAY* strings) const { sarrayDestroy(&strings); }
+};
+
+/** TIFF tags that Leptonica writes over its own. */
+class TiffTags {
+ public:
+  void add(int tag, const char* value, const char* type) {
+    numaAddNumber(tags_.get(), static_cast<l_float32>(tag));
+    sarrayAddString(values_.get(), value, L_COPY);
+    sarrayAddString(types_.get(), type, L_COPY);
+  }
+  NUMA* tags() { return tags_.get(); }
+  SARRAY* values() { return values_.get(); }
+  SARRAY* types() { return types_.get(); }
+
+ private:
+  std::unique_ptr<NUMA, NumaRelease> tags_{numaCreate(0)};
+  std::unique_ptr<SARRAY, SarrayRelease> values_{sarrayCreate(0)};
+  std::unique_ptr<SARRAY, SarrayRelease> types_{sarrayCreate(0)};
+};
+
+/** Leptonica would invent a resolution where there is none: then it is written as square pixels without a unit. */
+l_ok write_tiff(PIX* pix, l_uint8** data, std::size_t* size) {
+  const int compression = pixGetDepth(pix) == 1 ? IFF_TIFF_G4 : IFF_TIFF_LZW;
+  if (pixGetXRes(pix) != 0) return pixWriteMemTiff(data, size, pix, compression);
+  TiffTags tags;
+  tags.add(TIFFTAG_XRESOLUTION, "1.0", "l_float64");
+  tags.add(TIFFTAG_YRESOLUTION, "1.0", "l_float64");
+  tags.add(TIFFTAG_RESOLUTIONUNIT, "1", "l_uint16");
+  return pixWriteMemTiffCustom(data, size, pix, compression, tags.tags(), tags.values(), tags.types(), nullptr);
 }
 
 }  // namespace
 
 Scan decode_image(Bytes file, int page) {
   const Format format = format_of_content(file);
-  const int pages = format == Format::kTiff ? tiff_page_count(file) : 1;
-  check_page(format, file, page, pages);
-  PixPtr pix = decode(format, file, page);
-  if (pix == nullptr) throw Failure("the " + name_of(format) + " data is truncated or damaged");
-  const PixPtr plain = to_plain_depth(std::move(pix), is_gray(format, file, page));
-  return {to_bitmap(plain.get()), format, page, pages, std::move(file)};
+  if (format == Format::kTiff) return decode_tiff(std::move(file), page);
+  if (page > 1) refuse_page(page, 1);
+  const PixNature nature{format == Format::kPng && is_gray_png(file), false};
+  const PixPtr plain = to_plain_depth(decode(format, file, page), nature);
+  return {to_bitmap(plain.get()), format, page, 1, std::move(file)};
 }
 
 Bytes encode_image(const Bitmap& image, Format format) {
@@ -93,7 +142,7 @@ Bytes encode_image(const Bitmap& image, Format format) {
       case Format::kJpeg:
         return pixWriteMemJpeg(&data, &size, pix.get(), kJpegQuality, 0);
       case Format::kTiff:
-        return pixWriteMemTiff(&data, &size, pix.get(), image.depth() == 1 ? IFF_TIFF_G4 : IFF_TIFF_LZW);
+        return write_tiff(pix.get(), &data, &size);
       case Format::kBmp:
         return pixWriteMemBmp(&data, &size, pix.get());
       case Format::kPnm:

@@ -43,6 +43,23 @@ void words_from_colours(const unsigned char* bytes, l_uint32* words, int pixels)
   }
 }
 
+/** Lays colours that are multiplied with their opacity on white: what the opacity lacks is white. */
+PixPtr on_white_premultiplied(PixPtr pix) {
+  for (int y = 0; y < pixGetHeight(pix.get()); ++y) {
+    l_uint32* words = pixGetData(pix.get()) + std::ptrdiff_t{pixGetWpl(pix.get())} * y;
+    for (int x = 0; x < pixGetWidth(pix.get()); ++x) {
+      const l_uint32 lacking = 255 - (words[x] >> L_ALPHA_SHIFT & 0xff);
+      l_uint32 blended = 0;
+      for (const int shift : {L_RED_SHIFT, L_GREEN_SHIFT, L_BLUE_SHIFT}) {
+        blended |= std::min(l_uint32{255}, (words[x] >> shift & 0xff) + lacking) << shift;
+      }
+      words[x] = blended;
+    }
+  }
+  pixSetSpp(pix.get(), 3);
+  return pix;
+}
+
 }  // namespace
 
 PixPtr checked(PIX* pix) {
@@ -50,10 +67,11 @@ PixPtr checked(PIX* pix) {
   return PixPtr(pix);
 }
 
-PixPtr to_plain_depth(PixPtr pix, bool gray) {
+PixPtr to_plain_depth(PixPtr pix, const PixNature& nature) {
   if (pixGetColormap(pix.get()) != nullptr) pix = checked(pixRemoveColormap(pix.get(), REMOVE_CMAP_BASED_ON_SRC));
   if (pixGetDepth(pix.get()) == 32 && pixGetSpp(pix.get()) == 4) {
-    pix = checked(pixAlphaBlendUniform(pix.get(), kWhite));
+    pix = nature.premultiplied ? on_white_premultiplied(std::move(pix))
+                               : checked(pixAlphaBlendUniform(pix.get(), kWhite));
   }
   switch (pixGetDepth(pix.get())) {
     case 2:
@@ -64,7 +82,7 @@ PixPtr to_plain_depth(PixPtr pix, bool gray) {
     case 24:
       return checked(pixConvert24To32(pix.get()));
     case 32:
-      return gray ? checked(pixGetRGBComponent(pix.get(), COLOR_RED)) : std::move(pix);
+      return nature.gray ? checked(pixGetRGBComponent(pix.get(), COLOR_RED)) : std::move(pix);
     default:
       return pix;
   }

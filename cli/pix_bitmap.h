@@ -25,11 +25,17 @@ using PixPtr = std::unique_ptr<PIX, PixRelease>;
 /** Takes what a Leptonica function returned; a null pointer is its way to say that memory ran out. */
 PixPtr checked(PIX* pix);
 
+/** What a decoded picture does not say of itself. */
+struct PixNature {
+  bool gray = false;          /**< its colours are all gray */
+  bool premultiplied = false; /**< its colours are multiplied with their opacity already */
+};
+
 /**
  * Brings a picture to 1 bit, 8 bits of gray or 32 bits of colour: palettes and transparency are resolved on white,
- * 2 and 4 bits become 8, 16 bits keep their high byte. With `gray` a colour picture is known to hold only gray.
+ * 2 and 4 bits become 8, 16 bits keep their high byte.
  */
-PixPtr to_plain_depth(PixPtr pix, bool gray);
+PixPtr to_plain_depth(PixPtr pix, const PixNature& nature);
 
 /** @param pix 1, 8 (without palette) or 32 bits. */
 Bitmap to_bitmap(const PIX* pix);

@@ -9,6 +9,9 @@
 namespace tool {
 namespace {
 
+/** The library's images are no larger, so neither need be a piece of one. */
+constexpr tmsize_t kMaxPieceBytes = 0x7fffffff;
+
 /** A file in memory, as libtiff's callbacks see it. */
 struct Memory {
   const std::vector<unsigned char>* file;
@@ -55,6 +58,49 @@ TiffPtr open_page(Memory& memory, int page) {
   return tiff;
 }
 
+/** Whether a strip or tile lies within the file and can be decoded into `work`. */
+bool decodes(TIFF* tiff, std::uint32_t piece, bool tiled, std::uint64_t file_size, std::vector<unsigned char>& work) {
+  const std::uint64_t offset = TIFFGetStrileOffset(tiff, piece);
+  const std::uint64_t bytes = TIFFGetStrileByteCount(tiff, piece);
+  if (offset == 0 || bytes == 0 || offset > file_size || bytes > file_size - offset) return false;
+  const auto room = static_cast<tmsize_t>(work.size());
+  const tmsize_t read = tiled ? TIFFReadEncodedTile(tiff, piece, work.data(), room)
+                              : TIFFReadEncodedStrip(tiff, piece, work.data(), room);
+  return read >= 0;
+}
+
+bool is_complete(TIFF* tiff, std::uint64_t file_size) {
+  const bool tiled = TIFFIsTiled(tiff) != 0;
+  const std::uint32_t pieces = tiled ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
+  const tmsize_t size = tiled ? TIFFTileSize(tiff) : TIFFStripSize(tiff);
+  if (pieces == 0 || size <= 0 || size > kMaxPieceBytes) return false;
+  std::vector<unsigned char> work(static_cast<std::size_t>(size));
+  for (std::uint32_t piece = 0; piece < pieces; ++piece) {
+    if (!decodes(tiff, piece, tiled, file_size, work)) return false;
+  }
+  return true;
+}
+
+bool is_gray(TIFF* tiff) {
+  std::uint16_t photometric = 0;
+  return TIFFGetField(tiff, TIFFTAG_PHOTOMETRIC, &photometric) == 1 &&
+         (photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE);
+}
+
+/** Gray samples come as they are stored; colours come through libtiff, which multiplies them if the file did not. */
+bool is_premultiplied(TIFF* tiff) {
+  if (!is_gray(tiff)) return true;
+  std::uint16_t count = 0;
+  std::uint16_t* kinds = nullptr;
+  return TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &count, &kinds) == 1 && count > 0 &&
+         kinds[0] == EXTRASAMPLE_ASSOCALPHA;
+}
+
+bool has_resolution(TIFF* tiff) {
+  std::uint16_t unit = RESUNIT_NONE;
+  return TIFFGetFieldDefaulted(tiff, TIFFTAG_RESOLUTIONUNIT, &unit) == 1 && unit != RESUNIT_NONE;
+}
+
 }  // namespace
 
 int tiff_page_count(const std::vector<unsigned char>& file) {
@@ -63,26 +109,12 @@ int tiff_page_count(const std::vector<unsigned char>& file) {
   return tiff ? static_cast<int>(TIFFNumberOfDirectories(tiff.get())) : 0;
 }
 
-bool tiff_page_is_complete(const std::vector<unsigned char>& file, int page) {
+TiffPage tiff_page(const std::vector<unsigned char>& file, int page) {
   Memory memory{&file};
   const TiffPtr tiff = open_page(memory, page);
-  if (!tiff) return false;
-  const std::uint32_t pieces =
-      TIFFIsTiled(tiff.get()) != 0 ? TIFFNumberOfTiles(tiff.get()) : TIFFNumberOfStrips(tiff.get());
-  for (std::uint32_t i = 0; i < pieces; ++i) {
-    const std::uint64_t offset = TIFFGetStrileOffset(tiff.get(), i);
-    const std::uint64_t bytes = TIFFGetStrileByteCount(tiff.get(), i);
-    if (offset == 0 || bytes == 0 || offset > file.size() || bytes > file.size() - offset) return false;
-  }
-  return pieces != 0;
-}
-
-bool tiff_page_is_gray(const std::vector<unsigned char>& file, int page) {
-  Memory memory{&file};
-  const TiffPtr tiff = open_page(memory, page);
-  std::uint16_t photometric = 0;
-  return tiff && TIFFGetField(tiff.get(), TIFFTAG_PHOTOMETRIC, &photometric) == 1 &&
-         (photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE);
+  if (!tiff) return {};
+  return {is_complete(tiff.get(), file.size()), is_gray(tiff.get()), is_premultiplied(tiff.get()),
+          has_resolution(tiff.get())};
 }
 
 }  // namespace tool

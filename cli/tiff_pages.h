@@ -1,8 +1,9 @@
 /**
  * @file tiff_pages.h
- * @brief What must be known of a TIFF file before Leptonica decodes a page of it.
+ * @brief What must be known of a TIFF file beside what Leptonica tells.
  *
- * Leptonica fills what a truncated file lacks with whatever it has, so completeness is judged here.
+ * Leptonica fills what a damaged page lacks with whatever it has, does not say how transparency is stored, and takes a
+ * resolution without a unit as dots per inch.
  */
 #ifndef VANTREL_CLI_TIFF_PAGES_H
 #define VANTREL_CLI_TIFF_PAGES_H
@@ -11,14 +12,18 @@
 
 namespace tool {
 
+struct TiffPage {
+  bool complete = false;       /**< every strip or tile lies within the file and can be decoded */
+  bool gray = false;           /**< the samples are levels of gray, with or without transparency */
+  bool premultiplied = false;  /**< Leptonica hands out colours that are multiplied with their opacity already */
+  bool has_resolution = false; /**< in inches or centimetres */
+};
+
 /** The number of pages whose directories can be read; 0 when the file is damaged. */
 int tiff_page_count(const std::vector<unsigned char>& file);
 
-/** Whether every strip or tile of a page (from 1) lies within the file. */
-bool tiff_page_is_complete(const std::vector<unsigned char>& file, int page);
-
-/** Whether a page (from 1) has only gray samples, with or without transparency. */
-bool tiff_page_is_gray(const std::vector<unsigned char>& file, int page);
+/** Looks at a page (from 1); an incomplete one when there is no such page. */
+TiffPage tiff_page(const std::vector<unsigned char>& file, int page);
 
 }  // namespace tool
 
