@@ -87,7 +87,7 @@ Picture random_plane(std::mt19937& random) {
   Picture plane = reference::image::filled(pick(random, 1, 12), pick(random, 1, 12), 8, 0);
   const bool stark = chance(random, 30);
   for (unsigned char& byte : plane.bytes)
-    byte = static_cast<unsigned char>(stark ? 255 * pick(random, 0, 1) : random());
+    byte = static_cast<unsigned char>(stark ? 255 * pick(random, 0, 1) : pick(random, 0, 255));
   return plane;
 }
 
