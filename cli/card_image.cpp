@@ -59,11 +59,11 @@ Bitmap reduced_copy(const Bitmap& scan, int n) {
   return to_bitmap(reduced.get());
 }
 
-Bitmap with_depth(Bitmap image, int depth) {
-  if (image.depth() == depth) return image;
+Bitmap with_depth(const Bitmap& image, int depth) {
   if (depth == 8) {
     Bitmap gray;
-    if (!Color2Gray(image.record(), gray.record())) throw std::bad_alloc();
+    BITMAPPTR colour = *image.record();
+    if (!Color2Gray(&colour, gray.record())) throw std::bad_alloc();
     return gray;
   }
   const PixPtr gray = to_pix(image);

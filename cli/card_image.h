@@ -26,8 +26,8 @@ Bitmap card_image(Bitmap& scan, const Corners& corners);
  */
 Bitmap reduced_copy(const Bitmap& scan, int n);
 
-/** A copy with another depth: 8 bits from 24 by the library's weights, or 24 bits from 8. */
-Bitmap with_depth(Bitmap image, int depth);
+/** A copy with the other depth: 8 bits from 24 by the library's weights, or 24 bits from 8. */
+Bitmap with_depth(const Bitmap& image, int depth);
 
 }  // namespace tool
 

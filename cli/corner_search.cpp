@@ -120,6 +120,12 @@ std::string words_of(const CornerSearch& search) {
          one_decimal(tilt_of(search.corners())) + " degrees";
 }
 
+Json json_of_corners(const Corners& corners) {
+  Json json;
+  for (std::size_t i = 0; i < 4; ++i) json[kCornerNames[i]] = {corners[2 * i], corners[2 * i + 1]};
+  return json;
+}
+
 Json json_of(const CornerSearch& search) {
   const vantrel_corner_search& found = search.found;
   Json json = {{"result", search.result()},
@@ -139,7 +145,7 @@ Json json_of(const CornerSearch& search) {
   }
   if (has_corners(found.verdict)) {
     const Corners corners = search.corners();
-    for (std::size_t i = 0; i < 4; ++i) json["corners"][kCornerNames[i]] = {corners[2 * i], corners[2 * i + 1]};
+    json["corners"] = json_of_corners(corners);
     const auto scaled = [&](float value) { return static_cast<int>(value) * search.scale; };
     json["box"] = {{"left", scaled(found.box[0])},
                    {"top", scaled(found.box[1])},

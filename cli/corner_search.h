@@ -45,6 +45,9 @@ std::string words_of(const CornerSearch& search);
 /** result, verdict, sides, corners, box, tilt. */
 Json json_of(const CornerSearch& search);
 
+/** The corners by name. */
+Json json_of_corners(const Corners& corners);
+
 /** Shades the bands that were searched, draws found lines green and frame lines amber, and numbers the corners. */
 void draw(const CornerSearch& search, Canvas& canvas);
 

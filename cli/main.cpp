@@ -41,7 +41,9 @@ int main(int argc, char** argv) {
   parser.set_version_flag("--version", "vantrel " VANTREL_VERSION, "Print the version and end");
   parser.set_help_flag("-h,--help", "Print this help and end");
   parser.require_subcommand(1);
-  const std::vector<tool::Command> commands = {tool::add_clip(parser)};
+  const std::vector<tool::Command> commands = {tool::add_clip(parser),  tool::add_cut(parser),
+                                               tool::add_split(parser), tool::add_enlarge(parser),
+                                               tool::add_crop(parser),  tool::add_detect(parser)};
   try {
     parser.parse(argc, argv);
     return run(parser, commands);

@@ -50,11 +50,11 @@ void check_one_file(const Options& options, const std::string& path, const char*
   }
 }
 
-void check_folder(const std::string& path, const char* option, bool several) {
+void check_folder(const std::string& path, const char* option, bool needed) {
   if (is_folder(path)) return;
   std::error_code error;
   const char* reason = fs::exists(path, error) ? " is not a folder" : ": there is no such folder";
-  throw WrongUsage(std::string(option) + " " + path + reason + (several ? " (several files need one)" : ""));
+  throw WrongUsage(std::string(option) + " " + path + reason + (needed ? " (several files need one)" : ""));
 }
 
 void check_pipes(const Options& options) {
@@ -94,11 +94,12 @@ void find_conflicts(std::vector<Job>& jobs) {
 std::vector<Job> plan_jobs(const Options& options, Naming naming) {
   if (options.output.empty() && !options.detect_only) throw WrongUsage("-o OUT is needed");
   check_pipes(options);
+  if (naming == Naming::kNumberedFiles && options.output == kPipe) throw WrongUsage("-o needs a folder");
   const bool several = options.inputs.size() > 1;
   const bool folder = means_folder(options.output, several || naming == Naming::kNumberedFiles);
   const bool overlay_folder = means_folder(options.overlay, several);
   if (folder) {
-    check_folder(options.output, "-o", several);
+    check_folder(options.output, "-o", several || naming == Naming::kNumberedFiles);
   } else {
     check_one_file(options, options.output, "-o");
   }

@@ -4,8 +4,7 @@
 #include "card_image.h"
 #include "commands/commands.h"
 #include "corner_search.h"
-#include "failure.h"
-#include "safe_file.h"
+#include "twin_scan.h"
 
 namespace tool {
 namespace {
@@ -15,36 +14,27 @@ constexpr const char* kBilevel = "a bilevel scan has no gray levels to search: n
 struct ClipOptions : Options {
   std::string size = "card";
   std::string analyse;
+  std::string second;
   int scale = 1;
 };
 
-/** A reduced scan must show the same scene: its size times the scale may differ by 2 %, as scanners round. */
-void check_sizes(const Bitmap& reduced, const Bitmap& scan, int scale) {
-  const auto fits = [scale](int small, int large) {
-    const double difference = static_cast<double>(small) * scale - large;
-    return std::abs(difference) <= std::max(0.02 * large, static_cast<double>(scale));
-  };
-  if (fits(reduced.width(), scan.width()) && fits(reduced.height(), scan.height())) return;
-  throw Failure("is not the scan reduced " + std::to_string(scale) + " times: " + std::to_string(reduced.width()) +
-                " x " + std::to_string(reduced.height()) + " for " + std::to_string(scan.width()) + " x " +
-                std::to_string(scan.height()));
-}
+/** The scan in which corners are looked for and the one that is cut, where they are not the scan that was read. */
+struct Twins {
+  Bitmap analysis;
+  Bitmap target;
+};
 
-Bitmap read_analysis_scan(const ClipOptions& options, const Bitmap& scan) {
-  try {
-    Scan reduced = decode_image(read_file(options.analyse), 1);
-    if (reduced.image.depth() == 1) throw Failure(kBilevel);
-    check_sizes(reduced.image, scan, options.scale);
-    return with_depth(std::move(reduced.image), scan.depth());
-  } catch (const Failure& failure) {
-    throw Failure(options.analyse + ": " + failure.what());
+Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
+  Twins twins;
+  if (!options.analyse.empty()) {
+    twins.analysis = read_twin(options.analyse, scan, TwinRole::kReduced, options.scale);
+  } else if (!options.second.empty()) {
+    twins.target = read_twin(options.second, scan, TwinRole::kEnlarged, options.scale);
+    if (options.dpi != 0) twins.target.set_dpi(options.dpi);
+  } else if (options.scale > 1) {
+    twins.analysis = reduced_copy(scan, options.scale);
   }
-}
-
-/** The image in which corners are looked for, when it is not the scan itself. */
-Bitmap analysis_image(const ClipOptions& options, const Bitmap& scan) {
-  if (!options.analyse.empty()) return read_analysis_scan(options, scan);
-  return options.scale > 1 ? reduced_copy(scan, options.scale) : Bitmap();
+  return twins;
 }
 
 /** The card on the scan's own frame, as the library's main entry returns it. */
@@ -61,20 +51,35 @@ Finding nothing_on_bilevel() {
   return finding;
 }
 
+/** The search as it is drawn on the input: there the corners of a second scan stand where they were found. */
+CornerSearch on_overlay(const ClipOptions& options, CornerSearch search) {
+  if (!options.second.empty()) search.scale = 1;
+  return search;
+}
+
+Bitmap cut_card(const ClipOptions& options, Bitmap& analysis, Bitmap& target, const CornerSearch& search) {
+  if (options.size == "card") return card_image(target, search.corners());
+  // The library wants both scans in one depth.
+  Bitmap converted;
+  if (analysis.depth() != target.depth()) converted = with_depth(analysis, target.depth());
+  return stretched_card(converted.empty() ? analysis : converted, target, options.scale);
+}
+
 Finding clip(const ClipOptions& options, Scan& scan) {
   if (scan.image.depth() == 1) return nothing_on_bilevel();
-  Bitmap reduced = analysis_image(options, scan.image);
-  Bitmap& analysis = reduced.empty() ? scan.image : reduced;
+  Twins twins = read_twins(options, scan.image);
+  Bitmap& analysis = twins.analysis.empty() ? scan.image : twins.analysis;
+  Bitmap& target = twins.target.empty() ? scan.image : twins.target;
+  if (analysis.depth() == 1 || target.depth() == 1) return nothing_on_bilevel();
   const CornerSearch search = search_corners(analysis, options.scale);
 
   Finding finding;
   finding.found = search.has_card();
   finding.message = words_of(search);
   finding.details = json_of(search);
-  finding.draw = [search](Canvas& canvas) { draw(search, canvas); };
+  finding.draw = [shown = on_overlay(options, search)](Canvas& canvas) { draw(shown, canvas); };
   if (!finding.found || options.detect_only) return finding;
-  finding.pictures.push_back(options.size == "card" ? card_image(scan.image, search.corners())
-                                                    : stretched_card(analysis, scan.image, options.scale));
+  finding.pictures.push_back(cut_card(options, analysis, target, search));
   const Bitmap& card = finding.pictures.front();
   finding.message =
       "card " + std::to_string(card.width()) + " x " + std::to_string(card.height()) + ", " + finding.message;
@@ -96,20 +101,16 @@ void add_options(CLI::App& command, ClipOptions& options) {
           "Look for the corners on a copy reduced N times (made by the tool, or --analyse) and cut the full scan")
       ->type_name("N")
       ->check(CLI::Range(1, 1000));
-  command.add_option("--analyse", options.analyse, "Look for the corners on this reduced scan of the same scene")
+  CLI::Option* analyse =
+      command.add_option("--analyse", options.analyse, "Look for the corners on this reduced scan of the same scene")
+          ->type_name("FILE")
+          ->needs("--scale");
+  command.add_option("--second", options.second, "Look for the corners on INPUT and cut this larger scan of the scene")
       ->type_name("FILE")
-      ->needs("--scale");
+      ->needs("--scale")
+      ->excludes(analyse);
   add_overlay_option(command, options);
   add_detect_only_option(command, options);
-}
-
-void check_options(const ClipOptions& options) {
-  if (options.analyse.empty()) return;
-  if (options.inputs.size() > 1) throw WrongUsage("--analyse goes with one input");
-  if (options.scale < 2) throw WrongUsage("--analyse needs --scale 2 or more");
-  if (options.analyse == kPipe && options.inputs.front() == kPipe) {
-    throw WrongUsage("standard input can be read only once");
-  }
 }
 
 }  // namespace
@@ -120,9 +121,12 @@ Command add_clip(CLI::App& tool) {
       tool.add_subcommand("clip", "Find the card on each scan and write it upright, without the background");
   add_options(*command, *options);
   return {command, [options] {
-            check_options(*options);
+            check_twin(*options, options->analyse, "--analyse", options->scale);
+            check_twin(*options, options->second, "--second", options->scale);
             std::vector<std::string> also_read;
-            if (!options->analyse.empty()) also_read.push_back(options->analyse);
+            for (const std::string& twin : {options->analyse, options->second}) {
+              if (!twin.empty()) also_read.push_back(twin);
+            }
             return run_batch(*options, Naming::kOneFile, also_read,
                              [options](Scan& scan) { return clip(*options, scan); });
           }};

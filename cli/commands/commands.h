@@ -17,6 +17,11 @@ struct Command {
 };
 
 Command add_clip(CLI::App& tool);
+Command add_crop(CLI::App& tool);
+Command add_cut(CLI::App& tool);
+Command add_detect(CLI::App& tool);
+Command add_enlarge(CLI::App& tool);
+Command add_split(CLI::App& tool);
 
 }  // namespace tool
 

@@ -1,0 +1,63 @@
+#include <array>
+#include <memory>
+
+#include "batch.h"
+#include "commands/commands.h"
+#include "failure.h"
+#include "rectangle.h"
+
+namespace tool {
+namespace {
+
+struct CropOptions : Options {
+  Rectangle rectangle{};
+};
+
+Finding crop_scan(const CropOptions& options, Scan& scan) {
+  const Rectangle& rectangle = options.rectangle;
+  if (!lies_within(rectangle, scan.image)) {
+    throw Failure("the rectangle reaches outside the scan of " + std::to_string(scan.image.width()) + " x " +
+                  std::to_string(scan.image.height()));
+  }
+  Finding finding;
+  finding.found = true;
+  finding.message = words_of(rectangle);
+  finding.details = {{"rectangle", json_of(rectangle)}};
+  finding.draw = [rectangle](Canvas& canvas) {
+    canvas.frame(rectangle.left, rectangle.top, rectangle.right, rectangle.bottom, kGreen);
+  };
+  finding.pictures.push_back(crop(scan.image, rectangle));
+  return finding;
+}
+
+void check_rectangle(const Rectangle& r) {
+  if (r.left < 0 || r.top < 0) throw WrongUsage("--rect: bounds count from 0");
+  if (r.left > r.right || r.top > r.bottom) throw WrongUsage("--rect: the order is left, top, right, bottom");
+}
+
+}  // namespace
+
+Command add_crop(CLI::App& tool) {
+  auto options = std::make_shared<CropOptions>();
+  CLI::App* command = tool.add_subcommand("crop", "Cut a given rectangle out of each scan");
+  add_input_options(*command, *options);
+  add_output_options(*command, *options);
+  add_overlay_option(*command, *options);
+  command
+      ->add_option_function<std::array<int, 4>>(
+          "--rect",
+          [options](const std::array<int, 4>& bounds) {
+            options->rectangle = {bounds[0], bounds[1], bounds[2], bounds[3]};
+          },
+          "First column, first row, last column and last row to keep, counted from 0 at the top left")
+      ->required()
+      ->delimiter(',')
+      ->type_name("L,T,R,B");
+  return {command, [options] {
+            check_rectangle(options->rectangle);
+            return run_batch(*options, Naming::kOneFile, {},
+                             [options](Scan& scan) { return crop_scan(*options, scan); });
+          }};
+}
+
+}  // namespace tool
