@@ -51,7 +51,7 @@ bool cuts_little(const _BNODE* line, int L, int rows, int cols, const CutRules& 
   const int margin = rows / 70;
   const std::int64_t high = std::int64_t{L} + margin > rows ? rows - 1 : std::int64_t{L} + margin;
   // Not 0 when the margin leaves the image: a component that starts in row 0 still counts as cut.
-  const int low = L - margin >= 0 ? L - margin : 1;
+  const std::int64_t low = std::int64_t{L} - margin >= 0 ? std::int64_t{L} - margin : 1;
   int count = 0;
   std::int64_t width = 0;
   for_each_component(line, [&](const MYRECT& rect, const Extent& e) {
