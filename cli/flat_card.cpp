@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::array kSideNames = {"top", "bottom", "left", "right"};
 constexpr int kSmallestColourSide = 128;
+constexpr int kLongestSide = 32767;  // bounds have 16 bits
 
 /** Where the finders leave the sides that they do not find. */
 MYRECT default_rect(const Bitmap& scan) {
@@ -32,6 +33,7 @@ FlatCard find_flat_card(Bitmap& scan) {
   if (scan.depth() == 24 && std::min(scan.width(), scan.height()) < kSmallestColourSide) {
     throw Failure("a colour scan must be at least 128 x 128");
   }
+  if (std::max(scan.width(), scan.height()) > kLongestSide) throw Failure("a side is longer than 32767 pixels");
   FlatCard card{};
   const bool done = scan.depth() == 24 ? CutCard24(scan.record(), card.rect) : CutCard(scan.record(), card.rect);
   if (!done) throw std::bad_alloc();

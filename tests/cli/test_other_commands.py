@@ -60,6 +60,12 @@ def test_crop_outside_the_scan(tool, scan, tmp_path, rect):
     assert not (tmp_path / "c.png").exists()
 
 
+def test_crop_beyond_16_bits(tool, tmp_path):
+    long = scans.save(np.full((3, 40000), 240, np.uint8), tmp_path / "long.png")
+    tool("crop", "--rect", "32700,0,32800,1", long, "-o", tmp_path / "c.png").fails_with(long, "32767")
+    tool("crop", "--rect", "32700,0,32767,1", long, "-o", tmp_path / "c.png", ok=True)
+
+
 @pytest.mark.parametrize("rect", ["1,2,3", "1,2,3,4,5", "10,0,5,5", "0,10,5,5", "-1,0,5,5", "a,b,c,d", ""])
 def test_crop_with_a_wrong_rectangle(tool, scan, tmp_path, rect):
     tool("crop", f"--rect={rect}", scan, "-o", tmp_path / "c.png").fails_with("--rect", code=2)
@@ -168,6 +174,8 @@ def test_cut_of_a_plain_scan(tool, blank, tmp_path):
 def test_cut_of_what_cannot_be_searched(tool, drawn, tmp_path):
     small = scans.save(scans.blank_scan(127, 200), tmp_path / "small.png")
     tool("cut", small, "-o", tmp_path / "c.png").fails_with(small, "128 x 128")
+    wide = scans.save(np.full((2, 32768), 240, np.uint8), tmp_path / "wide.png")
+    tool("cut", wide, "-o", tmp_path / "c.png").fails_with(wide, "32767")
     Image.fromarray(bilevel(drawn[0])).save(tmp_path / "b.png")
     tool("cut", tmp_path / "b.png", "-o", tmp_path / "c.png").fails_with("b.png", "bilevel")
 
