@@ -73,3 +73,8 @@ def load(path):
 
 def blank_scan(width=300, height=200, level=240):
     return np.full((height, width, 3), level, np.uint8)
+
+
+def bilevel(colour):
+    """True where the scan is bright."""
+    return gray_of(colour) > 120

@@ -1,0 +1,114 @@
+"""`vantrel split`."""
+
+from pathlib import Path
+
+import numpy as np
+import pytest
+from PIL import Image
+
+import scans
+from geometry import lengths
+from sample_scans import SAMPLES, TRUTH, box_of
+
+pytestmark = pytest.mark.usefixtures("leftovers")
+
+
+def reading_order(cards):
+    """Of the drawn sheets: by rows, and in a row from the left."""
+    return sorted(cards, key=lambda card: (round(card["top"] / 800), card["column"]))
+
+
+@pytest.mark.parametrize("name", ["two-columns.png", "one-column.png"])
+def test_split_writes_one_file_a_card_in_reading_order(tool, tmp_path, name):
+    path, truth = SAMPLES / "sheets" / name, reading_order(TRUTH[f"sheets/{name}"]["cards"])
+    report = tool("split", path, "-o", tmp_path, "--json", ok=True).json[0]
+    stem = path.stem
+    assert [Path(output["path"]).name for output in report["outputs"]] == [
+        f"{stem}-{number + 1}.png" for number in range(len(truth))
+    ]
+    assert len(report["cards"]) == len(truth)
+    with Image.open(path) as sheet:
+        for card, true, output in zip(report["cards"], truth, report["outputs"]):
+            assert card["column"] == true["column"] + 1 and card["straightened"] is False
+            left, top, right, bottom = box_of(card["rectangle"])
+            assert abs((left + right) - (true["left"] + true["right"])) < 80
+            assert abs((top + bottom) - (true["top"] + true["bottom"])) < 80
+            with Image.open(output["path"]) as picture:
+                assert picture.mode == sheet.mode
+                assert np.array_equal(np.asarray(picture), np.asarray(sheet.crop((left, top, right, bottom))))
+                assert [round(value) for value in picture.info["dpi"]] == [300, 300]
+
+
+def test_split_straightens_cards(tool, tmp_path):
+    path, truth = SAMPLES / "sheets" / "dark-strip.jpg", TRUTH["sheets/dark-strip.jpg"]["cards"]
+    plain, straight = tmp_path / "plain", tmp_path / "straight"
+    plain.mkdir()
+    straight.mkdir()
+    tool("split", path, "-o", plain, "--format", "png", ok=True)
+    result = tool("split", path, "-o", straight, "--format", "png", "--straighten", "--json", ok=True).json[0]
+    assert [card["straightened"] for card in result["cards"]] == [True, True, True]
+    for number, card in enumerate(truth, 1):
+        corners = np.array([card["corners"][f"{v}-{h}"] for v in ("top", "bottom") for h in ("left", "right")])
+        width, height = lengths(corners)
+        picture = scans.load(straight / f"dark-strip-{number}.png")
+        assert abs(picture.shape[1] - width) < 4 and abs(picture.shape[0] - height) < 4
+        # The glass shows in the corners of what is only cut out, and nowhere on what is straightened.
+        rim = np.concatenate([picture[2], picture[-3], picture[:, 2], picture[:, -3]])
+        assert np.percentile(rim, 1) > 120
+        assert scans.load(plain / f"dark-strip-{number}.png")[:20, :20].min() < 100
+
+
+def test_split_straightens_nothing_on_a_bilevel_sheet(tool, tmp_path):
+    path = SAMPLES / "sheets" / "two-columns.png"
+    result = tool("split", path, "-o", tmp_path, "--straighten", ok=True)
+    assert "8 cards, 0 straightened" in result.text
+
+
+def test_split_needs_a_resolution(tool, tmp_path):
+    with Image.open(SAMPLES / "sheets" / "one-column.png") as sheet:
+        sheet.save(tmp_path / "none.png")
+        sheet.save(tmp_path / "low.png", dpi=(200, 200))
+    out = tmp_path / "out"
+    out.mkdir()
+    tool("split", tmp_path / "none.png", "-o", out).fails_with("none.png", "not known", "--dpi")
+    result = tool("split", tmp_path / "low.png", "-o", out, "--json")
+    assert result.code == 1 and "200 dpi" in result.json[0]["error"] and result.json[0]["result"] == -3
+    assert list(out.iterdir()) == []
+    report = tool("split", tmp_path / "none.png", "-o", out, "--dpi", 300, "--json", ok=True).json[0]
+    assert len(report["cards"]) == 4 and report["outputs"][0]["dpi"] == [300, 300]
+
+
+def test_split_of_a_blank_sheet(tool, tmp_path):
+    path = scans.save(scans.blank_scan(1500, 2000, 255), tmp_path / "blank.png")
+    tool("split", path, "-o", tmp_path).fails_with(path, "no card")
+
+
+def test_split_detects_and_draws(tool, tmp_path):
+    path = SAMPLES / "sheets" / "two-columns.png"
+    result = tool("split", path, "--detect-only", "--overlay", tmp_path / "v.png", ok=True)
+    assert "8 cards" in result.text and [p.name for p in tmp_path.iterdir()] == ["v.png"]
+    report = tool("split", path, "--detect-only", "--json", ok=True).json[0]
+    overlay = scans.load(tmp_path / "v.png")
+    for card in report["cards"]:
+        r = card["rectangle"]
+        assert overlay[r["top"], (r["left"] + r["right"]) // 2].tolist() == [0, 160, 60]
+
+
+def test_split_never_overwrites(tool, tmp_path):
+    path = SAMPLES / "sheets" / "one-column.png"
+    (tmp_path / "one-column-3.png").write_bytes(b"precious")
+    tool("split", path, "-o", tmp_path).fails_with(path, "one-column-3.png", "exists already")
+    assert (tmp_path / "one-column-3.png").read_bytes() == b"precious"
+    # An input that is called like an output.
+    sheet = tmp_path / "sheet.png"
+    sheet.write_bytes(path.read_bytes())
+    other = tmp_path / "sheet-2.png"
+    other.write_bytes(path.read_bytes())
+    result = tool("split", sheet, other, "-o", tmp_path, "--force")
+    assert result.code == 1 and "is an input" in result.err
+    assert other.read_bytes() == path.read_bytes()
+
+
+@pytest.mark.parametrize("out", ["-", "missing", "card.png"])
+def test_split_needs_a_folder(tool, scan, tmp_path, out):
+    tool("split", scan, "-o", out, cwd=tmp_path).fails_with("-o", code=2)
