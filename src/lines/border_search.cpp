@@ -79,24 +79,21 @@ Region band_beyond(const Scene& scene, int L) {
   }
 }
 
-/** Beyond the card lies the scanner's dark background; a line on the image's very edge has nothing beyond it. */
-bool dark_beyond(const Scene& scene, int L) {
-  bool something_beyond = false;
+/** A line on the image's very edge has nothing beyond it. */
+bool on_the_edge(const Scene& scene, int L) {
   switch (scene.side) {
     case kTop:
-      something_beyond = L < scene.gray.rows - 1;
-      break;
-    case kBottom:
-    case kLeft:
-      something_beyond = L > 0;
-      break;
+      return L >= scene.gray.rows - 1;
     case kRight:
-      something_beyond = L < scene.gray.cols - 1;
-      break;
+      return L >= scene.gray.cols - 1;
     default:
-      break;
+      return L <= 0;
   }
-  return !something_beyond || mostly_dark(scene.gray, band_beyond(scene, L));
+}
+
+/** Beyond the card lies the scanner's dark background. */
+bool dark_beyond(const Scene& scene, int L) {
+  return on_the_edge(scene, L) || mostly_dark(scene.gray, band_beyond(scene, L));
 }
 
 /** When the whole image is clearly bright or dark, the band beyond a horizontal line must not be the same. */

@@ -341,4 +341,14 @@ TEST(AutoClip, GivesTheSameResultOnManyThreads) {
   }
 }
 
+TEST(AutoClip, FailsOnScansWhoseFrameSinglePrecisionCannotTellFromTheirSize) {
+  Image speck(40, 30, 8, 0);
+  speck.at(5, 5) = 255;
+  // 2^25 and 2^25 + 1 are the same single-precision number.
+  Image wide((1 << 25) + 2, 1, 8, 0);
+  Result out;
+  EXPECT_EQ(AutoClipRedundantImg(speck.handle(), wide.handle(), out.ptr(), 2), -1);
+  EXPECT_TRUE(out.empty());
+}
+
 }  // namespace

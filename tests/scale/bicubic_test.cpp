@@ -165,7 +165,8 @@ TEST(BiCubicMethod, IgnoresTheFactor) {
   std::mt19937 random(3);
   randomise(image, random);
   const Enlarged twice(image, 16);
-  for (const auto factor : std::initializer_list<short>{0, 1, 3, -2}) EXPECT_EQ(Enlarged(image, 16, factor).bytes, twice.bytes) << factor;
+  for (const auto factor : std::initializer_list<short>{0, 1, 3, -2})
+    EXPECT_EQ(Enlarged(image, 16, factor).bytes, twice.bytes) << factor;
 }
 
 TEST(BiCubicMethod, RefusesMissingImages) {

@@ -160,4 +160,15 @@ TEST(BiLinearMethod, WritesNothingForASideThatIsNegativeInSixteenBits) {
   }
 }
 
+TEST(BiLinearMethod, ReadsShallowRowsAsBytesAndMeetsWhiteBehindTheLast) {
+  // Rows of 8 pixels of 4 bits are 4 bytes long; taken as 8 bytes, each runs on into the next one.
+  Image image(8, 2, 4);
+  for (int i = 0; i < 8; ++i) image.at(i / 4, i % 4) = static_cast<unsigned char>(10 * (i + 1));
+  const Bytes out = enlarged(image, 64);
+  const Bytes first(out.begin(), out.begin() + 16);
+  EXPECT_EQ(first, (Bytes{10, 15, 20, 25, 30, 35, 40, 45, 50, 55, 60, 65, 70, 75, 80, 80}));
+  const Bytes last(out.end() - 16, out.end());
+  EXPECT_EQ(last, (Bytes{50, 55, 60, 65, 70, 75, 80, 168, 255, 255, 255, 255, 255, 255, 255, 255}));
+}
+
 }  // namespace
