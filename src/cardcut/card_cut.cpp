@@ -84,6 +84,7 @@ bool copy_as_gray(BITMAPPTR& image, BITMAPPTR& gray) {
 
 bool CutCard(BITMAPPTR* image, MYRECT& rect) {
   using namespace vantrel::cardcut;
+  if (image == nullptr || image->pInfo == nullptr) return false;
   const BITMAPINFOHEADER& header = *image->pInfo;
   if (header.biBitCount != 8 && header.biBitCount != 24) return false;
   write_defaults<GrayRules>(header, rect);
@@ -97,6 +98,7 @@ bool CutCard(BITMAPPTR* image, MYRECT& rect) {
 bool CutCard24(BITMAPPTR* image, MYRECT& rect) {
   using namespace vantrel::cardcut;
   constexpr int kSmallest = 128;
+  if (image == nullptr || image->pInfo == nullptr) return false;
   const BITMAPINFOHEADER& header = *image->pInfo;
   if (header.biBitCount != 24 || header.biWidth < kSmallest || header.biHeight < kSmallest) return false;
   write_defaults<ColourRules>(header, rect);

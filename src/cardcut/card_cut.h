@@ -14,7 +14,7 @@
  *
  * @param image 8 or 24 bits; only read.
  * @param rect  receives the rectangle; bounds that were not found lie on the image's border.
- * @return false: another depth (`rect` untouched) or no memory (`rect` is the whole image).
+ * @return false: a missing image or another depth (`rect` untouched) or no memory (`rect` is the whole image).
  */
 VANTREL_API bool CutCard(BITMAPPTR* image, MYRECT& rect);
 
@@ -23,7 +23,7 @@ VANTREL_API bool CutCard(BITMAPPTR* image, MYRECT& rect);
  *
  * @param image 24 bits, at least 128 x 128; only read.
  * @param rect  receives the rectangle; bounds that were not found are (10, height - 30, width - 10, 50).
- * @return false: another image (`rect` untouched) or no memory (`rect` holds the defaults).
+ * @return false: a missing or another image (`rect` untouched) or no memory (`rect` holds the defaults).
  */
 VANTREL_API bool CutCard24(BITMAPPTR* image, MYRECT& rect);
 

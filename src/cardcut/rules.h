@@ -96,8 +96,9 @@ struct ColourRules {
 
   static constexpr int upper_row(int rows) { return 18 * rows / 20; }
 
-  // The bytes examined in these bands begin at a share of the row's bytes that need not be the first of a pixel, in the
-  // middle third even at the byte of the column's number. What votes is decided by those bytes, for the column counted.
+  // By how many bytes those examined lie behind the pixel that votes. The right band begins at two thirds of the row's
+  // bytes and the upper band at an eighth, which need not be where a pixel begins; the middle band begins at byte
+  // 2 * cols / 3, about a ninth of the width to the left of its columns. Which pixels vote depends on it, so it stays.
   static constexpr int right_shift(int cols) { return 2 * cols - 3 * (2 * cols / 3); }
   static constexpr int middle_shift(int cols) { return 2 * cols / 3 - 3 * (cols / 3); }
   static constexpr int upper_shift(int cols) { return 3 * cols / 8 - 3 * (cols / 8); }

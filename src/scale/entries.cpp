@@ -41,9 +41,10 @@ bool create_enlarged(const BITMAPINFOHEADER& header, BITMAPPTR& out) {
                      doubled(header.biYPelsPerMeter));
 }
 
-int enlarge(void** image, BITMAPPTR& out, const Method& method) {
+int enlarge(void** image, BITMAPPTR* result, const Method& method) {
   BITMAPPTR source;
-  if (!adopt(image, source)) return -1;
+  if (result == nullptr || !adopt(image, source)) return -1;
+  BITMAPPTR& out = *result;
   const BITMAPINFOHEADER& header = *source.pInfo;
   if (header.biBitCount == 1) return ImageCopy(&source, &out) ? 0 : -1;
   if (header.biBitCount != 8 && header.biBitCount != 24) return -1;
@@ -58,9 +59,9 @@ int enlarge(void** image, BITMAPPTR& out, const Method& method) {
 }  // namespace vantrel::scale
 
 int BiLinear(void** image, BITMAPPTR* out) {
-  return vantrel::scale::enlarge(image, *out, {.resample = BiLinearMethod, .large_colour_turns_gray = true});
+  return vantrel::scale::enlarge(image, out, {.resample = BiLinearMethod, .large_colour_turns_gray = true});
 }
 
 int BiCubic(void** image, BITMAPPTR* out) {
-  return vantrel::scale::enlarge(image, *out, {.resample = BiCubicMethod, .large_colour_turns_gray = false});
+  return vantrel::scale::enlarge(image, out, {.resample = BiCubicMethod, .large_colour_turns_gray = false});
 }
