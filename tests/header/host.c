@@ -50,6 +50,13 @@ int main(void) {
   BITMAPPTR out = {0};
   CHECK(AutoClipRedundantImg(&nothing, NULL, &out, 1) == -1 && out.pInfo == NULL);
   CHECK(BiLinear(&nothing, &out) == -1 && BiCubic(&nothing, &out) == -1);
+  /* A missing record is refused. */
+  void* handle = block;
+  CHECK(AutoClipRedundantImg(&handle, NULL, NULL, 1) == -1 && AutoClipRedundantImg(NULL, NULL, &out, 1) == -1);
+  CHECK(BiLinear(&handle, NULL) == -1 && BiCubic(&handle, NULL) == -1);
+  CHECK(CutRectImage(NULL, &out, rect) == -1 && CutRectImage(&image, NULL, rect) == -1);
+  CHECK(vantrel_find_corners(&image, NULL) == 0 && vantrel_find_corners(NULL, &found) == 0);
+  CHECK(found.verdict == VANTREL_NOT_GRAY);
   free(block);
   puts("ok");
   return 0;
