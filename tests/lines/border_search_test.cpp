@@ -38,7 +38,9 @@ struct Line {
   double a, b, c;
   bool operator==(const Line&) const = default;
 };
-void PrintTo(const Line& line, std::ostream* out) { *out << std::setprecision(17) << line.a << " x + " << line.b << " y = " << line.c; }
+void PrintTo(const Line& line, std::ostream* out) {
+  *out << std::setprecision(17) << line.a << " x + " << line.b << " y = " << line.c;
+}
 
 constexpr Line kNothing{kUnwritten, kUnwritten, kUnwritten};
 
