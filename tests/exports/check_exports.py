@@ -22,13 +22,12 @@ def listed_exports(text):
 
 def built_exports(nm, library):
     """The names that the library defines for others. The version node's own name is none."""
-    lines = subprocess.run([nm, "-D", "--defined-only", "-C", library], check=True, capture_output=True, text=True)
-    names = {}
-    for line in lines.stdout.splitlines():
-        kind, name = line.split(maxsplit=2)[1:]
-        if kind != "A":
-            names[re.sub(r"@@?VANTREL_\d+$", "", name)] = kind
-    return set(names)
+    lines = subprocess.run([nm, "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout
+    symbols = [line.split(maxsplit=2)[1:] for line in lines.splitlines()]
+    # Without their versions: not every nm demangles names that bear one.
+    names = [re.sub(r"@@?VANTREL_\d+$", "", name) for kind, name in symbols if kind != "A"]
+    plain = subprocess.run(["c++filt"], input="\n".join(names), check=True, capture_output=True, text=True).stdout
+    return set(plain.split("\n"))
 
 
 def declared_exports(headers):
