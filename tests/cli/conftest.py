@@ -3,11 +3,14 @@
 import json
 import os
 import subprocess
+import sys
 from pathlib import Path
 
 import pytest
 
 import scans
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))  # the library's Python binding
 
 TOOL = os.environ["VANTREL_TOOL"]
 

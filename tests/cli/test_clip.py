@@ -4,8 +4,8 @@ import numpy as np
 import pytest
 from PIL import Image
 
+import library
 import scans
-import vantrel_lib
 from geometry import block_centre, corners_of, lengths
 
 # The card at its own size.
@@ -63,7 +63,7 @@ def test_gray_scan_gives_the_gray_of_the_colour_result(tool, drawn, tmp_path):
 @pytest.mark.parametrize("gray", [False, True])
 def test_size_scan_is_what_the_library_returns(tool, drawn, tmp_path, gray):
     pixels = scans.gray_of(drawn[0]) if gray else drawn[0]
-    status, expected = vantrel_lib.call("clip", pixels)
+    status, expected = library.call("clip", pixels)
     assert status == 1
     tool("clip", scans.save(pixels, tmp_path / "s.png"), "-o", tmp_path / "c.png", "--size", "scan", ok=True)
     assert np.array_equal(scans.load(tmp_path / "c.png"), expected)
@@ -168,7 +168,7 @@ def test_analyse_with_size_scan_is_what_the_library_returns(tool, tmp_path, gray
     reduced = np.rint(pixels.reshape(440, 2, 700, 2, 3).mean(axis=(1, 3))).astype(np.uint8)
     if gray:
         pixels, reduced = scans.gray_of(pixels), scans.gray_of(reduced)
-    status, expected = vantrel_lib.call("clip", reduced, pixels, 2)
+    status, expected = library.call("clip", reduced, pixels, 2)
     assert status == 1
     path, small = scans.save(pixels, tmp_path / "s.png"), scans.save(reduced, tmp_path / "r.png")
     tool("clip", path, "-o", tmp_path / "c.png", "--scale", 2, "--analyse", small, "--size", "scan", ok=True)

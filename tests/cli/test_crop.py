@@ -4,8 +4,8 @@ import numpy as np
 import pytest
 from PIL import Image
 
+import library
 import scans
-import vantrel_lib
 
 pytestmark = pytest.mark.usefixtures("leftovers")
 
@@ -23,8 +23,8 @@ def test_crop_is_the_rectangle(tool, drawn, tmp_path, kind, rect):
         assert np.array_equal(np.asarray(image), expected)
         assert [round(value) for value in image.info["dpi"]] == [240, 240]
     assert report["rectangle"] == dict(zip(("left", "top", "right", "bottom"), rect))
-    status, of_library = vantrel_lib.call("crop", pixels, left, 439 - top, right, 439 - bottom)
-    assert status == 1 and np.array_equal(of_library, expected)
+    status, of_entry = library.call("crop", pixels, left, 439 - top, right, 439 - bottom)
+    assert status == 1 and np.array_equal(of_entry, expected)
 
 
 def test_crop_overlay(tool, scan, tmp_path):

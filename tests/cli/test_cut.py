@@ -4,8 +4,8 @@ import numpy as np
 import pytest
 from PIL import Image
 
+import library
 import scans
-import vantrel_lib
 from sample_scans import SAMPLES, TRUTH, box_of
 
 pytestmark = pytest.mark.usefixtures("leftovers")
@@ -16,7 +16,7 @@ def test_cut_is_what_the_library_returns(tool, tmp_path, name):
     path, truth = SAMPLES / "cut" / name, TRUTH[f"cut/{name}"]["rectangle"]
     report = tool("cut", path, "-o", tmp_path / "c.png", "--json", ok=True).json[0]
     pixels = scans.load(path)
-    status, expected = vantrel_lib.call("cut", pixels)
+    status, expected = library.call("cut", pixels)
     assert status == 1 == report["result"]
     assert np.array_equal(scans.load(tmp_path / "c.png"), expected)
     left, top, right, bottom = box_of(report["rectangle"])
@@ -30,7 +30,7 @@ def test_cut_from_a_larger_scan(tool, tmp_path):
     small, large = SAMPLES / "cut" / "colour.jpg", SAMPLES / "cut" / "colour-twin.jpg"
     arguments = (small, "--hi-res", large, "--scale", 2, "-o", tmp_path / "c.png", "--json")
     report = tool("cut", *arguments, ok=True).json[0]
-    status, expected = vantrel_lib.call("cut", scans.load(small), scans.load(large), 2)
+    status, expected = library.call("cut", scans.load(small), scans.load(large), 2)
     assert status == 1
     assert np.array_equal(scans.load(tmp_path / "c.png"), expected)
     left, top, right, bottom = box_of(report["rectangle"])

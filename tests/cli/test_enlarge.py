@@ -4,8 +4,8 @@ import numpy as np
 import pytest
 from PIL import Image
 
+import library
 import scans
-import vantrel_lib
 
 pytestmark = pytest.mark.usefixtures("leftovers")
 
@@ -18,7 +18,7 @@ def test_enlarge_is_what_the_library_returns(tool, drawn, tmp_path, method, gray
     pixels = scans.gray_of(pixels) if gray else np.ascontiguousarray(pixels)
     path = scans.save(pixels, tmp_path / "s.png", dpi=150)
     report = tool("enlarge", path, "-o", tmp_path / "e.png", "--method", method, "--json", ok=True).json[0]
-    status, expected = vantrel_lib.call(method, pixels)
+    status, expected = library.call(method, pixels)
     assert status == 1 == report["result"] and report["method"] == method
     assert np.array_equal(scans.load(tmp_path / "e.png"), expected)
     assert expected.shape[:2] == (160, 2 * width + 2 * (width % 2))

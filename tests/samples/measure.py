@@ -41,16 +41,17 @@ def corner_error(found, truth):
 def picture_error(result, face):
     """How far the clipped card is from its flat face, in levels on the mean, at a quarter of the size. Turned
     or mirrored it is above 20, shifted by eight pixels above 10."""
-    width, height = result.size
-    flat = Image.new("L", result.size, 255)
+    height, width = result.shape[:2]
+    flat = Image.new("L", (width, height), 255)
     flat.paste(card.draw_card(face).convert("L").resize((width - 2, height - 2), Image.Resampling.BOX), (0, 2))
-    pair = [np.asarray(picture.convert("L").reduce(4), dtype=float) for picture in (result, flat)]
+    pair = [np.asarray(picture.convert("L").reduce(4), dtype=float) for picture in (Image.fromarray(result), flat)]
     return float(np.abs(pair[0] - pair[1]).mean())
 
 
 def same(first, second):
     """Whether two pictures are equal to the bit."""
-    return first.mode == second.mode and first.size == second.size and first.tobytes() == second.tobytes()
+    first, second = np.asarray(first), np.asarray(second)
+    return first.dtype == second.dtype and np.array_equal(first, second)
 
 
 def measure_clip(library, path, truth):

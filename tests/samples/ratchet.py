@@ -16,8 +16,10 @@ import math
 import sys
 from pathlib import Path
 
-from library import Library
-from measure import SAMPLES, measure, truths
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
+
+from library import Library  # noqa: E402  (the folder is put on the path above)
+from measure import SAMPLES, measure, truths  # noqa: E402
 
 EXPECTED = Path(__file__).resolve().parent / "expected.json"
 

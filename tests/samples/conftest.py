@@ -1,0 +1,6 @@
+"""Puts the library's Python binding on the path."""
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "support"))
