@@ -15,26 +15,23 @@ void scan_sizes(benchmark::internal::Benchmark* benchmark) {
       ->Unit(benchmark::kMillisecond);
 }
 
-void draw(benchmark_scans::Scan& scan, const benchmark::State& state, int bit_count) {
-  benchmark_scans::draw_card(scan, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count,
-                             benchmark_scans::kDarkGlass);
+support::Image drawn(const benchmark::State& state, int bit_count) {
+  return benchmark_scans::card_scan(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count,
+                                    benchmark_scans::kDarkGlass);
 }
 
 template <int bit_count>
 void auto_clip(benchmark::State& state) {
-  benchmark_scans::Scan scan;
-  draw(scan, state, bit_count);
+  support::Image scan = drawn(state, bit_count);
   for (auto _ : state) {
-    BITMAPPTR out{};
-    if (AutoClipRedundantImg(scan.handle(), nullptr, &out, 1) != 1) state.SkipWithError("not clipped");
-    FreeCardImg(reinterpret_cast<void**>(&out.pInfo));
+    support::Image out;
+    if (AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1) != 1) state.SkipWithError("not clipped");
   }
-  state.SetBytesProcessed(state.iterations() * scan.bytes());
+  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
 }
 
 void find_corners(benchmark::State& state) {
-  benchmark_scans::Scan scan;
-  draw(scan, state, 8);
+  support::Image scan = drawn(state, 8);
   vantrel_corner_search found{};
   for (auto _ : state) {
     if (vantrel_find_corners(scan.ptr(), &found) != 1) state.SkipWithError("no corners");
@@ -42,13 +39,12 @@ void find_corners(benchmark::State& state) {
   int sides = 0;
   for (const vantrel_border& side : found.side) sides += side.found;
   state.counters["sides found"] = sides;
-  state.SetBytesProcessed(state.iterations() * scan.bytes());
+  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
 }
 
 template <int bit_count>
 void warp(benchmark::State& state) {
-  benchmark_scans::Scan scan;
-  draw(scan, state, bit_count);
+  support::Image scan = drawn(state, bit_count);
   const auto w = static_cast<float>(state.range(0));
   const auto h = static_cast<float>(state.range(1));
   float frame[8] = {1, 1, w - 2, 1, 1, h - 2, w - 2, h - 2};
@@ -56,11 +52,9 @@ void warp(benchmark::State& state) {
   double coeffs[8];
   double rect[4] = {1, 1, w - 2.0, h - 2.0};
   SolveMultiUnknownFunc(coeffs, frame, corners, 8);
-  BITMAPPTR out{};
-  if (!CreateImage(&out, static_cast<int>(w), static_cast<int>(h), bit_count, 0, 0)) state.SkipWithError("no memory");
-  for (auto _ : state) ConvertImg2(scan.ptr(), &out, coeffs, rect, bit_count);
-  FreeCardImg(reinterpret_cast<void**>(&out.pInfo));
-  state.SetBytesProcessed(state.iterations() * scan.bytes());
+  support::Image out(static_cast<int>(w), static_cast<int>(h), bit_count, 0xFF);
+  for (auto _ : state) ConvertImg2(scan.ptr(), out.ptr(), coeffs, rect, bit_count);
+  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ void scan_sizes(benchmark::internal::Benchmark* benchmark) {
 
 template <bool (*find)(BITMAPPTR*, MYRECT&), int bit_count>
 void find_card(benchmark::State& state) {
-  benchmark_scans::Scan scan;
-  benchmark_scans::draw_card(scan, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count);
+  support::Image scan =
+      benchmark_scans::card_scan(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count);
   MYRECT rect{};
   for (auto _ : state) {
     if (!find(scan.ptr(), rect)) state.SkipWithError("no rectangle");
@@ -23,7 +23,7 @@ void find_card(benchmark::State& state) {
   state.counters["top"] = rect.top;
   state.counters["right"] = rect.right;
   state.counters["bottom"] = rect.bottom;
-  state.SetBytesProcessed(state.iterations() * scan.bytes());
+  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
 }
 
 }  // namespace

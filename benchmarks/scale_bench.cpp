@@ -13,18 +13,17 @@ void scan_sizes(benchmark::internal::Benchmark* benchmark) {
 /** Bytes are those of the result. */
 template <int (*enlarge)(void**, BITMAPPTR*)>
 void enlarge_card(benchmark::State& state) {
-  benchmark_scans::Scan scan;
-  benchmark_scans::draw_card(scan, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)),
-                             static_cast<int>(state.range(2)));
+  support::Image scan = benchmark_scans::card_scan(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)),
+                                                   static_cast<int>(state.range(2)));
   std::int64_t bytes = 0;
   for (auto _ : state) {
-    benchmark_scans::Scan result;
+    support::Image result;
     if (enlarge(scan.handle(), result.ptr()) != 1) {
       state.SkipWithError("not enlarged");
       break;
     }
     benchmark::DoNotOptimize(result.ptr()->pBits);
-    bytes = result.bytes();
+    bytes = result.header().biSizeImage;
   }
   state.SetBytesProcessed(state.iterations() * bytes);
 }

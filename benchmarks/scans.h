@@ -5,35 +5,10 @@
 #ifndef VANTREL_BENCHMARKS_SCANS_H
 #define VANTREL_BENCHMARKS_SCANS_H
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <random>
-
-#include "image/bitmap.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace benchmark_scans {
-
-/** An image from the library, released at the end of its scope. */
-class Scan {
- public:
-  Scan() = default;
-  Scan(const Scan&) = delete;
-  Scan& operator=(const Scan&) = delete;
-  ~Scan() { std::free(record_.pInfo); }
-
-  BITMAPPTR* ptr() { return &record_; }
-  void** handle() {
-    block_ = record_.pInfo;
-    return &block_;
-  }
-  std::int64_t bytes() const { return record_.pInfo->biSizeImage; }
-
- private:
-  BITMAPPTR record_{};
-  void* block_ = nullptr;
-};
 
 /** The background's level, how gently the card's borders rise (by 1 in `run`), and where the card ends above. */
 struct Ground {
@@ -46,15 +21,13 @@ inline constexpr Ground kFlatGround{120, 57, 8};
 inline constexpr Ground kDarkGlass{46, 1 << 14, 9};
 
 /**
- * Draws a card that covers the image but for a tenth below, a sixteenth at the sides and what the ground leaves above,
+ * A card that covers the image but for a tenth below, a sixteenth at the sides and what the ground leaves above,
  * with lines of print in its middle. 8 or 24 bits, 300 dots per inch.
  */
-inline void draw_card(Scan& scan, int width, int height, int bit_count, const Ground& ground = kFlatGround) {
-  if (!CreateImage(scan.ptr(), width, height, bit_count, 11811, 11811)) std::abort();
-  std::mt19937 random(20);
-  unsigned char* bits = scan.ptr()->pBits;
+inline support::Image card_scan(int width, int height, int bit_count, const Ground& ground = kFlatGround) {
+  support::Image scan(width, height, bit_count);
+  support::Random random(20);
   const int channels = bit_count / 8;
-  const auto stride = static_cast<std::ptrdiff_t>(scan.bytes() / height);
   const int border = height / 10;
   const int side = width / 16;
   for (int y = 0; y < height; ++y) {
@@ -66,10 +39,11 @@ inline void draw_card(Scan& scan, int width, int height, int bit_count, const Gr
       const bool ink = text && (u / 3 * 7 + v / 4 * 5) % 11 < 4;
       for (int c = 0; c < channels; ++c) {
         const int level = !card ? ground.level + 10 * c : ink ? 40 + 25 * c : 235 - 5 * c;
-        bits[y * stride + x * channels + c] = static_cast<unsigned char>(level + static_cast<int>(random() % 7) - 3);
+        scan.at(y, x * channels + c) = static_cast<unsigned char>(level + random.pick(-3, 3));
       }
     }
   }
+  return scan;
 }
 
 }  // namespace benchmark_scans

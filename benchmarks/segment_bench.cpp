@@ -2,61 +2,44 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <random>
 #include <vector>
 
-#include "image/bitmap.h"
 #include "segment/reduce.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
+
+using support::Image;
+using support::Random;
 
 /** A4 at 300 dots per inch. */
 constexpr int kWidth = 2480;
 constexpr int kHeight = 3508;
-constexpr int kResolution = 11811;
 constexpr int kFactor = 3;
 
-/** An image that owns its block. */
-class Scan {
- public:
-  explicit Scan(int bit_count) {
-    created_ = CreateImage(&image_, kWidth, kHeight, bit_count, kResolution, kResolution);
-  }
-  Scan(const Scan&) = delete;
-  Scan& operator=(const Scan&) = delete;
-  ~Scan() { std::free(image_.pInfo); }
-
-  bool created() const { return created_; }
-  BITMAPPTR* get() { return &image_; }
-  std::size_t bytes() const { return image_.pInfo->biSizeImage; }
-
- private:
-  BITMAPPTR image_{};
-  bool created_;
-};
-
 /** Fills columns [left, right) of rows [bottom, top) with noise that is mostly dark. */
-void draw_block(BITMAPPTR& image, int left, int right, int bottom, int top, std::mt19937& random) {
-  const int bits = image.pInfo->biBitCount;
-  const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(image.pInfo->biSizeImage / kHeight);
+void draw_block(Image& sheet, int left, int right, int bottom, int top, Random& random) {
+  const int bits = sheet.header().biBitCount;
   for (int r = bottom; r < top; ++r) {
-    unsigned char* row = image.pBits + r * stride;
-    for (int i = left * bits / 8; i < right * bits / 8; ++i) row[i] = static_cast<unsigned char>(random() % 160);
+    for (int i = left * bits / 8; i < right * bits / 8; ++i)
+      sheet.at(r, i) = static_cast<unsigned char>(random.pick(0, 159));
   }
 }
 
 /** Eight cards in two columns, each two blocks of text on white. */
-void draw_sheet(BITMAPPTR& image) {
-  std::mt19937 random(1);
+Image sheet_of_cards(int bit_count) {
+  Image sheet(kWidth, kHeight, bit_count, 0xFF);
+  Random random(1);
   for (int column = 0; column < 2; ++column) {
     for (int row = 0; row < 4; ++row) {
       const int left = 100 + column * (kWidth / 2);
       const int bottom = 120 + row * 850;
-      draw_block(image, left, left + 900, bottom, bottom + 200, random);
-      draw_block(image, left + 40, left + 700, bottom + 300, bottom + 520, random);
+      draw_block(sheet, left, left + 900, bottom, bottom + 200, random);
+      draw_block(sheet, left + 40, left + 700, bottom + 300, bottom + 520, random);
     }
   }
+  return sheet;
 }
 
 /** Times are told for each pixel of the scan, also where only some of them are read. */
@@ -67,14 +50,11 @@ void count_pixels(benchmark::State& state) {
 using Reduction = bool (*)(BITMAPPTR*, BITMAPPTR*, int);
 
 void reduce(benchmark::State& state, Reduction reduction, int bit_count) {
-  Scan scan(bit_count);
-  if (!scan.created()) return state.SkipWithError("no memory");
-  draw_sheet(*scan.get());
+  Image scan = sheet_of_cards(bit_count);
   for (auto _ : state) {
-    BITMAPPTR reduced{};
-    benchmark::DoNotOptimize(reduction(scan.get(), &reduced, kFactor));
-    benchmark::DoNotOptimize(reduced.pBits);
-    std::free(reduced.pInfo);
+    Image reduced;
+    benchmark::DoNotOptimize(reduction(scan.ptr(), reduced.ptr(), kFactor));
+    benchmark::DoNotOptimize(reduced.ptr()->pBits);
   }
   count_pixels(state);
 }
@@ -83,15 +63,13 @@ BENCHMARK_CAPTURE(reduce, gray, Gray2ScaledGray, 8)->Unit(benchmark::kMicrosecon
 BENCHMARK_CAPTURE(reduce, bilevel, Bin2ScaledGray, 1)->Unit(benchmark::kMicrosecond);
 
 void binarise(benchmark::State& state) {
-  Scan scan(8);
-  if (!scan.created()) return state.SkipWithError("no memory");
-  draw_sheet(*scan.get());
-  const std::vector<unsigned char> gray(scan.get()->pBits, scan.get()->pBits + scan.bytes());
+  Image scan = sheet_of_cards(8);
+  const std::vector<unsigned char> gray = scan.pixels();
   for (auto _ : state) {
     state.PauseTiming();
-    std::copy(gray.begin(), gray.end(), scan.get()->pBits);
+    std::copy(gray.begin(), gray.end(), scan.ptr()->pBits);
     state.ResumeTiming();
-    benchmark::DoNotOptimize(Moving_Average(scan.get()->pBits, kWidth, kHeight, kWidth));
+    benchmark::DoNotOptimize(Moving_Average(scan.ptr()->pBits, kWidth, kHeight, kWidth));
     benchmark::ClobberMemory();
   }
   count_pixels(state);
@@ -99,11 +77,9 @@ void binarise(benchmark::State& state) {
 BENCHMARK(binarise)->Unit(benchmark::kMillisecond);
 
 void segment_sheet(benchmark::State& state, int bit_count) {
-  Scan scan(bit_count);
-  if (!scan.created()) return state.SkipWithError("no memory");
-  draw_sheet(*scan.get());
+  Image scan = sheet_of_cards(bit_count);
   RectRegions regions{};
-  for (auto _ : state) benchmark::DoNotOptimize(CardSeg(scan.get(), regions));
+  for (auto _ : state) benchmark::DoNotOptimize(CardSeg(scan.ptr(), regions));
   if (regions.firstCount + regions.secondCount != 8) state.SkipWithError("the eight cards were not found");
   count_pixels(state);
 }
@@ -112,12 +88,10 @@ BENCHMARK_CAPTURE(segment_sheet, gray, 8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(segment_sheet, bilevel, 1)->Unit(benchmark::kMillisecond);
 
 void clip(benchmark::State& state) {
-  Scan scan(8);
-  if (!scan.created()) return state.SkipWithError("no memory");
-  draw_sheet(*scan.get());
+  Image scan = sheet_of_cards(8);
   int first = 0;
   int second = 0;
-  for (auto _ : state) benchmark::DoNotOptimize(ClipImg(scan.get(), first, second));
+  for (auto _ : state) benchmark::DoNotOptimize(ClipImg(scan.ptr(), first, second));
   count_pixels(state);
 }
 BENCHMARK(clip)->Unit(benchmark::kMillisecond);

@@ -3,36 +3,35 @@
 
 #include <thread>
 
-#include "cards.h"
+#include "support/scans.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
-using testing_images::Corners;
-using testing_images::Image;
-using testing_images::Result;
-using testing_images::scan_of;
-using testing_images::turned_card;
+using support::Corners;
+using support::Image;
+using support::scan_of;
+using support::turned_card;
 
-int clip(Image& analyse, Image& cut, Result& out, int scale) {
+int clip(Image& analyse, Image& cut, Image& out, int scale) {
   return AutoClipRedundantImg(analyse.handle(), cut.handle(), out.ptr(), scale);
 }
-int clip(Image& image, Result& out) { return AutoClipRedundantImg(image.handle(), nullptr, out.ptr(), 1); }
+int clip(Image& image, Image& out) { return AutoClipRedundantImg(image.handle(), nullptr, out.ptr(), 1); }
 
 /** The block of a result, as bytes. */
-Bytes block_of(Result& image, std::size_t size) {
+Bytes block_of(Image& image, std::size_t size) {
   const auto* start = reinterpret_cast<const unsigned char*>(image.ptr()->pInfo);
   return {start, start + size};
 }
 
-void expect_copy(Result& out, Image& original) {
+void expect_copy(Image& out, Image& original) {
   ASSERT_FALSE(out.empty());
   EXPECT_EQ(block_of(out, original.block().size()), original.block());
   EXPECT_NE(static_cast<void*>(out.ptr()->pInfo), static_cast<void*>(original.ptr()->pInfo));
 }
 
 /** That the output's frame is white and its quarters are the card's, upright. */
-void expect_upright_card(Result& out) {
+void expect_upright_card(Image& out) {
   const int width = out.header().biWidth, height = out.header().biHeight, bytes = out.header().biBitCount / 8;
   for (int r = 0; r < height; ++r) {
     for (int c = 0; c < width; ++c) {
@@ -46,7 +45,7 @@ void expect_upright_card(Result& out) {
     for (int r = low; r < low + height / 4; r += 3) {
       for (int c = left; c < left + width / 4; c += 3) {
         for (int b = 0; b < bytes; ++b) {
-          ASSERT_EQ(out.at(r, c * bytes + b), testing_images::kQuarters[quarter]) << "quarter " << quarter;
+          ASSERT_EQ(out.at(r, c * bytes + b), support::kQuarters[quarter]) << "quarter " << quarter;
         }
       }
     }
@@ -66,7 +65,7 @@ TEST(AutoClip, BringsATurnedCardUprightIntoTheWholeFrame) {
   for (const int bit_count : {8, 24}) {
     for (const double degrees : {-5.0, -2.0, 0.0, 1.0, 4.0}) {
       Image scan = scan_of(turned_card(400, 300, 680, 480, degrees), 800, 600, bit_count);
-      Result out;
+      Image out;
       ASSERT_EQ(clip(scan, out), 1) << degrees;
       SCOPED_TRACE(degrees);
       EXPECT_EQ(out.header().biWidth, 800);
@@ -79,7 +78,7 @@ TEST(AutoClip, BringsATurnedCardUprightIntoTheWholeFrame) {
 
 TEST(AutoClip, StraightensPerspective) {
   Image scan = scan_of({60, 40, 745, 60, 40, 560, 765, 550}, 800, 600);
-  Result out;
+  Image out;
   ASSERT_EQ(clip(scan, out), 1);
   expect_upright_card(out);
 }
@@ -91,7 +90,7 @@ TEST(AutoClip, GivesTheOutputTheSizeAndResolutionOfTheCut) {
     small.header().biXPelsPerMeter = 1000;
     large.header().biXPelsPerMeter = 2000;
     large.header().biYPelsPerMeter = 3000;
-    Result out;
+    Image out;
     ASSERT_EQ(clip(small, large, out, 2), 1);
     EXPECT_EQ(out.header().biWidth, 803);
     EXPECT_EQ(out.header().biHeight, 601);
@@ -107,7 +106,7 @@ TEST(AutoClip, DoesNotReadTheSecondImageAtScaleOne) {
   Image other(7, 5, 24, 9);
   other.header().biClrUsed = 77;
   const Bytes before = other.block();
-  Result alone, beside, beside_null;
+  Image alone, beside, beside_null;
   ASSERT_EQ(clip(scan, alone), 1);
   ASSERT_EQ(clip(scan, other, beside, 1), 1);
   EXPECT_EQ(other.block(), before);
@@ -119,7 +118,7 @@ TEST(AutoClip, DoesNotReadTheSecondImageAtScaleOne) {
 
 TEST(AutoClip, KeepsTheTwoRightmostColumnsAndTopRowsWhite) {
   Image scan = scan_of(turned_card(200, 150, 340, 240, 0), 401, 300);  // three bytes of padding
-  Result out;
+  Image out;
   ASSERT_EQ(clip(scan, out), 1);
   int not_white = 0;
   for (int r = 0; r < 300; ++r) {
@@ -142,7 +141,7 @@ TEST(AutoClip, WarpsTheFrameWhenNoSideHasALine) {
   }
   page.at(150, 2) = 255;
   page.at(151, 2) = 255;
-  Result out;
+  Image out;
   ASSERT_EQ(clip(page, out), 1);
   for (int r = 10; r < 280; r += 7) {
     for (int c = 10; c < 380; c += 7) EXPECT_NEAR(out.at(r, c), page.at(r, c), 2);
@@ -154,7 +153,7 @@ TEST(AutoClip, LeavesTheCallersPixelsAlone) {
     Image scan =
         bit_count == 1 ? Image(400, 300, 1, 0x5A) : scan_of(turned_card(200, 150, 340, 240, 2), 400, 300, bit_count);
     const Bytes before = scan.block();
-    Result out;
+    Image out;
     EXPECT_GE(clip(scan, out), 0);
     EXPECT_EQ(scan.block(), before);
   }
@@ -164,11 +163,11 @@ TEST(AutoClip, CopiesTheImageToCutOfABilevelAnalysis) {
   Image bilevel(40, 30, 1, 0x5A);
   for (const int bit_count : {1, 8, 24, 4, 32}) {
     Image cut(80, 60, bit_count, 0x33);
-    Result out;
+    Image out;
     EXPECT_EQ(clip(bilevel, cut, out, 2), 0) << bit_count;
     expect_copy(out, cut);
   }
-  Result alone;
+  Image alone;
   EXPECT_EQ(clip(bilevel, alone), 0);
   expect_copy(alone, bilevel);
 }
@@ -176,7 +175,7 @@ TEST(AutoClip, CopiesTheImageToCutOfABilevelAnalysis) {
 TEST(AutoClip, CopiesTheImageToAnalyseOfABlankPage) {
   for (const int bit_count : {8, 24}) {
     Image blank(40, 30, bit_count, 60), large(80, 60, bit_count, 70);
-    Result alone, scaled;
+    Image alone, scaled;
     EXPECT_EQ(clip(blank, alone), 0);
     expect_copy(alone, blank);
     EXPECT_EQ(clip(blank, large, scaled, 2), 0);
@@ -239,7 +238,7 @@ TEST(AutoClip, RefusesDifferingDepthsWhereTheOutputWouldBeMade) {
   EXPECT_TRUE(refused(gray, four_bits));
   // a page without corners is copied before the depths are compared
   Image blank(40, 30, 8, 60);
-  Result out;
+  Image out;
   EXPECT_EQ(clip(blank, colour, out, 2), 0);
   expect_copy(out, blank);
 }
@@ -249,7 +248,7 @@ TEST(AutoClip, AdoptsBothImages) {
   Image large = scan_of(turned_card(400, 300, 680, 480, 2), 800, 600);
   small.header().biClrUsed = 0;
   large.header().biClrUsed = 3;
-  Result out;
+  Image out;
   EXPECT_EQ(clip(small, large, out, 2), 1);
   EXPECT_EQ(small.header().biClrUsed, 256u);
   EXPECT_EQ(large.header().biClrUsed, 256u);
@@ -262,7 +261,7 @@ TEST(AutoClip, IsSafeForAnyScale) {
     Image analyse = scan_of(turned_card(200, 150, 340, 240, 2), 400, 300, bit_count);
     Image cut = scan_of(turned_card(200, 150, 340, 240, 2), 400, 300, bit_count);
     for (const int scale : {0, -1, -2, 3, 1000, 2147483647, -2147483647 - 1}) {
-      Result out;
+      Image out;
       EXPECT_EQ(clip(analyse, cut, out, scale), 1) << scale;
       EXPECT_EQ(out.header().biWidth, 400);
     }
@@ -275,7 +274,7 @@ TEST(AutoClip, IsSafeForAnImageToCutOfAnySize) {
     for (const int width : {0, 1, 2, 3, 4, 5, 9}) {
       for (const int height : {0, 1, 2, 3, 4, 9}) {
         Image cut(width, height, bit_count, 40);
-        Result out;
+        Image out;
         EXPECT_EQ(clip(analyse, cut, out, 2), 1) << width << " x " << height;
         EXPECT_EQ(out.header().biWidth, width);
         EXPECT_EQ(out.header().biHeight, height);
@@ -288,7 +287,7 @@ TEST(AutoClip, CopiesImagesWithoutPixels) {
   for (const int bit_count : {1, 8, 24}) {
     for (const auto& [width, height] : {std::pair{0, 0}, std::pair{0, 5}, std::pair{5, 0}, std::pair{1, 1}}) {
       Image image(width, height, bit_count, 0);
-      Result out;
+      Image out;
       EXPECT_EQ(clip(image, out), 0);
       expect_copy(out, image);
     }
@@ -311,7 +310,7 @@ TEST(AutoClip, FailsForNegativeSizes) {
 TEST(AutoClip, CopiesGrayScansWithASideAbove32767) {
   Image long_scan(32768, 8, 8, 0);
   long_scan.at(3, 3) = 255;
-  Result out;
+  Image out;
   EXPECT_EQ(clip(long_scan, out), 0);
   expect_copy(out, long_scan);
 }
@@ -319,7 +318,7 @@ TEST(AutoClip, CopiesGrayScansWithASideAbove32767) {
 TEST(AutoClip, GivesTheSameResultOnManyThreads) {
   const Corners card = turned_card(400, 300, 680, 480, 3);
   Image scan = scan_of(card, 800, 600, 24);
-  Result alone;
+  Image alone;
   ASSERT_EQ(clip(scan, alone), 1);
   const Bytes expected = alone.pixels();
   constexpr std::size_t kThreads = 6, kRounds = 2;
@@ -329,7 +328,7 @@ TEST(AutoClip, GivesTheSameResultOnManyThreads) {
     threads.emplace_back([&scan, &mine = results[t]] {
       for (std::size_t round = 0; round < kRounds; ++round) {
         Image copy = scan;
-        Result out;
+        Image out;
         if (clip(copy, out) == 1) mine.push_back(out.pixels());
       }
     });
@@ -346,7 +345,7 @@ TEST(AutoClip, FailsOnScansWhoseFrameSinglePrecisionCannotTellFromTheirSize) {
   speck.at(5, 5) = 255;
   // 2^25 and 2^25 + 1 are the same single-precision number.
   Image wide((1 << 25) + 2, 1, 8, 0);
-  Result out;
+  Image out;
   EXPECT_EQ(AutoClipRedundantImg(speck.handle(), wide.handle(), out.ptr(), 2), -1);
   EXPECT_TRUE(out.empty());
 }

@@ -5,14 +5,14 @@
 
 #include <array>
 
-#include "cards.h"
+#include "support/scans.h"
 
 namespace {
 
-using testing_images::Corners;
-using testing_images::Image;
-using testing_images::scan_of;
-using testing_images::turned_card;
+using support::Corners;
+using support::Image;
+using support::scan_of;
+using support::turned_card;
 
 struct Found {
   int accepted;

@@ -9,7 +9,7 @@
 #include <limits>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 

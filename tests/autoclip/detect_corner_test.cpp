@@ -3,13 +3,13 @@
 
 #include <array>
 
-#include "cards.h"
+#include "support/scans.h"
 
 namespace {
 
-using testing_images::Corners;
-using testing_images::Image;
-using testing_images::scan_of;
+using support::Corners;
+using support::Image;
+using support::scan_of;
 
 /**
  * Inside a frame of 20 rows and 20 columns of 500 x 300. The left border leans to the right going up and the right

@@ -7,14 +7,14 @@
 #include <cmath>
 #include <limits>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 using Coefficients = std::array<double, 8>;
 using Rect = std::array<double, 4>;
-using testing_images::Image;
+using support::Image;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr Coefficients kIdentity{1, 0, 0, 0, 1, 0, 0, 0};

@@ -4,16 +4,13 @@
 #include <utility>
 
 #include "cardcut/card_cut.h"
-#include "cardcut/scenes.h"
+#include "support/drawing.h"
 
 namespace {
 
-using scenes::Bounds;
-using scenes::bounds_of;
-using scenes::disk;
-using scenes::paint;
-using scenes::soft_slab;
-using testing_images::Image;
+using support::Bounds;
+using support::bounds_of;
+using support::Image;
 
 constexpr int kGround = 50;
 constexpr int kCard = 200;
@@ -79,45 +76,45 @@ TEST(CutCard24, ClampsTheDefaultBottomOfLowImages) {
 
 TEST(CutCard24, ClampsALowerBorderAboveAFifthOfTheHeight) {
   Image below(150, 400, 24, kGround);
-  paint(below, 0, 150, 81, 200, kCard);
+  fill(below, 0, 150, 81, 200, kCard);
   EXPECT_EQ(cut(below)[3], 80);
   Image above(150, 400, 24, kGround);
-  paint(above, 0, 150, 82, 200, kCard);
+  fill(above, 0, 150, 82, 200, kCard);
   EXPECT_EQ(cut(above)[3], 66);
 }
 
 TEST(CutCard24, LooksForTheLowerBorderFromRowFifty) {
   Image image(150, 400, 24, kGround);
-  paint(image, 0, 150, 48, 200, kCard);
+  fill(image, 0, 150, 48, 200, kCard);
   EXPECT_EQ(cut(image), (Bounds{10, 370, 140, 50}));
   Image inside(150, 400, 24, kGround);
-  paint(inside, 0, 150, 60, 200, kCard);
+  fill(inside, 0, 150, 60, 200, kCard);
   EXPECT_EQ(cut(inside), (Bounds{10, 370, 140, 58}));
 }
 
 TEST(CutCard24, TakesTheCentreRowOfALoneLine) {
   Image left(150, 400, 24, kGround);
-  paint(left, 0, 50, 60, 200, kCard);
+  fill(left, 0, 50, 60, 200, kCard);
   EXPECT_EQ(cut(left)[3], 55);
   Image right(150, 400, 24, kGround);
-  paint(right, 100, 150, 60, 200, kCard);
+  fill(right, 100, 150, 60, 200, kCard);
   EXPECT_EQ(cut(right)[3], 55);
 }
 
 TEST(CutCard24, AveragesTheCentreRowsOfLinesFarApart) {
   Image image(150, 480, 24, kGround);
-  paint(image, 0, 50, 54, 300, kCard);
-  paint(image, 100, 150, 94, 300, kCard);
+  fill(image, 0, 50, 54, 300, kCard);
+  fill(image, 100, 150, 94, 300, kCard);
   EXPECT_EQ(cut(image)[3], 69);
 }
 
 TEST(CutCard24, CountsDistancesFromTwentyOne) {
   // A change of all three channels by 12 is a distance of 20, of 12, 12 and 13 one of 21.
   Image weak(150, 400, 24, kGround);
-  paint(weak, 0, 150, 60, 200, kGround + 12);
+  fill(weak, 0, 150, 60, 200, kGround + 12);
   EXPECT_EQ(cut(weak)[3], 50);
   Image enough(150, 400, 24, kGround);
-  paint(enough, 0, 150, 60, 200, kGround + 12);
+  fill(enough, 0, 150, 60, 200, kGround + 12);
   for (int y = 60; y < 200; ++y) {
     for (int x = 0; x < 150; ++x) enough.at(y, 3 * x + 2) = kGround + 13;
   }
@@ -145,19 +142,19 @@ TEST(CutCard24, ReadsTheRightThirdAlignedOnlyForWidthsDivisibleByThree) {
 
 TEST(CutCard24, ReadsTheMiddleThirdANinthOfTheWidthToTheLeft) {
   Image centred(180, 400, 24, kGround);
-  paint(centred, 60, 121, 60, 200, kCard);
+  fill(centred, 60, 121, 60, 200, kCard);
   EXPECT_EQ(cut(centred)[3], 50) << "only 40 of its 60 columns vote";
   Image left(180, 400, 24, kGround);
-  paint(left, 40, 101, 60, 200, kCard);
+  fill(left, 40, 101, 60, 200, kCard);
   EXPECT_EQ(cut(left)[3], 58);
 }
 
 TEST(CutCard24, AcceptsAMiddleLineOverAFifthOfTheWidth) {
   Image image(180, 400, 24, kGround);
-  paint(image, 35, 97, 60, 200, kCard);
+  fill(image, 35, 97, 60, 200, kCard);
   EXPECT_EQ(cut(image)[3], 58) << "37 columns from 60 on";
   Image short_line(180, 400, 24, kGround);
-  paint(short_line, 35, 96, 60, 200, kCard);
+  fill(short_line, 35, 96, 60, 200, kCard);
   EXPECT_EQ(cut(short_line)[3], 50) << "36 columns from 60 on";
 }
 
@@ -183,17 +180,17 @@ TEST(CutCard24, ReadsTheUpperBandAlignedOnlyForSomeWidths) {
 
 TEST(CutCard24, LooksForTheUpperBorderFromEighteenTwentieths) {
   Image image(150, 400, 24, kGround);
-  paint(image, 0, 150, 362, 400, kCard);
+  fill(image, 0, 150, 362, 400, kCard);
   EXPECT_EQ(cut(image)[1], 360);
   Image above(150, 400, 24, kGround);
-  paint(above, 0, 150, 363, 400, kCard);
+  fill(above, 0, 150, 363, 400, kCard);
   EXPECT_EQ(cut(above)[1], 370);
 }
 
 /** An upper border at row 320 under four bars that change one channel by `contrast`. */
 Image printed(int contrast) {
   Image image(240, 400, 24, kGround);
-  paint(image, 0, 240, 320, 400, kCard);
+  fill(image, 0, 240, 320, 400, kCard);
   for (int i = 0; i < 4; ++i) {
     for (int y = 340; y < 400; ++y) image.at(y, 3 * (40 + 10 * i) + 1) = static_cast<unsigned char>(kCard - contrast);
   }
@@ -228,8 +225,8 @@ TEST(CutCard24, TakesTheOutermostOfSeveralCorners) {
   soft_slab(image, 43, 65, 60, 100, kGround, kCard);
   soft_slab(image, 337, 359, 60, 100, kGround, kCard);
   EXPECT_EQ(cut(image), (Bounds{21, 370, 380, 50}));
-  paint(image, 20, 42, 60, 100, kGround);
-  paint(image, 360, 382, 60, 100, kGround);
+  fill(image, 20, 42, 60, 100, kGround);
+  fill(image, 360, 382, 60, 100, kGround);
   EXPECT_EQ(cut(image), (Bounds{10, 370, 390, 50}));
 }
 
@@ -237,7 +234,7 @@ TEST(CutCard24, MeasuresCornersBeyondThirtyTwoBits) {
   // Falling stripes all over the right corner's windows: both gradients are extreme and equal, which is no corner.
   Image image(300, 400, 24, 128);
   for (int y = 40; y < 80; ++y) {
-    for (int x = 255; x < 300; ++x) paint(image, x, x + 1, y, y + 1, (x + 400 - y) % 8 < 4 ? 0 : 250);
+    for (int x = 255; x < 300; ++x) fill(image, x, x + 1, y, y + 1, (x + 400 - y) % 8 < 4 ? 0 : 250);
   }
   EXPECT_EQ(cut(image)[2], 290);
 }
@@ -247,7 +244,7 @@ TEST(CutCard24, LooksForCornersFromRowSeventeenOn) {
   Image image(5400, 800, 24, kGround);
   for (int x = 400; x < 1820; ++x) {
     const int border = 14 + (x - 10) * 175 / 2000;
-    paint(image, x, x + 1, border, 780, kCard);
+    fill(image, x, x + 1, border, 780, kCard);
   }
   EXPECT_EQ(cut(image)[0], 10);
   soft_slab(image, 20, 42, 17, 60, kGround, kCard);

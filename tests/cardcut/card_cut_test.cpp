@@ -3,16 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "cardcut/scenes.h"
+#include "support/drawing.h"
 
 namespace {
 
-using scenes::Bounds;
-using scenes::bounds_of;
-using scenes::ladder;
-using scenes::paint;
-using scenes::soft_slab;
-using testing_images::Image;
+using support::Bounds;
+using support::bounds_of;
+using support::Image;
 
 constexpr int kGround = 50;
 constexpr int kCard = 200;
@@ -62,7 +59,7 @@ TEST(CutCard, TakesImagesTooSmallForTheBands) {
   for (int width = 1; width <= 12; ++width) {
     for (int height = 1; height <= 20; ++height) {
       Image image(width, height, 8, 255);
-      paint(image, 0, width, height / 2, height, 0);
+      fill(image, 0, width, height / 2, height, 0);
       const Bounds bounds = cut(image);
       EXPECT_EQ(bounds[0], 0);
       EXPECT_EQ(bounds[2], width - 1);
@@ -89,19 +86,19 @@ TEST(CutCard, FindsATiltedCardWithItsCorners) {
 
 TEST(CutCard, AveragesTheRowsAtTheQuarterColumns) {
   Image image(120, 150, 8, kGround);
-  paint(image, 0, 120, 30, 150, kCard);
+  fill(image, 0, 120, 30, 150, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 149, 119, 28}));
 }
 
 TEST(CutCard, TakesTheCentreRowOfALoneLeftLine) {
   Image image(120, 150, 8, kGround);
-  paint(image, 0, 40, 20, 60, kCard);
+  fill(image, 0, 40, 20, 60, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 149, 119, 16}));
 }
 
 TEST(CutCard, TakesTheCentreRowOfALoneRightLine) {
   Image image(120, 150, 8, kGround);
-  paint(image, 80, 120, 20, 60, kCard);
+  fill(image, 80, 120, 20, 60, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 149, 119, 16}));
 }
 
@@ -124,14 +121,14 @@ TEST(CutCard, LooksForCornersOnlyAlongLinesThatAgree) {
 
 TEST(CutCard, TakesTheCentreRowOfALoneMiddleLine) {
   Image image(120, 150, 8, kGround);
-  paint(image, 40, 80, 20, 60, kCard);
+  fill(image, 40, 80, 20, 60, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 149, 119, 18}));
 }
 
 TEST(CutCard, WantsMoreChangeAcrossRowsThanColumnsInTheMiddle) {
   Image image(120, 150, 8, kGround);
-  paint(image, 40, 80, 20, 60, kCard);
-  for (int x = 40; x < 80; x += 4) paint(image, x, x + 2, 0, 60, 255);
+  fill(image, 40, 80, 20, 60, kCard);
+  for (int x = 40; x < 80; x += 4) fill(image, x, x + 2, 0, 60, 255);
   EXPECT_EQ(cut(image), (Bounds{0, 149, 119, 0}));
 }
 
@@ -152,36 +149,36 @@ TEST(CutCard, CarriesTheRightCheckCountIntoTheMiddleCheck) {
 
 TEST(CutCard, CountsDifferencesFromElevenLevels) {
   Image weak(120, 150, 8, kGround);
-  paint(weak, 0, 120, 30, 60, kGround + 10);
+  fill(weak, 0, 120, 30, 60, kGround + 10);
   EXPECT_EQ(cut(weak), (Bounds{0, 149, 119, 0}));
   Image enough(120, 150, 8, kGround);
-  paint(enough, 0, 120, 30, 60, kGround + 11);
+  fill(enough, 0, 120, 30, 60, kGround + 11);
   EXPECT_EQ(cut(enough), (Bounds{0, 149, 119, 28}));
 }
 
 TEST(CutCard, TakesTheLowestLowerAndTheHighestUpperBorder) {
   Image image(120, 200, 8, kGround);
-  paint(image, 0, 120, 20, 21, kCard);
-  paint(image, 0, 120, 50, 51, kCard);
-  paint(image, 0, 120, 153, 154, kCard);
-  paint(image, 0, 120, 166, 167, kCard);
+  fill(image, 0, 120, 20, 21, kCard);
+  fill(image, 0, 120, 50, 51, kCard);
+  fill(image, 0, 120, 153, 154, kCard);
+  fill(image, 0, 120, 166, 167, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 168, 119, 18}));
 }
 
 TEST(CutCard, LooksForTheUpperBorderBelowSeventeenTwentieths) {
   Image image(120, 200, 8, kGround);
-  paint(image, 0, 120, 174, 200, kCard);
+  fill(image, 0, 120, 174, 200, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 199, 119, 0}));
   Image inside(120, 200, 8, kGround);
-  paint(inside, 0, 120, 172, 200, kCard);
+  fill(inside, 0, 120, 172, 200, kCard);
   EXPECT_EQ(cut(inside), (Bounds{0, 170, 119, 0}));
 }
 
 /** An upper border at row 158 under a row of `bars` bars that differ by `contrast` from the ground. */
 Image printed(int bars, int contrast) {
   Image image(240, 200, 8, kGround);
-  paint(image, 0, 240, 158, 200, kCard);
-  for (int i = 0; i < bars; ++i) paint(image, 40 + 10 * i, 41 + 10 * i, 166, 200, kCard - contrast);
+  fill(image, 0, 240, 158, 200, kCard);
+  for (int i = 0; i < bars; ++i) fill(image, 40 + 10 * i, 41 + 10 * i, 166, 200, kCard - contrast);
   return image;
 }
 
@@ -191,7 +188,7 @@ TEST(CutCard, StopsTheUpperScanAtRowsOfPrint) {
   Image three = printed(3, 30);
   EXPECT_EQ(cut(three), (Bounds{0, 159, 239, 0}));
   Image seven = printed(3, 30);
-  paint(seven, 29, 30, 166, 200, kCard - 30);
+  fill(seven, 29, 30, 166, 200, kCard - 30);
   EXPECT_EQ(cut(seven), (Bounds{0, 159, 239, 0}));
   Image faint = printed(4, 29);
   EXPECT_EQ(cut(faint), (Bounds{0, 159, 239, 0}));
@@ -199,9 +196,9 @@ TEST(CutCard, StopsTheUpperScanAtRowsOfPrint) {
 
 TEST(CutCard, LetsTheStoppingRowVote) {
   Image image(240, 200, 8, kGround);
-  paint(image, 30, 150, 170, 200, kCard);
+  fill(image, 30, 150, 170, 200, kCard);
   EXPECT_EQ(cut(image), (Bounds{0, 169, 239, 0}));
-  for (int i = 0; i < 4; ++i) paint(image, 160 + 10 * i, 161 + 10 * i, 160, 200, kGround + 40);
+  for (int i = 0; i < 4; ++i) fill(image, 160 + 10 * i, 161 + 10 * i, 160, 200, kGround + 40);
   EXPECT_EQ(cut(image), (Bounds{0, 170, 239, 0}));
 }
 
@@ -246,7 +243,7 @@ TEST(CutCard, ReadsColourAsGray) {
   Image gray = tilted_card();
   Image colour(400, 240, 24);
   for (int y = 0; y < 240; ++y) {
-    for (int x = 0; x < 400; ++x) paint(colour, x, x + 1, y, y + 1, gray.at(y, x));
+    for (int x = 0; x < 400; ++x) fill(colour, x, x + 1, y, y + 1, gray.at(y, x));
   }
   EXPECT_EQ(cut(colour), cut(gray));
 }

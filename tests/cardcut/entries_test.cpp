@@ -1,27 +1,26 @@
 // Cutting a card out of a scan, or out of a second, larger scan.
 #include <gtest/gtest.h>
 
-#include "cardcut/scenes.h"
+#include "support/drawing.h"
+#include "support/random.h"
 #include "vantrel.h"
 
 namespace {
 
-using scenes::paint;
-using scenes::soft_slab;
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
+using support::Random;
 
 /** A scan whose card is found at (10, 200, 300, 20). */
 Image scan() {
   Image image(330, 250, 8, 50);
   soft_slab(image, 10, 301, 20, 199, 50, 200);
-  paint(image, 322, 330, 22, 199, 200);
+  fill(image, 322, 330, 22, 199, 200);
   return image;
 }
 
 TEST(CutEntry, RefusesANullBlock) {
   void* nothing = nullptr;
-  Result result;
+  Image result;
   EXPECT_EQ(AutoClipRedundantImg_ORVA(&nothing, nullptr, result.ptr(), 1), -1);
   EXPECT_TRUE(result.empty());
   EXPECT_EQ(AutoClipImg_Rect_ORVA(&nothing, nullptr, 1, 2, 3, 4, 1), -1);
@@ -30,7 +29,7 @@ TEST(CutEntry, RefusesANullBlock) {
 TEST(CutEntry, RefusesANullSecondBlockWhenItWouldBeCut) {
   Image image(100, 100, 8, 128);
   void* nothing = nullptr;
-  Result result;
+  Image result;
   EXPECT_EQ(AutoClipRedundantImg_ORVA(image.handle(), &nothing, result.ptr(), 2), -1);
   EXPECT_TRUE(result.empty());
   EXPECT_EQ(AutoClipImg_Rect_ORVA(image.handle(), &nothing, 1, 2, 3, 4, 2), -1);
@@ -40,7 +39,7 @@ TEST(CutEntry, DoesNotLookAtTheSecondImageUpToScaleOne) {
   for (const int scale : {1, 0}) {
     Image image(100, 100, 8, 128);
     void* nothing = nullptr;
-    Result result;
+    Image result;
     EXPECT_EQ(AutoClipRedundantImg_ORVA(image.handle(), &nothing, result.ptr(), scale), 1) << scale;
     EXPECT_EQ(AutoClipImg_Rect_ORVA(image.handle(), &nothing, 1, 2, 3, 4, scale), 1) << scale;
   }
@@ -54,7 +53,7 @@ TEST(CutEntry, RefusesOtherDepthsAfterAdoptingThem) {
   for (const auto& c : cases) {
     Image image(200, 200, c.depth, 128);
     image.header().biClrUsed = 99;
-    Result result;
+    Image result;
     EXPECT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 1), -1);
     EXPECT_TRUE(result.empty());
     EXPECT_EQ(image.header().biClrUsed, c.colours);
@@ -66,7 +65,7 @@ TEST(CutEntry, RefusesOtherDepthsAfterAdoptingThem) {
 
 TEST(CutEntry, RefusesSmallColourImages) {
   Image image(100, 100, 24, 128);
-  Result result;
+  Image result;
   EXPECT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 1), -1);
   EXPECT_TRUE(result.empty());
   EXPECT_EQ(AutoClipImg_Rect_ORVA(image.handle(), nullptr, 1, 2, 3, 4, 1), -1);
@@ -78,7 +77,7 @@ TEST(CutEntry, CopiesAPlainGrayImageWhole) {
   image.header().biYPelsPerMeter = 200;
   image.header().biClrUsed = 0;
   for (int y = 0; y < 60; ++y) image.at(y, 50) = static_cast<unsigned char>(128 + y % 3);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 1), 1);
   EXPECT_EQ(image.header().biClrUsed, 256u);
   EXPECT_EQ(result.header().biWidth, 101);
@@ -94,7 +93,7 @@ TEST(CutEntry, CopiesAPlainGrayImageWhole) {
 TEST(CutEntry, CutsTheDefaultsOutOfAPlainColourImage) {
   Image image(300, 400, 24, 128);
   for (int x = 0; x < 300; ++x) image.at(50, 3 * x) = static_cast<unsigned char>(128 + x % 16);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 1), 1);
   EXPECT_EQ(result.header().biWidth, 281);
   EXPECT_EQ(result.header().biHeight, 321);
@@ -107,10 +106,10 @@ TEST(CutEntry, CutsTheScaledRectangleOutOfTheSecondImage) {
   Image large(990, 750, 24);
   large.header().biXPelsPerMeter = 7;
   large.header().biYPelsPerMeter = 9;
-  std::mt19937 random(1);
+  Random random(1);
   randomise(large, random);
   large.header().biClrUsed = 5;
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), large.handle(), result.ptr(), 3), 1);
   EXPECT_EQ(large.header().biClrUsed, 0u);
   EXPECT_EQ(result.header().biWidth, 871);
@@ -126,9 +125,9 @@ TEST(CutEntry, CutsTheScaledRectangleOutOfTheSecondImage) {
 TEST(CutEntry, CutsABilevelSecondImage) {
   Image image = scan();
   Image large(990, 750, 1);
-  std::mt19937 random(2);
+  Random random(2);
   randomise(large, random);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), large.handle(), result.ptr(), 3), 1);
   EXPECT_EQ(result.header().biWidth, 871);
   EXPECT_EQ(result.header().biHeight, 541);
@@ -143,7 +142,7 @@ TEST(CutEntry, LeavesAWhiteImageForASecondImageOfAnotherDepth) {
   for (const int depth : {4, 32}) {
     Image image = scan();
     Image large(990, 750, depth, 0);
-    Result result;
+    Image result;
     EXPECT_EQ(AutoClipRedundantImg_ORVA(image.handle(), large.handle(), result.ptr(), 3), -1);
     ASSERT_FALSE(result.empty());
     EXPECT_EQ(result.header().biWidth, 871);
@@ -156,7 +155,7 @@ TEST(CutEntry, LeavesAWhiteImageForASecondImageOfAnotherDepth) {
 
 TEST(CutEntry, CutsTheScaledRectangleOutOfTheFirstImageWithoutASecond) {
   Image image = scan();
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 2), 1);
   ASSERT_EQ(result.header().biWidth, 581);
   ASSERT_EQ(result.header().biHeight, 361);
@@ -169,7 +168,7 @@ TEST(CutEntry, CutsTheScaledRectangleOutOfTheFirstImageWithoutASecond) {
 TEST(CutEntry, ScalesByNothingToTheFirstPixel) {
   Image image = scan();
   image.at(0, 0) = 77;
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 0), 1);
   EXPECT_EQ(result.header().biWidth, 1);
   EXPECT_EQ(result.header().biHeight, 1);
@@ -179,13 +178,13 @@ TEST(CutEntry, ScalesByNothingToTheFirstPixel) {
 TEST(CutEntry, KeepsTheLowSixteenBitsOfScaledBounds) {
   // 2000 x 20 is -25536 in sixteen bits: the width is negative and no image can be made.
   Image wide(2001, 20, 8, 128);
-  Result nothing;
+  Image nothing;
   EXPECT_EQ(AutoClipRedundantImg_ORVA(wide.handle(), nullptr, nothing.ptr(), 20), -1);
   EXPECT_TRUE(nothing.empty());
   // 3277 x 20 is 4.
   Image wider(3278, 2, 8, 128);
   for (int x = 0; x < 5; ++x) wider.at(0, x) = static_cast<unsigned char>(120 + x);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(wider.handle(), nullptr, result.ptr(), 20), 1);
   EXPECT_EQ(result.header().biWidth, 5);
   EXPECT_EQ(result.header().biHeight, 21);
@@ -195,11 +194,11 @@ TEST(CutEntry, KeepsTheLowSixteenBitsOfScaledBounds) {
 TEST(CutEntry, MultipliesBeyondThirtyTwoBits) {
   // The low sixteen bits of 9 x 1000000007 are 6719, those of 9 x 477218589 = 2^32 + 5 are 5.
   Image image(10, 1, 8, 128);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, result.ptr(), 1000000007), 1);
   EXPECT_EQ(result.header().biWidth, 6720);
   EXPECT_EQ(result.header().biHeight, 1);
-  Result five;
+  Image five;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), nullptr, five.ptr(), 477218589), 1);
   EXPECT_EQ(five.header().biWidth, 6);
   EXPECT_EQ(five.header().biHeight, 1);
@@ -210,10 +209,10 @@ TEST(CutEntry, DoesNotChangePixelsOfItsInputs) {
   Image large(990, 750, 8, 1);
   const Image image_before(image);
   const Image large_before(large);
-  Result result;
+  Image result;
   ASSERT_EQ(AutoClipRedundantImg_ORVA(image.handle(), large.handle(), result.ptr(), 3), 1);
-  EXPECT_EQ(image.block(), Image(image_before).block());
-  EXPECT_EQ(large.block(), Image(large_before).block());
+  EXPECT_EQ(image.block(), image_before.block());
+  EXPECT_EQ(large.block(), large_before.block());
 }
 
 TEST(RectangleEntry, TellsThatARectangleWasDetermined) {

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
-using testing_images::Image;
-using testing_images::stride_of;
+using support::Image;
+using support::stride_of;
 
 /** A constructed list, destroyed at the end of the scope. */
 struct List : _BLIST {

@@ -8,15 +8,14 @@
 #include "faults/failing_allocators.h"
 #include "image/bitmap.h"
 #include "image/convert.h"
-#include "images.h"
 #include "lines/border_search.h"
 #include "lines/matrix.h"
 #include "lines/verify.h"
 #include "scale/resample.h"
 #include "segment/reduce.h"
+#include "support/image.h"
 
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
 
 namespace {
 
@@ -53,26 +52,26 @@ int fail_each_allocation(Run run) {
 
 TEST(AllocationFailure, LeavesAnEmptyRecordBehindFailedCreation) {
   EXPECT_EQ(1, fail_each_allocation([](auto failed) {
-              Result image;
+              Image image;
               const auto result = CreateImage(image.ptr(), 5, 5, 8, 0, 0);
               EXPECT_EQ(result, !failed());
               EXPECT_EQ(image.empty(), failed());
             }));
   Image source = card_scan(24);
   EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
-              Result copy;
+              Image copy;
               const auto result = ImageCopy(source.ptr(), copy.ptr());
               EXPECT_EQ(result, !failed());
               EXPECT_EQ(copy.empty(), failed());
             }));
   EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
-              Result gray;
+              Image gray;
               const auto result = Color2Gray(source.ptr(), gray.ptr());
               EXPECT_EQ(result, !failed());
               EXPECT_EQ(gray.empty(), failed());
             }));
   EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
-              Result crop;
+              Image crop;
               const auto result = CutRectImage(source.ptr(), crop.ptr(), {1, 9, 9, 1, 0});
               EXPECT_EQ(result, failed() ? -1 : 1);
               EXPECT_EQ(crop.empty(), failed());
@@ -82,11 +81,11 @@ TEST(AllocationFailure, LeavesAnEmptyRecordBehindFailedCreation) {
 TEST(AllocationFailure, MakesTheMainOperationReturnACopyOrFail) {
   for (const int bit_count : {8, 24}) {
     Image scan = card_scan(bit_count);
-    Result clipped;
+    Image clipped;
     ASSERT_EQ(AutoClipRedundantImg(scan.handle(), nullptr, clipped.ptr(), 1), 1);
     int copies = 0;
     const int count = fail_each_allocation([&](auto failed) {
-      Result out;
+      Image out;
       const int code = AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1);
       if (!failed()) {
         EXPECT_EQ(code, 1);
@@ -232,7 +231,7 @@ TEST(AllocationFailure, EndsTheCardFindersWithTheirDefaults) {
             }));
   for (Image* scan : {&gray, &colour}) {
     fail_each_allocation([&](auto failed) {
-      Result out;
+      Image out;
       const auto result = AutoClipRedundantImg_ORVA(scan->handle(), nullptr, out.ptr(), 1);
       EXPECT_EQ(result, failed() ? -1 : 1);
     });

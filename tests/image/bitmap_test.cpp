@@ -5,17 +5,18 @@
 
 #include <limits>
 
-#include "images.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
 
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
+using support::Random;
 
 constexpr int kIntMax = std::numeric_limits<int>::max();
 constexpr int kIntMin = std::numeric_limits<int>::min();
 
-const unsigned char* start_of(Result& image) { return reinterpret_cast<const unsigned char*>(image.ptr()->pInfo); }
+const unsigned char* start_of(Image& image) { return reinterpret_cast<const unsigned char*>(image.ptr()->pInfo); }
 
 TEST(CreateImage, PadsRowsToWholeWords) {
   const struct {
@@ -24,14 +25,14 @@ TEST(CreateImage, PadsRowsToWholeWords) {
   } cases[] = {{1, 1, 4},   {32, 1, 4}, {33, 1, 8}, {1, 24, 4}, {2, 24, 8},
                {5, 24, 16}, {5, 8, 8},  {4, 8, 4},  {1, 8, 4},  {9, 4, 8}};
   for (const auto& c : cases) {
-    Result image;
+    Image image;
     ASSERT_TRUE(CreateImage(image.ptr(), c.width, 3, c.bit_count, 0, 0));
     EXPECT_EQ(image.header().biSizeImage, 3 * c.stride) << c.width << " x " << c.bit_count;
   }
 }
 
 TEST(CreateImage, WritesEveryHeaderField) {
-  Result image;
+  Image image;
   ASSERT_TRUE(CreateImage(image.ptr(), 5, 7, 8, 11811, -3));
   const BITMAPINFOHEADER& header = image.header();
   EXPECT_EQ(header.biSize, 40u);
@@ -53,7 +54,7 @@ TEST(CreateImage, LaysPaletteAndPixelsBehindTheHeader) {
     std::uint32_t colours;
   } cases[] = {{1, 2}, {2, 4}, {4, 16}, {8, 256}, {16, 0}, {24, 0}, {32, 0}};
   for (const auto& c : cases) {
-    Result image;
+    Image image;
     ASSERT_TRUE(CreateImage(image.ptr(), 3, 2, c.bit_count, 0, 0));
     EXPECT_EQ(image.header().biClrUsed, c.colours);
     EXPECT_EQ(reinterpret_cast<unsigned char*>(image.ptr()->pPalette) - start_of(image), 40);
@@ -62,7 +63,7 @@ TEST(CreateImage, LaysPaletteAndPixelsBehindTheHeader) {
 }
 
 TEST(CreateImage, GivesBilevelImagesBlackAndWhite) {
-  Result image;
+  Image image;
   ASSERT_TRUE(CreateImage(image.ptr(), 1, 1, 1, 0, 0));
   const RGBQUAD* palette = image.ptr()->pPalette;
   EXPECT_EQ(palette[0].rgbBlue, 0);
@@ -74,7 +75,7 @@ TEST(CreateImage, GivesBilevelImagesBlackAndWhite) {
 }
 
 TEST(CreateImage, GivesGrayImagesTheIdentityRamp) {
-  Result image;
+  Image image;
   ASSERT_TRUE(CreateImage(image.ptr(), 1, 1, 8, 0, 0));
   for (int i = 0; i < 256; ++i) {
     const RGBQUAD& entry = image.ptr()->pPalette[i];
@@ -87,7 +88,7 @@ TEST(CreateImage, GivesGrayImagesTheIdentityRamp) {
 
 TEST(CreateImage, FillsEveryPixelByteWithWhitePaddingIncluded) {
   for (const int bit_count : {1, 4, 8, 24, 32}) {
-    Result image;
+    Image image;
     ASSERT_TRUE(CreateImage(image.ptr(), 5, 3, bit_count, 0, 0));
     const std::vector<unsigned char> pixels = image.pixels();
     EXPECT_EQ(pixels.size(), image.header().biSizeImage);
@@ -96,14 +97,14 @@ TEST(CreateImage, FillsEveryPixelByteWithWhitePaddingIncluded) {
 }
 
 TEST(CreateImage, LeavesRoomForAnUnwrittenPaletteOfFourBits) {
-  Result image;
+  Image image;
   ASSERT_TRUE(CreateImage(image.ptr(), 1, 1, 4, 0, 0));
   std::memset(image.ptr()->pPalette, 0x5A, 16 * 4);  // all of it belongs to the block
   EXPECT_EQ(*image.ptr()->pBits, 0xFF);              // and none of it to the pixels
 }
 
 TEST(CreateImage, OverwritesTheRecordWithoutFreeingWhatItHeld) {
-  Result image;
+  Image image;
   ASSERT_TRUE(CreateImage(image.ptr(), 1, 1, 8, 0, 0));
   BITMAPINFOHEADER* const before = image.ptr()->pInfo;
   ASSERT_TRUE(CreateImage(image.ptr(), 2, 2, 8, 0, 0));
@@ -115,7 +116,7 @@ TEST(CreateImage, OverwritesTheRecordWithoutFreeingWhatItHeld) {
 TEST(CreateImage, MakesImagesWithoutPixels) {
   const struct { int width, height; } cases[] = {{0, 0}, {0, 5}, {5, 0}};
   for (const auto& c : cases) {
-    Result image;
+    Image image;
     EXPECT_TRUE(CreateImage(image.ptr(), c.width, c.height, 8, 0, 0));
     ASSERT_FALSE(image.empty());
     EXPECT_EQ(image.header().biSizeImage, 0u);
@@ -147,23 +148,23 @@ TEST(CreateImage, TakesSizesThatMakeNoBlockForAFailedAllocation) {
 TEST(ImageCopy, CopiesHeaderPaletteAndPixels) {
   for (const int bit_count : {1, 4, 8, 24, 32}) {
     Image source(7, 5, bit_count);
-    std::mt19937 random(1);
+    Random random(1);
     randomise(source, random);
     source.header().biPlanes = 7;
     source.header().biCompression = 3;
     source.header().biSizeImage = 12345;  // neither read nor corrected
     source.header().biClrImportant = 9;
-    Result copy;
+    Image copy;
     ASSERT_TRUE(ImageCopy(source.ptr(), copy.ptr()));
     EXPECT_EQ(std::memcmp(copy.ptr()->pInfo, source.block().data(), source.block().size()), 0);
-    EXPECT_EQ(copy.ptr()->pBits - start_of(copy), source.ptr()->pBits - source.block().data());
+    EXPECT_EQ(copy.ptr()->pBits - start_of(copy), source.ptr()->pBits - start_of(source));
   }
 }
 
 TEST(ImageCopy, OfAnImageWithoutColoursHasNoPalette) {
   Image source(3, 2, 8, 0x42);
   source.header().biClrUsed = 0;
-  Result copy;
+  Image copy;
   ASSERT_TRUE(ImageCopy(source.ptr(), copy.ptr()));
   EXPECT_EQ(copy.header().biClrUsed, 0u);
   EXPECT_EQ(static_cast<void*>(copy.ptr()->pBits), static_cast<void*>(copy.ptr()->pPalette));
@@ -174,7 +175,7 @@ TEST(ImageCopy, OfAnImageWithoutColoursHasNoPalette) {
 TEST(ImageCopy, TakesAShortPaletteAsTheHeaderSays) {
   Image source(3, 2, 8, 0x42);
   source.header().biClrUsed = 3;
-  Result copy;
+  Image copy;
   ASSERT_TRUE(ImageCopy(source.ptr(), copy.ptr()));
   EXPECT_EQ(copy.ptr()->pBits - start_of(copy), 52);
   EXPECT_EQ(std::memcmp(copy.ptr()->pPalette, source.ptr()->pPalette, 12), 0);
@@ -184,7 +185,7 @@ TEST(ImageCopy, TakesAShortPaletteAsTheHeaderSays) {
 TEST(ImageCopy, OverwritesTheRecordWithoutFreeingWhatItHeld) {
   Image source(3, 2, 8, 0x42);
   BITMAPINFOHEADER stale{};
-  Result copy;
+  Image copy;
   copy.ptr()->pInfo = &stale;
   ASSERT_TRUE(ImageCopy(source.ptr(), copy.ptr()));
   EXPECT_NE(copy.ptr()->pInfo, &stale);
@@ -192,7 +193,7 @@ TEST(ImageCopy, OverwritesTheRecordWithoutFreeingWhatItHeld) {
 
 TEST(ImageCopy, CopiesImagesWithoutPixels) {
   Image source(0, 0, 8);
-  Result copy;
+  Image copy;
   ASSERT_TRUE(ImageCopy(source.ptr(), copy.ptr()));
   EXPECT_EQ(copy.header().biWidth, 0);
 }
@@ -240,7 +241,7 @@ TEST(Adoption, WritesTheFullPaletteIntoTheCallersHeader) {
   for (const auto& c : cases) {
     Image image(8, 8, c.bit_count);
     image.header().biClrUsed = c.before;
-    Result out;
+    Image out;
     AutoClipRedundantImg(image.handle(), nullptr, out.ptr(), 1);
     EXPECT_EQ(image.header().biClrUsed, c.after) << c.bit_count << " bits";
   }
@@ -252,7 +253,7 @@ TEST(Adoption, ChangesNothingElse) {
   std::vector<unsigned char> expected = image.block();
   const std::uint32_t colours = 256;
   std::memcpy(expected.data() + 32, &colours, 4);
-  Result out;
+  Image out;
   AutoClipRedundantImg(image.handle(), nullptr, out.ptr(), 1);
   EXPECT_EQ(image.block(), expected);
 }

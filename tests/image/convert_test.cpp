@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
 
 void set_pixel(Image& image, int row, int col, int blue, int green, int red) {
   image.at(row, 3 * col) = static_cast<unsigned char>(blue);
@@ -25,7 +24,7 @@ TEST(Color2Gray, WeighsBlueGreenAndRedBySixteenths) {
   for (const auto& c : cases) {
     Image source(1, 1, 24);
     set_pixel(source, 0, 0, c.blue, c.green, c.red);
-    Result gray;
+    Image gray;
     ASSERT_TRUE(Color2Gray(source.ptr(), gray.ptr()));
     EXPECT_EQ(gray.at(0, 0), c.gray) << c.blue << ' ' << c.green << ' ' << c.red;
   }
@@ -34,7 +33,7 @@ TEST(Color2Gray, WeighsBlueGreenAndRedBySixteenths) {
 TEST(Color2Gray, MakesAnEightBitImageOfTheSameSizeAndResolution) {
   Image source(5, 3, 24, 0, 1000);
   source.header().biYPelsPerMeter = 2000;
-  Result gray;
+  Image gray;
   ASSERT_TRUE(Color2Gray(source.ptr(), gray.ptr()));
   EXPECT_EQ(gray.header().biWidth, 5);
   EXPECT_EQ(gray.header().biHeight, 3);
@@ -49,7 +48,7 @@ TEST(Color2Gray, WalksBothImagesByTheirOwnStrides) {
   for (int row = 0; row < 3; ++row) {
     for (int col = 0; col < 5; ++col) set_pixel(source, row, col, 16 * row, 16 * col, 0);
   }
-  Result gray;
+  Image gray;
   ASSERT_TRUE(Color2Gray(source.ptr(), gray.ptr()));
   EXPECT_EQ(gray.pixels(), (std::vector<unsigned char>{0, 9,  18, 27, 36, 255, 255, 255,  //
                                                        2, 11, 20, 29, 38, 255, 255, 255,  //
@@ -72,7 +71,7 @@ TEST(Color2Gray, FailsWhenTheGrayImageCannotBeMade) {
   for (const int width : {-1, -1000}) {
     Image source(4, 4, 24);
     source.header().biWidth = width;
-    Result gray;
+    Image gray;
     EXPECT_FALSE(Color2Gray(source.ptr(), gray.ptr()));
     EXPECT_TRUE(gray.empty());
   }
@@ -80,7 +79,7 @@ TEST(Color2Gray, FailsWhenTheGrayImageCannotBeMade) {
 
 TEST(Color2Gray, ConvertsImagesWithoutPixels) {
   Image source(0, 0, 24);
-  Result gray;
+  Image gray;
   ASSERT_TRUE(Color2Gray(source.ptr(), gray.ptr()));
   EXPECT_EQ(gray.header().biSizeImage, 0u);
 }

@@ -3,13 +3,12 @@
 
 #include <algorithm>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
 
 MYRECT rect(int left, int top, int right, int bottom) {
   return {static_cast<std::int16_t>(left), static_cast<std::int16_t>(top), static_cast<std::int16_t>(right),
@@ -27,7 +26,7 @@ Image numbered_gray(int width, int height) {
 
 TEST(CutRectImage, CopiesTheInclusiveRectangleFromMemoryRowBottom) {
   Image source = numbered_gray(9, 6);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(2, 4, 6, 3)), 1);
   EXPECT_EQ(cut.header().biWidth, 5);
   EXPECT_EQ(cut.header().biHeight, 2);
@@ -37,7 +36,7 @@ TEST(CutRectImage, CopiesTheInclusiveRectangleFromMemoryRowBottom) {
 TEST(CutRectImage, KeepsDepthAndResolution) {
   Image source(9, 6, 24, 0, 500);
   source.header().biYPelsPerMeter = 700;
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(0, 1, 1, 0)), 1);
   EXPECT_EQ(cut.header().biBitCount, 24);
   EXPECT_EQ(cut.header().biXPelsPerMeter, 500);
@@ -46,7 +45,7 @@ TEST(CutRectImage, KeepsDepthAndResolution) {
 
 TEST(CutRectImage, OfOnePointIsOnePixel) {
   Image source = numbered_gray(9, 6);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(7, 3, 7, 3)), 1);
   EXPECT_EQ(cut.header().biWidth, 1);
   EXPECT_EQ(cut.header().biHeight, 1);
@@ -55,7 +54,7 @@ TEST(CutRectImage, OfOnePointIsOnePixel) {
 
 TEST(CutRectImage, HasTheSameHeightWhicheverBoundIsLarger) {
   Image source = numbered_gray(4, 9);
-  Result up, down;
+  Image up, down;
   ASSERT_EQ(CutRectImage(source.ptr(), up.ptr(), rect(0, 6, 3, 4)), 1);
   ASSERT_EQ(CutRectImage(source.ptr(), down.ptr(), rect(0, 2, 3, 4)), 1);
   EXPECT_EQ(up.header().biHeight, 3);
@@ -69,7 +68,7 @@ TEST(CutRectImage, CopiesWholeColourPixels) {
   for (int row = 0; row < 2; ++row) {
     for (int byte = 0; byte < 12; ++byte) source.at(row, byte) = static_cast<unsigned char>(100 * row + byte);
   }
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(1, 1, 2, 0)), 1);
   EXPECT_EQ(cut.pixels(), (Bytes{3, 4, 5, 6, 7, 8, 255, 255, 103, 104, 105, 106, 107, 108, 255, 255}));
 }
@@ -78,7 +77,7 @@ TEST(CutRectImage, ShiftsBilevelRowsByTheLeftColumnsBits) {
   Image source(40, 1, 1);
   const unsigned char bits[8] = {0x12, 0x34, 0x56, 0x78, 0x9A, 0, 0, 0};
   std::memcpy(source.row(0), bits, 8);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(13, 0, 28, 0)), 1);  // 16 pixels
   EXPECT_EQ(cut.header().biBitCount, 1);
   // (0x34 << 5 | 0x56 >> 3), (0x56 << 5 | 0x78 >> 3), each kept to 8 bits
@@ -92,7 +91,7 @@ TEST(CutRectImage, CopiesWholeBilevelBytesWhenTheLeftColumnIsAligned) {
   Image source(40, 1, 1);
   const unsigned char bits[8] = {0x12, 0x34, 0x56, 0x78, 0x9A, 0, 0, 0};
   std::memcpy(source.row(0), bits, 8);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(8, 0, 31, 0)), 1);
   EXPECT_EQ(cut.pixels(), (Bytes{0x34, 0x56, 0x78, 0xFF}));
 }
@@ -101,7 +100,7 @@ TEST(CutRectImage, DoesNotMaskTheBilevelBitsBehindTheLastColumn) {
   Image source(40, 1, 1);
   const unsigned char bits[8] = {0x12, 0x34, 0x56, 0x78, 0x9A, 0, 0, 0};
   std::memcpy(source.row(0), bits, 8);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(13, 0, 21, 0)), 1);  // 9 pixels: one bit of the second byte
   EXPECT_EQ(cut.at(0, 0), 0x8A);
   EXPECT_EQ(cut.at(0, 1), 0xCF);
@@ -111,7 +110,7 @@ TEST(CutRectImage, FillsTheLastBilevelByteFromTheNextRowAndBehindTheLastRowWithZ
   Image source(32, 2, 1);
   const unsigned char bits[8] = {0, 0, 0, 0x05, 0xFF, 0, 0, 0x05};
   std::memcpy(source.row(0), bits, 8);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(29, 1, 31, 0)), 1);  // the last 3 pixels of both rows
   EXPECT_EQ(cut.at(0, 0), 0xBF);  // 0x05 << 5 = 0xA0, and 0xFF of the next row >> 3
   EXPECT_EQ(cut.at(1, 0), 0xA0);
@@ -120,7 +119,7 @@ TEST(CutRectImage, FillsTheLastBilevelByteFromTheNextRowAndBehindTheLastRowWithZ
 TEST(CutRectImage, RefusesOtherDepthsButLeavesAWhiteImage) {
   for (const int bit_count : {2, 4, 16, 32}) {
     Image source(8, 8, bit_count, 0x00);
-    Result cut;
+    Image cut;
     EXPECT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(1, 4, 5, 2)), -1);
     ASSERT_FALSE(cut.empty());
     EXPECT_EQ(cut.header().biWidth, 5);
@@ -132,7 +131,7 @@ TEST(CutRectImage, RefusesOtherDepthsButLeavesAWhiteImage) {
 
 TEST(CutRectImage, LeavesWhatLiesOutsideTheSourceWhite) {
   Image source = numbered_gray(3, 2);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(-2, 2, 3, -1)), 1);
   EXPECT_EQ(cut.header().biWidth, 6);
   EXPECT_EQ(cut.header().biHeight, 4);
@@ -144,14 +143,14 @@ TEST(CutRectImage, LeavesWhatLiesOutsideTheSourceWhite) {
 
 TEST(CutRectImage, LeavesColourOutsideTheSourceWhite) {
   Image source(2, 1, 24, 7);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(-1, 0, 2, 0)), 1);
   EXPECT_EQ(cut.pixels(), (Bytes{255, 255, 255, 7, 7, 7, 7, 7, 7, 255, 255, 255}));
 }
 
 TEST(CutRectImage, LeavesBilevelColumnsOutsideTheSourceWhite) {
   Image source(16, 1, 1, 0x00);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(-8, 0, 31, 0)), 1);
   EXPECT_EQ(cut.header().biWidth, 40);
   EXPECT_EQ(Bytes(cut.row(0), cut.row(0) + 5), (Bytes{0xFF, 0x00, 0x00, 0xFF, 0xFF}));
@@ -159,7 +158,7 @@ TEST(CutRectImage, LeavesBilevelColumnsOutsideTheSourceWhite) {
 
 TEST(CutRectImage, LeavesBilevelColumnsLeftOfTheSourceWhiteBetweenBytesToo) {
   Image source(16, 1, 1, 0x00);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(-3, 0, 12, 0)), 1);
   EXPECT_EQ(cut.at(0, 0), 0xE0);
   EXPECT_EQ(cut.at(0, 1), 0x00);
@@ -167,7 +166,7 @@ TEST(CutRectImage, LeavesBilevelColumnsLeftOfTheSourceWhiteBetweenBytesToo) {
 
 TEST(CutRectImage, LeavesBilevelRowsOutsideTheSourceWhite) {
   Image source(16, 1, 1, 0x00);
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(0, 1, 15, -1)), 1);
   EXPECT_EQ(Bytes(cut.row(0), cut.row(0) + 2), (Bytes{0xFF, 0xFF}));
   EXPECT_EQ(Bytes(cut.row(1), cut.row(1) + 2), (Bytes{0x00, 0x00}));
@@ -175,7 +174,7 @@ TEST(CutRectImage, LeavesBilevelRowsOutsideTheSourceWhite) {
 }
 
 /** Whether every pixel is white; in the last byte of a bilevel row only the bits of pixels count. */
-void expect_white(Result& image) {
+void expect_white(Image& image) {
   const BITMAPINFOHEADER& header = image.header();
   const int bits = header.biWidth * header.biBitCount;
   for (int row = 0; row < header.biHeight; ++row) {
@@ -193,7 +192,7 @@ TEST(CutRectImage, IsWhiteWhenAllOfItLiesOutside) {
   for (const int bit_count : {1, 8, 24}) {
     for (const MYRECT& far_rect : far_rects) {
       Image source(8, 8, bit_count, 0x00);
-      Result cut;
+      Image cut;
       EXPECT_EQ(CutRectImage(source.ptr(), cut.ptr(), far_rect), 1);
       expect_white(cut);
     }
@@ -203,7 +202,7 @@ TEST(CutRectImage, IsWhiteWhenAllOfItLiesOutside) {
 TEST(CutRectImage, OfASourceWithoutPixelsIsWhite) {
   for (const int bit_count : {1, 8, 24}) {
     Image source(0, 0, bit_count);
-    Result cut;
+    Image cut;
     EXPECT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(0, 3, 9, 0)), 1);
     expect_white(cut);
   }
@@ -212,7 +211,7 @@ TEST(CutRectImage, OfASourceWithoutPixelsIsWhite) {
 TEST(CutRectImage, OfAnEmptyWidthIsAnImageWithoutPixels) {
   for (const int bit_count : {1, 8, 24}) {
     Image source(8, 8, bit_count);
-    Result cut;
+    Image cut;
     EXPECT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(5, 4, 4, 2)), 1);
     ASSERT_FALSE(cut.empty());
     EXPECT_EQ(cut.header().biWidth, 0);
@@ -222,14 +221,14 @@ TEST(CutRectImage, OfAnEmptyWidthIsAnImageWithoutPixels) {
 
 TEST(CutRectImage, FailsForANegativeSize) {
   Image source(8, 8, 8);
-  Result cut;
+  Image cut;
   EXPECT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(5, 4, 3, 2)), -1);  // width -1
   EXPECT_TRUE(cut.empty());
 }
 
 TEST(CutRectImage, KeepsSizesToSixteenBits) {
   Image source(8, 8, 8);
-  Result wide, tall, wrapped;
+  Image wide, tall, wrapped;
   EXPECT_EQ(CutRectImage(source.ptr(), wide.ptr(), rect(-20000, 0, 20000, 0)), -1);  // 40001 is -25535
   EXPECT_TRUE(wide.empty());
   EXPECT_EQ(CutRectImage(source.ptr(), tall.ptr(), rect(0, 30000, 0, -30000)), -1);  // 60001 is -5535
@@ -241,7 +240,7 @@ TEST(CutRectImage, KeepsSizesToSixteenBits) {
 TEST(CutRectImage, LeavesTheSourceAlone) {
   Image source = numbered_gray(9, 6);
   const Bytes before = source.block();
-  Result cut;
+  Image cut;
   ASSERT_EQ(CutRectImage(source.ptr(), cut.ptr(), rect(2, 4, 6, 3)), 1);
   EXPECT_EQ(source.block(), before);
 }

@@ -8,7 +8,7 @@
 #include <limits>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ class Scan {
   Scan(int rows, int cols, const Tables& tables = Tables::exact())
       : rows_(rows),
         cols_(cols),
-        stride_(testing_images::stride_of(cols, 8)),
+        stride_(support::stride_of(cols, 8)),
         tables_(tables),
         gray_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(stride_), 0),
         edge_(gray_.size(), 255) {

@@ -6,11 +6,11 @@
 #include <array>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
-using testing_images::stride_of;
+using support::stride_of;
 
 constexpr unsigned char kUntouched = 77;
 

@@ -6,7 +6,7 @@
 #include <limits>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
@@ -297,7 +297,7 @@ class DensityMap {
   DensityMap(int rows, int cols)
       : rows_(rows),
         cols_(cols),
-        stride_(testing_images::stride_of(cols, 8)),
+        stride_(support::stride_of(cols, 8)),
         edge_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(stride_), 255) {}
   DensityMap& set(int from, int to, int count) {
     for (int r = from; r <= to; ++r) {

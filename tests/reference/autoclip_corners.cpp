@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::autoclip {
 
@@ -24,7 +24,7 @@ Spot solve_two(double a, double b, double c, double d, double e, double f) {
     const std::size_t j = 1 - k;
     if (m.at(k).at(k) == 0.0) {
       m.at(k).at(k) = 1e-7;
-      tally::count("solve two: zero pivot");
+      support::tally::count("solve two: zero pivot");
     }
     const double factor = -m.at(j).at(k) / m.at(k).at(k);
     const double entry = m.at(k).at(j);
@@ -42,14 +42,14 @@ Spot half_pixel_on(Spot spot) { return {spot.x + 0.5f, spot.y + 0.5f}; }
 /** A horizontal side that is not exactly level with a vertical side. */
 std::optional<Spot> sloping_corner(const Line& horizontal, const Line& vertical) {
   if (vertical.b != 0) {
-    tally::count("intersect: both slope");
+    support::tally::count("intersect: both slope");
     return half_pixel_on(solve_two(horizontal.a, horizontal.b, vertical.a, vertical.b, horizontal.c, vertical.c));
   }
   if (vertical.a == 0 || horizontal.b == 0) {
-    tally::count("intersect: degenerate sloping");
+    support::tally::count("intersect: degenerate sloping");
     return std::nullopt;
   }
-  tally::count("intersect: upright side");
+  support::tally::count("intersect: upright side");
   const auto x = static_cast<float>(vertical.c / vertical.a + 0.5);
   const auto y = static_cast<float>((horizontal.c - x * horizontal.a) / horizontal.b + 0.5);
   return Spot{x, y};
@@ -63,10 +63,10 @@ Spot level_corner(float y, const Line& vertical) {
 bool corners_of(const Line& side, const Line& left, const Line& right, Spot& with_left, Spot& with_right) {
   if (side.a == 0) {
     if (side.b == 0 || left.a == 0 || right.a == 0) {
-      tally::count("intersect: degenerate level");
+      support::tally::count("intersect: degenerate level");
       return false;
     }
-    tally::count("intersect: level side");
+    support::tally::count("intersect: level side");
     const auto y = static_cast<float>(side.c / side.b + 0.5);
     with_left = level_corner(y, left);
     with_right = level_corner(y, right);
@@ -99,7 +99,7 @@ Spots in_order(Spots corners) {
   for (const std::size_t pair : {std::size_t{0}, std::size_t{2}}) {
     const bool first_is_right = corners.at(pair).x > corners.at(pair + 1).x;
     if (corners.at(pair).x == corners.at(pair + 1).x) {
-      tally::count("judge: equal columns");
+      support::tally::count("judge: equal columns");
       ordered.at(pair) = corners.at(pair + 1);
       ordered.at(pair + 1) = corners.at(pair);
     } else {
@@ -111,7 +111,7 @@ Spots in_order(Spots corners) {
 }
 
 bool told(const char* what, bool answer) {
-  tally::count(what);
+  support::tally::count(what);
   return answer;
 }
 
@@ -126,10 +126,10 @@ void measure(Judged& judged, int rows, int cols) {
   const Spots& c = judged.corners;
   int top = static_cast<int>(c.at(1).y);
   if (c.at(1).y > c.at(0).y) {
-    tally::count("judge: left corner higher");
+    support::tally::count("judge: left corner higher");
     top = static_cast<int>(static_cast<double>(c.at(0).y) + 0.5);
   } else {
-    tally::count("judge: right corner higher");
+    support::tally::count("judge: right corner higher");
   }
   const int bottom = static_cast<int>(std::max(c.at(2).y, c.at(3).y));
   const int left = static_cast<int>(std::min(c.at(0).x, c.at(2).x));

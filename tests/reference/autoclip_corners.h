@@ -12,10 +12,10 @@
 
 namespace reference::autoclip {
 
-using image::Picture;
 using lines::Line;
 using lines::Point;
 using lines::Points;
+using support::Picture;
 
 /** A corner or a box corner: a column and a row. */
 struct Spot {

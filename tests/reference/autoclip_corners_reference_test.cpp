@@ -7,20 +7,19 @@
 
 #include "autoclip/corners.h"
 #include "reference/autoclip_corners.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
 using reference::autoclip::Judged;
 using reference::autoclip::Spot;
 using reference::autoclip::Spots;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::drawing::pick_real;
-using reference::image::Picture;
 using reference::lines::Line;
-namespace tally = reference::tally;
+using support::Picture;
+using support::Random;
+namespace tally = support::tally;
 
 void expect_same(const Spots& expected, const std::array<float, 8>& actual) {
   for (std::size_t i = 0; i < 4; ++i) {
@@ -39,18 +38,18 @@ std::array<float, 8> flat(const Spots& spots) {
 }
 
 TEST(CornersReference, CollectedPoints) {
-  std::mt19937 random(61);
+  Random random(61);
   long found = 0;
   for (int round = 0; round < 2000; ++round) {
-    Picture edge = reference::image::filled(pick(random, 0, 20), pick(random, 0, 20), 8, 0);
+    Picture edge(random.pick(0, 20), random.pick(0, 20), 8, 0);
     Picture dir = edge;
-    for (unsigned char& byte : edge.bytes) byte = static_cast<unsigned char>(chance(random, 50) ? 0 : 255);
-    for (unsigned char& byte : dir.bytes) byte = static_cast<unsigned char>(pick(random, 0, 4));
-    const int row_from = pick(random, 0, edge.rows);
-    const int row_to = pick(random, row_from - 1, edge.rows);
-    const int col_from = pick(random, 0, edge.stride());
-    const int col_to = pick(random, col_from - 1, edge.stride());
-    const int value = pick(random, 0, 4);
+    for (unsigned char& byte : edge.bytes) byte = static_cast<unsigned char>(random.chance(50) ? 0 : 255);
+    for (unsigned char& byte : dir.bytes) byte = static_cast<unsigned char>(random.pick(0, 4));
+    const int row_from = random.pick(0, edge.rows);
+    const int row_to = random.pick(row_from - 1, edge.rows);
+    const int col_from = random.pick(0, edge.stride());
+    const int col_to = random.pick(col_from - 1, edge.stride());
+    const int value = random.pick(0, 4);
     const auto expected = reference::autoclip::collect(edge, dir, row_from, row_to, col_from, col_to, value);
     std::vector<typePoint> points(edge.bytes.size());
     int count = -1;
@@ -80,12 +79,12 @@ TEST(CornersReference, CollectedPoints) {
 
 bool same_float(float p, float q) { return p == q || (std::isnan(p) && std::isnan(q)); }
 
-double number_or_zero(std::mt19937& random) {
-  return chance(random, 20) ? (chance(random, 50) ? 0.0 : -0.0) : pick_real(random, -3, 3);
+double number_or_zero(Random& random) {
+  return random.chance(20) ? (random.chance(50) ? 0.0 : -0.0) : random.real(-3, 3);
 }
 
 TEST(CornersReference, TwoUnknowns) {
-  std::mt19937 random(62);
+  Random random(62);
   tally::reset();
   for (int round = 0; round < 5000; ++round) {
     std::array<double, 6> m{};
@@ -101,18 +100,17 @@ TEST(CornersReference, TwoUnknowns) {
 double single(double value) { return static_cast<double>(static_cast<float>(value)); }
 
 /** Normals as the searches write them: whole degrees in single precision, exact zeros at 90 and 0. */
-Line random_line(std::mt19937& random, int from, int to) {
-  const int t = chance(random, 30) ? (from < 90 ? 90 : 0) : pick(random, from, to) % 180;
-  Line line{single(reference::lines::cosine(t)), single(reference::lines::sine(t)),
-            single(pick_real(random, -50, 300))};
+Line random_line(Random& random, int from, int to) {
+  const int t = random.chance(30) ? (from < 90 ? 90 : 0) : random.pick(from, to) % 180;
+  Line line{single(reference::lines::cosine(t)), single(reference::lines::sine(t)), single(random.real(-50, 300))};
   if (t == 90) line.a = 0;
   if (t == 0) line.b = 0;
-  if (chance(random, 2)) (chance(random, 50) ? line.a : line.b) = chance(random, 50) ? 0.0 : -0.0;
+  if (random.chance(2)) (random.chance(50) ? line.a : line.b) = random.chance(50) ? 0.0 : -0.0;
   return line;
 }
 
 TEST(CornersReference, Intersections) {
-  std::mt19937 random(63);
+  Random random(63);
   tally::reset();
   for (int round = 0; round < 10000; ++round) {
     SCOPED_TRACE(round);
@@ -138,30 +136,30 @@ TEST(CornersReference, Intersections) {
 }
 
 /** Corners about those of the image, in any order, sometimes far off, whole or equal. */
-Spots random_corners(std::mt19937& random, int rows, int cols) {
-  const bool far = chance(random, 20);
-  const bool whole = chance(random, 30);
+Spots random_corners(Random& random, int rows, int cols) {
+  const bool far = random.chance(20);
+  const bool whole = random.chance(30);
   Spots spots;
   for (std::size_t i = 0; i < 4; ++i) {
     const double slack = far ? 2.0 : 0.35;
-    double x = (i % 2 == 0 ? 0 : cols) + pick_real(random, -slack, slack) * cols;
-    double y = (i < 2 ? rows : 0) + pick_real(random, -slack, slack) * rows;
+    double x = (i % 2 == 0 ? 0 : cols) + random.real(-slack, slack) * cols;
+    double y = (i < 2 ? rows : 0) + random.real(-slack, slack) * rows;
     if (whole) x = std::floor(x / 4) * 4;
     if (whole) y = std::floor(y / 4) * 4;
     spots.at(i) = {static_cast<float>(x), static_cast<float>(y)};
   }
-  if (chance(random, 30)) std::swap(spots.at(random() % 4), spots.at(random() % 4));
+  if (random.chance(30)) std::swap(spots.at(random.bits() % 4), spots.at(random.bits() % 4));
   return spots;
 }
 
 /** Upright corners, in whole pixels, of a box of about half the image's sides. */
-Spots half_box(std::mt19937& random, int rows, int cols) {
-  const int left = pick(random, 0, cols / 2);
-  const int low = pick(random, 1, rows / 2 + 1);
+Spots half_box(Random& random, int rows, int cols) {
+  const int left = random.pick(0, cols / 2);
+  const int low = random.pick(1, rows / 2 + 1);
   const auto l = static_cast<float>(left);
-  const auto r = static_cast<float>(left + cols / 2 - 1 + pick(random, -1, 1));
+  const auto r = static_cast<float>(left + cols / 2 - 1 + random.pick(-1, 1));
   const auto b = static_cast<float>(low);
-  const auto t = static_cast<float>(low + rows / 2 - 1 + pick(random, -1, 1));
+  const auto t = static_cast<float>(low + rows / 2 - 1 + random.pick(-1, 1));
   return {{{l, t}, {r, t}, {l, b}, {r, b}}};
 }
 
@@ -173,13 +171,13 @@ bool order_is_open(const Spots& spots) {
 }
 
 TEST(CornersReference, JudgedCorners) {
-  std::mt19937 random(64);
+  Random random(64);
   tally::reset();
   for (int round = 0; round < 10000; ++round) {
     SCOPED_TRACE(round);
-    const int rows = pick(random, 1, 200);
-    const int cols = pick(random, 1, 200);
-    const Spots spots = chance(random, 20) ? half_box(random, rows, cols) : random_corners(random, rows, cols);
+    const int rows = random.pick(1, 200);
+    const int cols = random.pick(1, 200);
+    const Spots spots = random.chance(20) ? half_box(random, rows, cols) : random_corners(random, rows, cols);
     if (order_is_open(spots)) continue;
     std::array<float, 8> corners = flat(spots);
     std::array<float, 8> box{};

@@ -3,8 +3,8 @@
 #include "reference/autoclip_warp.h"
 #include "reference/components_flood.h"
 #include "reference/image_convert.h"
-#include "reference/image_tally.h"
 #include "reference/lines_sobel.h"
+#include "support/tally.h"
 
 namespace reference::autoclip {
 
@@ -45,7 +45,7 @@ void find_lines(const Picture& gray, const lines::EdgeMaps& maps, const lines::C
     const lines::Scene scene{gray, maps.edge, characters, side, band.direction, wb_class};
     search.found.at(at) = lines::side_line(scene, points, search.lines.at(at)) != 0;
     if (!search.found.at(at)) search.lines.at(at) = band.instead;
-    tally::count("finder: side " + std::to_string(side) + (search.found.at(at) ? " found" : " defaulted"));
+    support::tally::count("finder: side " + std::to_string(side) + (search.found.at(at) ? " found" : " defaulted"));
   }
 }
 
@@ -57,13 +57,13 @@ Search find_corners(const Picture& gray) {
   lines::sobel(gray, interior_of(gray), maps);
   const lines::Characters characters = components::by_runs(maps.edge);
   if (characters.empty()) {
-    tally::count("finder: no edges");
+    support::tally::count("finder: no edges");
     return search;
   }
   find_lines(gray, maps, characters, search);
   const std::optional<Spots> spots = intersect(search.lines);
   if (!spots) {
-    tally::count("finder: degenerate");
+    support::tally::count("finder: degenerate");
     search.verdict = Verdict::kDegenerate;
     return search;
   }
@@ -71,7 +71,7 @@ Search find_corners(const Picture& gray) {
   search.corners = judged.corners;
   search.box = judged.box;
   search.verdict = judged.accepted ? Verdict::kFound : Verdict::kTooSmall;
-  tally::count(judged.accepted ? "finder: accepted" : "finder: too small");
+  support::tally::count(judged.accepted ? "finder: accepted" : "finder: too small");
   return search;
 }
 
@@ -83,14 +83,14 @@ std::optional<Judged> detect_by_gradient(const Picture& gray) {
   for (const int direction : {0, 2}) {
     Points points = collect(maps.edge, maps.dir, 0, gray.rows, 0, gray.stride(), direction);
     if (lines::two_lines(points, gray.rows, gray.cols, direction, found) == 0) {
-      tally::count("gradient: no lines");
+      support::tally::count("gradient: no lines");
       return std::nullopt;
     }
   }
   const std::optional<Spots> spots = intersect(found);
   if (!spots) return std::nullopt;
   const Judged judged = judge(*spots, gray.rows, gray.cols);
-  tally::count(judged.accepted ? "gradient: accepted" : "gradient: rejected");
+  support::tally::count(judged.accepted ? "gradient: accepted" : "gradient: rejected");
   return judged;
 }
 
@@ -104,7 +104,7 @@ Picture warped(const Picture& analysed, const Picture& cut, Spots corners, int s
   const auto right = static_cast<float>(cut.cols - 2);
   const auto bottom = static_cast<float>(cut.rows - 2);
   const Coefficients coeffs = solve_eight({{{1, 1}, {right, 1}, {1, bottom}, {right, bottom}}}, corners);
-  Picture target = image::filled(cut.cols, cut.rows, analysed.bits, 255);
+  Picture target(cut.cols, cut.rows, analysed.bits, 255);
   target.x_resolution = cut.x_resolution;
   target.y_resolution = cut.y_resolution;
   const Rect rect{1.0, 1.0, static_cast<double>(cut.cols - 2), static_cast<double>(cut.rows - 2)};
@@ -117,23 +117,23 @@ Picture warped(const Picture& analysed, const Picture& cut, Spots corners, int s
 Clipped clip(const Picture& analysed, const Picture& cut, int scale) {
   const Picture& taken = scale == 1 ? analysed : cut;
   if (analysed.bits == 1) {
-    tally::count("clip: bilevel copied");
+    support::tally::count("clip: bilevel copied");
     return {0, taken};
   }
   if (analysed.bits != 8 && analysed.bits != 24) {
-    tally::count("clip: other depth");
+    support::tally::count("clip: other depth");
     return {};
   }
   const Search search = find_corners(analysed.bits == 24 ? image::gray_of(analysed) : analysed);
   if (search.verdict != Verdict::kFound) {
-    tally::count("clip: copied");
+    support::tally::count("clip: copied");
     return {0, analysed};
   }
   if (taken.bits != analysed.bits) {
-    tally::count("clip: differing depths");
+    support::tally::count("clip: differing depths");
     return {};
   }
-  tally::count(analysed.bits == 8 ? "clip: gray warped" : "clip: colour warped");
+  support::tally::count(analysed.bits == 8 ? "clip: gray warped" : "clip: colour warped");
   return {1, warped(analysed, taken, search.corners, scale)};
 }
 

@@ -3,8 +3,9 @@
 
 #include "autoclip/corner_finder.h"
 #include "reference/autoclip_finder.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 #include "vantrel.h"
 
 namespace {
@@ -13,14 +14,11 @@ using reference::autoclip::Judged;
 using reference::autoclip::Search;
 using reference::autoclip::Spots;
 using reference::autoclip::Verdict;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::drawing::pick_real;
-using reference::drawing::Sheet;
-using reference::image::Picture;
-using testing_images::Image;
-using testing_images::Result;
-namespace tally = reference::tally;
+using support::CardScan;
+using support::Image;
+using support::Picture;
+using support::Random;
+namespace tally = support::tally;
 
 int verdict_of(Verdict verdict) {
   switch (verdict) {
@@ -43,7 +41,7 @@ void expect_same(const Spots& expected, const float* actual, const char* what) {
 }
 
 void compare_finder(Image& image) {
-  const Search expected = reference::autoclip::find_corners(reference::image::picture_of(*image.ptr()));
+  const Search expected = reference::autoclip::find_corners(Picture(image));
   vantrel_corner_search actual{};
   ASSERT_EQ(vantrel_find_corners(image.ptr(), &actual), expected.verdict == Verdict::kFound ? 1 : 0);
   ASSERT_EQ(static_cast<int>(actual.verdict), verdict_of(expected.verdict));
@@ -66,33 +64,33 @@ void compare_finder(Image& image) {
 }
 
 /** A tall scan with a second candidate in each of the two level bands: a rule, or a rim of light. */
-Sheet sheet_with_two_candidates(std::mt19937& random) {
-  Sheet sheet = reference::drawing::random_sheet_of(random, pick(random, 50, 90), pick(random, 180, 300));
-  const int band = sheet.rows / 8;
+CardScan scan_with_two_candidates(Random& random) {
+  CardScan scan = support::random_scan_of(random, random.pick(50, 90), random.pick(180, 300));
+  const int band = scan.rows / 8;
   for (const bool low : {true, false}) {
-    const int thick = pick(random, 1, 4);
-    const int from_rim = chance(random, 30) ? 0 : pick(random, 0, band - thick);
-    const int row = low ? from_rim : sheet.rows - thick - from_rim;
-    const int margin = from_rim == 0 ? 0 : pick(random, 0, sheet.cols / 5);
-    const double level = chance(random, 50) ? pick_real(random, 0, 60) : pick_real(random, 190, 255);
-    sheet.bars.push_back({row, margin, thick, sheet.cols - 2 * margin, level});
+    const int thick = random.pick(1, 4);
+    const int from_rim = random.chance(30) ? 0 : random.pick(0, band - thick);
+    const int row = low ? from_rim : scan.rows - thick - from_rim;
+    const int margin = from_rim == 0 ? 0 : random.pick(0, scan.cols / 5);
+    const double level = random.chance(50) ? random.real(0, 60) : random.real(190, 255);
+    scan.bars.push_back({row, margin, thick, scan.cols - 2 * margin, level});
   }
-  return sheet;
+  return scan;
 }
 
 /** Most scans are squarish. On a wide one a border is one clear line, on a tall one a band has room for two. */
-Sheet sheet_of_any_shape(std::mt19937& random) {
-  const int shape = pick(random, 0, 99);
-  if (shape < 15) return reference::drawing::random_sheet_of(random, pick(random, 240, 360), pick(random, 50, 80));
-  if (shape < 45) return sheet_with_two_candidates(random);
-  return reference::drawing::random_sheet(random, 60, 130);
+CardScan scan_of_any_shape(Random& random) {
+  const int shape = random.pick(0, 99);
+  if (shape < 15) return support::random_scan_of(random, random.pick(240, 360), random.pick(50, 80));
+  if (shape < 45) return scan_with_two_candidates(random);
+  return support::random_scan(random, 60, 130);
 }
 
 TEST(FinderReference, Cards) {
-  std::mt19937 random(81);
+  Random random(81);
   tally::reset();
   for (int round = 0; round < 400; ++round) {
-    Image image = reference::drawing::draw(sheet_of_any_shape(random), 8, random);
+    Image image = support::draw(scan_of_any_shape(random), 8, random);
     SCOPED_TRACE(testing::Message() << "round " << round << ": " << image.width() << " x " << image.height());
     compare_finder(image);
     if (HasFatalFailure()) return;
@@ -124,13 +122,13 @@ TEST(FinderReference, Cards) {
 
 /** Pure noise of all contrasts: many components, few lines; and images of a few pixels. */
 TEST(FinderReference, NoiseAndTinyImages) {
-  std::mt19937 random(82);
+  Random random(82);
   tally::reset();
   for (int round = 0; round < 1500; ++round) {
     const bool tiny = round % 10 != 0;
-    Image image(pick(random, 0, tiny ? 12 : 120), pick(random, 0, tiny ? 12 : 120), 8);
-    testing_images::randomise(image, random);
-    if (chance(random, 20)) std::fill(image.ptr()->pBits, image.block().data() + image.block().size(), 90);
+    Image image(random.pick(0, tiny ? 12 : 120), random.pick(0, tiny ? 12 : 120), 8);
+    support::randomise(image, random);
+    if (random.chance(20)) std::fill(image.ptr()->pBits, image.end(), 90);
     SCOPED_TRACE(testing::Message() << "round " << round << ": " << image.width() << " x " << image.height());
     compare_finder(image);
     if (HasFatalFailure()) return;
@@ -141,10 +139,10 @@ TEST(FinderReference, NoiseAndTinyImages) {
 
 /** Dots all over, each a component of its own: more than the pool holds. */
 TEST(FinderReference, CrowdedScan) {
-  std::mt19937 random(83);
+  Random random(83);
   tally::reset();
   for (int round = 0; round < 2; ++round) {
-    Image image = reference::drawing::draw(reference::drawing::random_sheet(random, 540, 560), 8, random);
+    Image image = support::draw(support::random_scan(random, 540, 560), 8, random);
     for (int row = 0; row < image.height(); row += 4) {
       for (int col = 0; col < image.width(); col += 4) image.at(row, col) = image.at(row, col) < 128 ? 255 : 0;
     }
@@ -155,26 +153,24 @@ TEST(FinderReference, CrowdedScan) {
 }
 
 /** A card whose borders lie in the narrow frame that the gradient search looks at. */
-Sheet sheet_with_narrow_frame(std::mt19937& random) {
-  Sheet sheet = reference::drawing::random_sheet(random, 60, 200);
-  const auto x = [&] { return pick_real(random, 1, sheet.cols / 20.0); };
-  const auto y = [&] { return pick_real(random, 1, sheet.rows / 13.0); };
-  const double right = sheet.cols - 2;
-  const double high = sheet.rows - 2;
-  sheet.card = {x(), y(), right - x(), y(), right - x(), high - y(), x(), high - y()};
-  return sheet;
+CardScan scan_with_narrow_frame(Random& random) {
+  CardScan scan = support::random_scan(random, 60, 200);
+  const auto x = [&] { return random.real(1, scan.cols / 20.0); };
+  const auto y = [&] { return random.real(1, scan.rows / 13.0); };
+  const double right = scan.cols - 2;
+  const double high = scan.rows - 2;
+  scan.card = {x(), y(), right - x(), y(), right - x(), high - y(), x(), high - y()};
+  return scan;
 }
 
 TEST(FinderReference, GradientSearch) {
-  std::mt19937 random(84);
+  Random random(84);
   tally::reset();
   for (int round = 0; round < 250; ++round) {
     const bool tiny = round % 8 == 0;
-    Image image = reference::drawing::draw(
-        tiny ? reference::drawing::random_sheet(random, 1, 12) : sheet_with_narrow_frame(random), 8, random);
+    Image image = support::draw(tiny ? support::random_scan(random, 1, 12) : scan_with_narrow_frame(random), 8, random);
     SCOPED_TRACE(testing::Message() << "round " << round << ": " << image.width() << " x " << image.height());
-    const std::optional<Judged> expected =
-        reference::autoclip::detect_by_gradient(reference::image::picture_of(*image.ptr()));
+    const std::optional<Judged> expected = reference::autoclip::detect_by_gradient(Picture(image));
     std::array<float, 8> corners{};
     std::array<float, 8> box{};
     ASSERT_EQ(AutoDetectCorner(image.ptr(), corners.data(), box.data()), expected && expected->accepted);
@@ -190,50 +186,49 @@ TEST(FinderReference, GradientSearch) {
 }
 
 /** A second scan of the same scene, `scale` times larger, now and then of another size or depth. */
-Image second_scan(const Sheet& sheet, int scale, int bits, std::mt19937& random) {
-  if (chance(random, 10)) bits = std::array<int, 3>{1, 8, 24}.at(random() % 3);
-  Image image(std::max(sheet.cols * scale + (chance(random, 20) ? pick(random, -9, 9) : 0), 1),
-              std::max(sheet.rows * scale + (chance(random, 20) ? pick(random, -9, 9) : 0), 1), bits, 0, 23622);
-  testing_images::randomise(image, random);
+Image second_scan(const CardScan& scan, int scale, int bits, Random& random) {
+  if (random.chance(10)) bits = std::array<int, 3>{1, 8, 24}.at(random.bits() % 3);
+  Image image(std::max(scan.cols * scale + (random.chance(20) ? random.pick(-9, 9) : 0), 1),
+              std::max(scan.rows * scale + (random.chance(20) ? random.pick(-9, 9) : 0), 1), bits, 0, 23622);
+  support::randomise(image, random);
   return image;
 }
 
 void compare_clip(Image& analysed, Image& cut, int scale) {
-  const reference::autoclip::Clipped expected = reference::autoclip::clip(
-      reference::image::picture_of(*analysed.ptr()), reference::image::picture_of(*cut.ptr()), scale);
+  const reference::autoclip::Clipped expected = reference::autoclip::clip(Picture(analysed), Picture(cut), scale);
   const std::vector<unsigned char> analysed_before = analysed.block();
   const std::vector<unsigned char> cut_before = cut.block();
-  Result out;
+  Image out;
   ASSERT_EQ(AutoClipRedundantImg(analysed.handle(), cut.handle(), out.ptr(), scale), expected.code);
   ASSERT_EQ(analysed.block(), analysed_before);
   ASSERT_EQ(cut.block(), cut_before);
   ASSERT_EQ(out.empty(), !expected.picture.has_value());
   if (out.empty()) return;
-  ASSERT_EQ(reference::image::difference(*expected.picture, reference::image::picture_of(*out.ptr())), "");
+  ASSERT_EQ(support::difference(*expected.picture, Picture(out)), "");
 }
 
 TEST(FinderReference, WholeOperation) {
-  std::mt19937 random(85);
+  Random random(85);
   tally::reset();
   for (int round = 0; round < 180; ++round) {
-    const Sheet sheet = chance(random, 10) ? reference::drawing::random_sheet(random, 1, 12)
-                                           : reference::drawing::random_sheet(random, 60, 110);
-    const int bits = chance(random, 60) ? 8 : 24;
-    const int scale = chance(random, 70) ? 1 : pick(random, 2, 3);
-    Image analysed = reference::drawing::draw(sheet, bits, random);
-    Image cut = second_scan(sheet, scale == 1 ? 1 : scale, bits, random);
-    SCOPED_TRACE(testing::Message() << "round " << round << ": " << sheet.cols << " x " << sheet.rows << " x " << bits
+    const CardScan scan =
+        random.chance(10) ? support::random_scan(random, 1, 12) : support::random_scan(random, 60, 110);
+    const int bits = random.chance(60) ? 8 : 24;
+    const int scale = random.chance(70) ? 1 : random.pick(2, 3);
+    Image analysed = support::draw(scan, bits, random);
+    Image cut = second_scan(scan, scale == 1 ? 1 : scale, bits, random);
+    SCOPED_TRACE(testing::Message() << "round " << round << ": " << scan.cols << " x " << scan.rows << " x " << bits
                                     << ", scale " << scale);
     compare_clip(analysed, cut, scale);
     if (HasFatalFailure()) return;
   }
   for (const int bits : {1, 4, 32}) {
     for (int round = 0; round < 10; ++round) {
-      Image analysed(pick(random, 1, 40), pick(random, 1, 40), bits);
-      testing_images::randomise(analysed, random);
-      Image cut(pick(random, 1, 40), pick(random, 1, 40), bits);
-      testing_images::randomise(cut, random);
-      compare_clip(analysed, cut, pick(random, 1, 2));
+      Image analysed(random.pick(1, 40), random.pick(1, 40), bits);
+      support::randomise(analysed, random);
+      Image cut(random.pick(1, 40), random.pick(1, 40), bits);
+      support::randomise(cut, random);
+      compare_clip(analysed, cut, random.pick(1, 2));
       if (HasFatalFailure()) return;
     }
   }

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "reference/image_convert.h"
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::autoclip {
 
@@ -29,7 +29,7 @@ Coefficients solve_eight(const Spots& from, const Spots& to) {
       if (j == k) continue;
       if (m.at(k).at(k) == 0.0) {
         m.at(k).at(k) = 1e-7;
-        tally::count("solve eight: zero pivot");
+        support::tally::count("solve eight: zero pivot");
       }
       const double factor = -m.at(j).at(k) / m.at(k).at(k);
       for (std::size_t col = 0; col < 8; ++col) {
@@ -66,9 +66,9 @@ int whole(float place) {
 }
 
 Between between(float place, int count) {
-  static long& before = tally::counter("sample: before the first pixel");
-  static long& outside_low = tally::counter("sample: far before the first pixel");
-  static long& outside_high = tally::counter("sample: behind the last pixel");
+  static long& before = support::tally::counter("sample: before the first pixel");
+  static long& outside_low = support::tally::counter("sample: far before the first pixel");
+  static long& outside_high = support::tally::counter("sample: behind the last pixel");
   Between found{whole(place), whole(place) + 1, 0.0f};
   if (std::isfinite(place)) found.share = place - std::trunc(place);
   if (found.second >= count) {
@@ -93,8 +93,8 @@ int sample(float col, float row, const Picture& plane) {
   const float bottom = p(r.second, c.first) + c.share * (p(r.second, c.second) - p(r.second, c.first));
   const float value = top + r.share * (bottom - top);
   const int result = static_cast<int>(static_cast<double>(value) + 0.5);
-  static long& negative = tally::counter("sample: negative");
-  static long& too_large = tally::counter("sample: above 255");
+  static long& negative = support::tally::counter("sample: negative");
+  static long& too_large = support::tally::counter("sample: above 255");
   if (result < 0) ++negative;
   if (result >= 256) ++too_large;
   return result >= 256 ? 255 : result;
@@ -120,7 +120,7 @@ void warp(const Picture& source, Picture& target, const Coefficients& coeffs, co
   const int x_min = static_cast<int>(rect.at(0));
   const int y_min = static_cast<int>(rect.at(1));
   const int cols = target_cols(target, rect, frame);
-  tally::count(channels == 1 ? "warp: gray" : "warp: colour");
+  support::tally::count(channels == 1 ? "warp: gray" : "warp: colour");
   for (int y = y_min; y <= static_cast<int>(rect.at(3)); ++y) {
     for (int x = x_min; x <= static_cast<int>(rect.at(2)); ++x) {
       const double d = x * coeffs.at(6) + (y * coeffs.at(7) + 1.0);

@@ -8,8 +8,9 @@
 #include "autoclip/projective.h"
 #include "autoclip/warp.h"
 #include "reference/autoclip_warp.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
@@ -18,25 +19,23 @@ using reference::autoclip::Frame;
 using reference::autoclip::Rect;
 using reference::autoclip::Spot;
 using reference::autoclip::Spots;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::drawing::pick_real;
-using reference::image::Picture;
-using testing_images::Image;
-namespace tally = reference::tally;
+using support::Image;
+using support::Picture;
+using support::Random;
+namespace tally = support::tally;
 
-Spot random_spot(std::mt19937& random, double x, double y, double slack, bool whole) {
-  x += pick_real(random, -slack, slack);
-  y += pick_real(random, -slack, slack);
+Spot random_spot(Random& random, double x, double y, double slack, bool whole) {
+  x += random.real(-slack, slack);
+  y += random.real(-slack, slack);
   if (whole) x = std::round(x);
   if (whole) y = std::round(y);
   return {static_cast<float>(x), static_cast<float>(y)};
 }
 
 /** Four places about the corners of a width x height frame; whole ones often lie on one line or on one another. */
-Spots random_spots(std::mt19937& random, int width, int height) {
-  const double slack = chance(random, 70) ? 3 : 40;
-  const bool whole = chance(random, 40);
+Spots random_spots(Random& random, int width, int height) {
+  const double slack = random.chance(70) ? 3 : 40;
+  const bool whole = random.chance(40);
   const double right = width;
   const double low = height;
   return {random_spot(random, 0, 0, slack, whole), random_spot(random, right, 0, slack, whole),
@@ -46,11 +45,11 @@ Spots random_spots(std::mt19937& random, int width, int height) {
 bool same_double(double p, double q) { return p == q || (std::isnan(p) && std::isnan(q)); }
 
 TEST(WarpReference, EightUnknowns) {
-  std::mt19937 random(71);
+  Random random(71);
   tally::reset();
   for (int round = 0; round < 5000; ++round) {
-    Spots from = random_spots(random, pick(random, 0, 40), pick(random, 0, 40));
-    Spots to = random_spots(random, pick(random, 0, 40), pick(random, 0, 40));
+    Spots from = random_spots(random, random.pick(0, 40), random.pick(0, 40));
+    Spots to = random_spots(random, random.pick(0, 40), random.pick(0, 40));
     const Coefficients expected = reference::autoclip::solve_eight(from, to);
     Coefficients actual{};
     ASSERT_EQ(SolveMultiUnknownFunc(actual.data(), &from.at(0).x, &to.at(0).x, 8), 1);
@@ -63,36 +62,36 @@ TEST(WarpReference, EightUnknowns) {
 }
 
 TEST(WarpReference, SingleCoordinates) {
-  std::mt19937 random(72);
+  Random random(72);
   for (int round = 0; round < 2000; ++round) {
     std::array<double, 4> c{};
-    for (double& value : c) value = pick_real(random, -5, 5);
-    const int x = pick(random, -100, 1000);
-    const int y = pick(random, -100, 1000);
+    for (double& value : c) value = random.real(-5, 5);
+    const int x = random.pick(-100, 1000);
+    const int y = random.pick(-100, 1000);
     const float expected = reference::autoclip::coordinate(c[0], c[1], c[2], c[3], x, y);
     ASSERT_EQ(Get_U(c[0], c[1], c[2], c[3], x, y), expected);
     ASSERT_EQ(Get_V(c[0], c[1], c[2], c[3], x, y), expected);
   }
 }
 
-float random_place(std::mt19937& random, int count) {
+float random_place(Random& random, int count) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   constexpr std::array<float, 8> kFar{1e8f, -1e8f, 3e9f, -3e9f, 1e30f, -1e30f, kInfinity, -kInfinity};
-  if (chance(random, 3)) return kFar.at(random() % kFar.size());
-  if (chance(random, 20)) return static_cast<float>(pick(random, -2, count + 1));
-  return static_cast<float>(pick_real(random, -2.5, count + 1.5));
+  if (random.chance(3)) return kFar.at(random.bits() % kFar.size());
+  if (random.chance(20)) return static_cast<float>(random.pick(-2, count + 1));
+  return static_cast<float>(random.real(-2.5, count + 1.5));
 }
 
-Picture random_plane(std::mt19937& random) {
-  Picture plane = reference::image::filled(pick(random, 1, 12), pick(random, 1, 12), 8, 0);
-  const bool stark = chance(random, 30);
+Picture random_plane(Random& random) {
+  Picture plane(random.pick(1, 12), random.pick(1, 12), 8, 0);
+  const bool stark = random.chance(30);
   for (unsigned char& byte : plane.bytes)
-    byte = static_cast<unsigned char>(stark ? 255 * pick(random, 0, 1) : pick(random, 0, 255));
+    byte = static_cast<unsigned char>(stark ? 255 * random.pick(0, 1) : random.pick(0, 255));
   return plane;
 }
 
 TEST(WarpReference, Sampler) {
-  std::mt19937 random(73);
+  Random random(73);
   tally::reset();
   for (int round = 0; round < 40000; ++round) {
     Picture plane = random_plane(random);
@@ -108,19 +107,19 @@ TEST(WarpReference, Sampler) {
   }
 }
 
-Image random_source(std::mt19937& random, int most) {
-  Image image(pick(random, 1, most), pick(random, 1, most), chance(random, 50) ? 8 : 24);
-  testing_images::randomise(image, random);
+Image random_source(Random& random, int most) {
+  Image image(random.pick(1, most), random.pick(1, most), random.chance(50) ? 8 : 24);
+  support::randomise(image, random);
   return image;
 }
 
 /** A rectangle that fits a frame, with a fraction or without; its extent may be 0 or below. */
-Rect random_rect(std::mt19937& random, int cols, int rows) {
-  Rect rect{static_cast<double>(pick(random, 0, cols - 1)), static_cast<double>(pick(random, 0, rows - 1)), 0, 0};
-  rect.at(2) = pick(random, static_cast<int>(rect.at(0)) - 1, cols - 1);
-  rect.at(3) = pick(random, static_cast<int>(rect.at(1)) - 1, rows - 1);
-  if (chance(random, 40)) {
-    for (double& value : rect) value += std::floor(pick_real(random, 0, 4)) / 4;
+Rect random_rect(Random& random, int cols, int rows) {
+  Rect rect{static_cast<double>(random.pick(0, cols - 1)), static_cast<double>(random.pick(0, rows - 1)), 0, 0};
+  rect.at(2) = random.pick(static_cast<int>(rect.at(0)) - 1, cols - 1);
+  rect.at(3) = random.pick(static_cast<int>(rect.at(1)) - 1, rows - 1);
+  if (random.chance(40)) {
+    for (double& value : rect) value += std::floor(random.real(0, 4)) / 4;
     tally::count("rectangle with a fraction");
   }
   return rect;
@@ -135,9 +134,9 @@ Spots corners_of(const Rect& rect) {
 }
 
 /** An image with a pattern, so that what is not written shows. */
-Image target_image(std::mt19937& random, int cols, int rows, int bits) {
+Image target_image(Random& random, int cols, int rows, int bits) {
   Image image(std::max(cols, 0), std::max(rows, 0), bits);
-  testing_images::randomise(image, random);
+  support::randomise(image, random);
   return image;
 }
 
@@ -147,7 +146,7 @@ bool all_finite(const Coefficients& coeffs) {
 
 using LibraryWarp = decltype(&ConvertImg);
 
-void compare_warp(LibraryWarp library, Frame frame, std::mt19937& random) {
+void compare_warp(LibraryWarp library, Frame frame, Random& random) {
   Image source = random_source(random, 30);
   Rect rect = random_rect(random, source.width(), source.height());
   const Spots corners = random_spots(random, source.width(), source.height());
@@ -157,16 +156,16 @@ void compare_warp(LibraryWarp library, Frame frame, std::mt19937& random) {
   const int cols = frame == Frame::kSource ? source.width() : static_cast<int>(rect.at(2) - rect.at(0) + 1);
   const int rows = frame == Frame::kSource ? source.height() : static_cast<int>(rect.at(3) - rect.at(1) + 1);
   Image target = target_image(random, cols, rows, bits);
-  Picture expected = reference::image::picture_of(*target.ptr());
-  reference::autoclip::warp(reference::image::picture_of(*source.ptr()), expected, coeffs, rect, frame);
+  Picture expected(target);
+  reference::autoclip::warp(Picture(source), expected, coeffs, rect, frame);
   ASSERT_TRUE(library(source.ptr(), target.ptr(), coeffs.data(), rect.data(), bits));
-  ASSERT_EQ(reference::image::difference(expected, reference::image::picture_of(*target.ptr())), "")
+  ASSERT_EQ(support::difference(expected, Picture(target)), "")
       << source.width() << " x " << source.height() << " x " << bits << ", rectangle " << rect.at(0) << " "
       << rect.at(1) << " " << rect.at(2) << " " << rect.at(3);
 }
 
 TEST(WarpReference, IntoSourceFrame) {
-  std::mt19937 random(74);
+  Random random(74);
   tally::reset();
   for (int round = 0; round < 1500; ++round) {
     SCOPED_TRACE(round);
@@ -180,7 +179,7 @@ TEST(WarpReference, IntoSourceFrame) {
 }
 
 TEST(WarpReference, IntoRectangle) {
-  std::mt19937 random(75);
+  Random random(75);
   tally::reset();
   for (int round = 0; round < 1500; ++round) {
     SCOPED_TRACE(round);
@@ -192,18 +191,18 @@ TEST(WarpReference, IntoRectangle) {
 }
 
 TEST(WarpReference, CopiedRectangle) {
-  std::mt19937 random(76);
+  Random random(76);
   for (int round = 0; round < 2000; ++round) {
     Image source = random_source(random, 30);
     Rect rect = random_rect(random, source.width() + 4, source.height() + 4);
     const int bits = source.header().biBitCount;
     Image target = target_image(random, static_cast<int>(rect.at(2) - rect.at(0) + 1),
                                 static_cast<int>(rect.at(3) - rect.at(1) + 1), bits);
-    Picture expected = reference::image::picture_of(*target.ptr());
-    reference::autoclip::copy_rect(reference::image::picture_of(*source.ptr()), expected, rect);
+    Picture expected(target);
+    reference::autoclip::copy_rect(Picture(source), expected, rect);
     Coefficients unread{};
     ASSERT_TRUE(ConvertImg3(source.ptr(), target.ptr(), unread.data(), rect.data(), bits));
-    ASSERT_EQ(reference::image::difference(expected, reference::image::picture_of(*target.ptr())), "")
+    ASSERT_EQ(support::difference(expected, Picture(target)), "")
         << "round " << round << ": " << source.width() << " x " << source.height() << " x " << bits << ", rectangle "
         << rect.at(0) << " " << rect.at(1) << " " << rect.at(2) << " " << rect.at(3);
   }

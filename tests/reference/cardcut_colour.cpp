@@ -5,6 +5,7 @@
 
 #include "reference/cardcut_finders.h"
 #include "reference/cardcut_lines.h"
+#include "support/tally.h"
 
 namespace reference {
 
@@ -21,9 +22,8 @@ namespace {
 /** One call of the finder. Pixels are named by their row and the byte of the row at which they begin. */
 struct ColourFinder {
   const Picture& picture;
-  Outcomes& seen;
-  int W = picture.width;
-  int H = picture.height;
+  int W = picture.cols;
+  int H = picture.rows;
   int left = 10;
   int top = H - 30;
   int right = W - 10;
@@ -70,7 +70,7 @@ struct ColourFinder {
       if (y > 1 && strong(x, y)) ++count;
     }
     if (factor * count > W) return line;
-    seen[std::string(name) + " candidate fails its check"] += 1;
+    support::tally::count(std::string(name) + " candidate fails its check");
     return std::nullopt;
   }
 
@@ -81,18 +81,18 @@ struct ColourFinder {
       join(*a, *b);
     } else if (a) {
       bottom = cut_centre_row(*a);
-      seen["left line only"] += 1;
+      support::tally::count("left line only");
     } else if (b) {
       bottom = cut_centre_row(*b);
-      seen["right line only"] += 1;
+      support::tally::count("right line only");
     } else {
       find_middle_line();
     }
     if (bottom > H / 5) {
       bottom = H / 6;
-      seen["bottom clamped"] += 1;
+      support::tally::count("bottom clamped");
     } else {
-      seen["bottom not clamped"] += 1;
+      support::tally::count("bottom not clamped");
     }
     find_left_corner(a.value_or(CutLine{0, 10}));
     find_right_corner(b.value_or(CutLine{0, 10}));
@@ -102,7 +102,7 @@ struct ColourFinder {
     int ya = cut_centre_row(a);
     int yb = cut_centre_row(b);
     const bool agree = std::abs(ya - yb) <= 33;
-    seen[agree ? "lines agree" : "lines disagree"] += 1;
+    support::tally::count(agree ? "lines agree" : "lines disagree");
     if (agree) {
       ya = cut_row(a, W / 4, W);
       yb = cut_row(b, 3 * W / 4, W);
@@ -113,7 +113,7 @@ struct ColourFinder {
   void find_middle_line() {
     const std::optional<CutLine> c = checked(lower_votes(W / 3, 2 * W / 3, 2 * W / 3), W / 3, 2 * W / 3, 5, "middle");
     bottom = c ? cut_centre_row(*c) : 50;
-    seen[c ? "middle line only" : "no lower border"] += 1;
+    support::tally::count(c ? "middle line only" : "no lower border");
   }
 
   void find_left_corner(CutLine line) {
@@ -124,8 +124,8 @@ struct ColourFinder {
         ++found;
       }
     }
-    seen[found == 0 ? "left corner not found" : "left corner found"] += 1;
-    if (found > 1) seen["left corner found more than once"] += 1;
+    support::tally::count(found == 0 ? "left corner not found" : "left corner found");
+    if (found > 1) support::tally::count("left corner found more than once");
   }
 
   void find_right_corner(CutLine line) {
@@ -136,8 +136,8 @@ struct ColourFinder {
         ++found;
       }
     }
-    seen[found == 0 ? "right corner not found" : "right corner found"] += 1;
-    if (found > 1) seen["right corner found more than once"] += 1;
+    support::tally::count(found == 0 ? "right corner not found" : "right corner found");
+    if (found > 1) support::tally::count("right corner found more than once");
   }
 
   int corner_row(CutLine line, int x) const {
@@ -187,13 +187,13 @@ struct ColourFinder {
     CutVotes votes(W, H);
     for (int y = 18 * H / 20; y > 3 * H / 4; --y) {
       if (vote_upper_row(y, votes)) {
-        seen["upper scan stopped"] += 1;
+        support::tally::count("upper scan stopped");
         break;
       }
     }
     const std::optional<CutLine> line = votes.highest();
     if (!line) {
-      seen["no upper border"] += 1;
+      support::tally::count("no upper border");
       return;
     }
     int count = 0;
@@ -203,18 +203,18 @@ struct ColourFinder {
     }
     if (3 * count > W) {
       top = cut_centre_row(*line);
-      seen["upper border found"] += 1;
+      support::tally::count("upper border found");
     } else {
-      seen["upper candidate fails its check"] += 1;
+      support::tally::count("upper candidate fails its check");
     }
   }
 };
 
 }  // namespace
 
-bool cut_card24(const Picture& image, MYRECT& rect, Outcomes& seen) {
-  if (image.depth != 24 || image.width < 128 || image.height < 128) return false;
-  ColourFinder finder{image, seen};
+bool cut_card24(const Picture& image, MYRECT& rect) {
+  if (image.bits != 24 || image.cols < 128 || image.rows < 128) return false;
+  ColourFinder finder{image};
   finder.find_borders_and_corners();
   finder.find_upper_border();
   rect.left = static_cast<std::int16_t>(finder.left);

@@ -4,17 +4,18 @@
 
 #include "reference/cardcut_finders.h"
 #include "reference/cardcut_lines.h"
+#include "support/tally.h"
 
 namespace reference {
 namespace {
 
 Picture gray_copy(const Picture& image) {
-  if (image.depth == 8) return image;
-  Picture gray(image.width, image.height, 8);
-  for (int y = 0; y < image.height; ++y) {
-    for (int x = 0; x < image.width; ++x) {
+  if (image.bits == 8) return image;
+  Picture gray(image.cols, image.rows, 8, 255);
+  for (int y = 0; y < image.rows; ++y) {
+    for (int x = 0; x < image.cols; ++x) {
       const int sum = 2 * image.at(y, 3 * x) + 9 * image.at(y, 3 * x + 1) + 5 * image.at(y, 3 * x + 2);
-      gray.set(y, x, sum / 16);
+      gray.at(y, x) = static_cast<unsigned char>(sum / 16);
     }
   }
   return gray;
@@ -23,9 +24,8 @@ Picture gray_copy(const Picture& image) {
 /** One call of the finder: the gray picture and the bounds as they stand. */
 struct GrayFinder {
   Picture picture;
-  Outcomes& seen;
-  int W = picture.width;
-  int H = picture.height;
+  int W = picture.cols;
+  int H = picture.rows;
   int left = 0;
   int top = H - 1;
   int right = W - 1;
@@ -74,7 +74,7 @@ struct GrayFinder {
     if (!line) return std::nullopt;
     count = on_line(*line, check_from, check_to);
     if (4 * count > W) return line;
-    seen[std::string(name) + " candidate fails its check"] += 1;
+    support::tally::count(std::string(name) + " candidate fails its check");
     return std::nullopt;
   }
 
@@ -82,40 +82,40 @@ struct GrayFinder {
     for (int x = 10; x < W / 8; ++x) {
       const int y = cut_row(line, x, W);
       if (y <= 8) {
-        seen["left corner: line too low"] += 1;
+        support::tally::count("left corner: line too low");
         return;
       }
       if (measure(x, y, 1) > 5) {
         left = x;
-        seen["left corner found"] += 1;
+        support::tally::count("left corner found");
         return;
       }
       if (strong(x, y)) {
-        seen["left corner: border reached"] += 1;
+        support::tally::count("left corner: border reached");
         return;
       }
     }
-    seen["left corner: columns run out"] += 1;
+    support::tally::count("left corner: columns run out");
   }
 
   void find_right_corner(CutLine line) {
     for (int x = W - 20; x > 7 * W / 8; --x) {
       const int y = cut_row(line, x, W);
       if (y <= 8) {
-        seen["right corner: line too low"] += 1;
+        support::tally::count("right corner: line too low");
         return;
       }
       if (measure(x, y, -1) > 5) {
         right = x;
-        seen["right corner found"] += 1;
+        support::tally::count("right corner found");
         return;
       }
       if (strong(x, y)) {
-        seen["right corner: border reached"] += 1;
+        support::tally::count("right corner: border reached");
         return;
       }
     }
-    seen["right corner: columns run out"] += 1;
+    support::tally::count("right corner: columns run out");
   }
 
   std::int64_t measure(int x, int y, int sign) const {
@@ -149,10 +149,10 @@ struct GrayFinder {
       join(*a, *b);
     } else if (a) {
       bottom = cut_centre_row(*a);
-      seen["left line only"] += 1;
+      support::tally::count("left line only");
     } else if (b) {
       bottom = cut_centre_row(*b);
-      seen["right line only"] += 1;
+      support::tally::count("right line only");
     } else {
       find_middle_line(count_b);
     }
@@ -162,7 +162,7 @@ struct GrayFinder {
     int ya = cut_centre_row(a);
     int yb = cut_centre_row(b);
     const bool agree = std::abs(ya - yb) <= 33;
-    seen[agree ? "lines agree" : "lines disagree"] += 1;
+    support::tally::count(agree ? "lines agree" : "lines disagree");
     if (agree) {
       ya = cut_row(a, W / 4, W);
       yb = cut_row(b, 3 * W / 4, W);
@@ -183,18 +183,18 @@ struct GrayFinder {
     }
     const std::optional<CutLine> line = votes.lowest();
     if (!line) {
-      seen["no lower border"] += 1;
+      support::tally::count("no lower border");
       return;
     }
     const int own = on_line(*line, W / 3, 2 * W / 3);
     if (4 * (carried + own) <= W) {
-      seen["middle candidate fails its check"] += 1;
+      support::tally::count("middle candidate fails its check");
       return;
     }
     bottom = cut_centre_row(*line);
-    seen["middle line only"] += 1;
-    if (carried > 0) seen["middle line with a carried count"] += 1;
-    if (4 * own <= W) seen["middle line only by the carried count"] += 1;
+    support::tally::count("middle line only");
+    if (carried > 0) support::tally::count("middle line with a carried count");
+    if (4 * own <= W) support::tally::count("middle line only by the carried count");
   }
 
   /** Votes for row y; true when the row is full of changes across the columns. */
@@ -216,13 +216,13 @@ struct GrayFinder {
     CutVotes votes(W, H);
     for (int y = 17 * H / 20; y > 3 * H / 4; --y) {
       if (vote_upper_row(y, votes)) {
-        seen["upper scan stopped"] += 1;
+        support::tally::count("upper scan stopped");
         break;
       }
     }
     const std::optional<CutLine> line = votes.highest();
     if (!line) {
-      seen["no upper border"] += 1;
+      support::tally::count("no upper border");
       return;
     }
     int count = 0;
@@ -232,18 +232,18 @@ struct GrayFinder {
     }
     if (3 * count > W) {
       top = cut_centre_row(*line);
-      seen["upper border found"] += 1;
+      support::tally::count("upper border found");
     } else {
-      seen["upper candidate fails its check"] += 1;
+      support::tally::count("upper candidate fails its check");
     }
   }
 };
 
 }  // namespace
 
-bool cut_card(const Picture& image, MYRECT& rect, Outcomes& seen) {
-  if (image.depth != 8 && image.depth != 24) return false;
-  GrayFinder finder{gray_copy(image), seen};
+bool cut_card(const Picture& image, MYRECT& rect) {
+  if (image.bits != 8 && image.bits != 24) return false;
+  GrayFinder finder{gray_copy(image)};
   finder.find_lower_border();
   finder.find_upper_border();
   rect.left = static_cast<std::int16_t>(finder.left);

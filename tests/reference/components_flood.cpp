@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::components {
 

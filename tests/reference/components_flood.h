@@ -7,11 +7,11 @@
 
 #include <vector>
 
-#include "reference/image_picture.h"
+#include "support/picture.h"
 
 namespace reference::components {
 
-using image::Picture;
+using support::Picture;
 
 /** A component: columns left to right, memory rows bottom to top, foreground pixels, sequence number. */
 struct Character {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::components {
 
@@ -32,13 +32,13 @@ ListModel::ListModel(int initial, int step) : free_(descending(0, initial)), pre
 int ListModel::request(MYRECT rect, int type) {
   if (free_.empty()) {
     if (prepared_ == kPool) {
-      tally::count("list: exhausted");
+      support::tally::count("list: exhausted");
       return kNobody;
     }
     const int count = std::min(kPool - prepared_, step_);
     free_ = descending(prepared_, count);
     prepared_ += count;
-    tally::count("list: grown");
+    support::tally::count("list: grown");
   }
   const int taken = free_.back();
   free_.pop_back();
@@ -109,16 +109,16 @@ void ListModel::move_to_front(int from, int number, int to) {
   node(to).children.insert(node(to).children.begin(), number);
   node(number).parent = to;
   if (node(number).type == BLOCK_NONE) {
-    tally::count("list: moved without a type");
+    support::tally::count("list: moved without a type");
     return;
   }
   const MYRECT& rect = node(number).rect;
   if (!was_empty) {
-    tally::count("list: moved into others");
+    support::tally::count("list: moved into others");
     widen(to, rect);
     return;
   }
-  tally::count("list: moved into nothing");
+  support::tally::count("list: moved into nothing");
   MYRECT& own = node(to).rect;
   own = {rect.left, rect.top, rect.right, rect.bottom, own.reserved};
 }
@@ -147,7 +147,7 @@ void ListModel::adjust(int group) {
   const std::vector<int> all = node(group).children;
   for (const int line : all) {
     if (node(line).children.empty()) {
-      tally::count("list: empty line returned");
+      support::tally::count("list: empty line returned");
       remove_line(line);
       continue;
     }

@@ -4,8 +4,9 @@
 #include "components/block_list.h"
 #include "reference/components_list_model.h"
 #include "reference/components_nodes.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
@@ -13,9 +14,8 @@ using reference::components::BlockList;
 using reference::components::kNobody;
 using reference::components::ListModel;
 using reference::components::ModelNode;
-using reference::drawing::chance;
-using reference::drawing::pick;
-namespace tally = reference::tally;
+using support::Random;
+namespace tally = support::tally;
 
 bool same_rect(const MYRECT& p, const MYRECT& q) {
   return p.left == q.left && p.top == q.top && p.right == q.right && p.bottom == q.bottom && p.reserved == q.reserved;
@@ -31,7 +31,7 @@ class Pair {
 
   void any_operation();
   void compare();
-  std::mt19937& random() { return random_; }
+  Random& random() { return random_; }
   void request_character(int parent, int previous);
   ListModel& model() { return model_; }
 
@@ -53,14 +53,14 @@ class Pair {
   void sort();
   void compare_siblings(const std::vector<int>& expected, const _BNODE* first, int parent);
 
-  std::mt19937 random_;
+  Random random_;
   ListModel model_;
   BlockList list_;
   std::vector<int> loose_;
 };
 
 MYRECT Pair::random_rect() {
-  const auto number = [this] { return static_cast<short>(pick(random_, -3, 12)); };
+  const auto number = [this] { return static_cast<short>(random_.pick(-3, 12)); };
   return {number(), number(), number(), number(), number()};
 }
 
@@ -73,25 +73,25 @@ int Pair::behind(const std::vector<int>& siblings, int previous) {
 
 /** One of them, or nobody for the place in front of all. */
 int Pair::some_sibling(const std::vector<int>& siblings) {
-  const int place = pick(random_, 0, static_cast<int>(siblings.size()));
+  const int place = random_.pick(0, static_cast<int>(siblings.size()));
   return place == 0 ? kNobody : siblings.at(static_cast<std::size_t>(place - 1));
 }
 
 int Pair::some_group() {
   if (model_.groups().empty()) return kNobody;
-  return model_.groups().at(random_() % model_.groups().size());
+  return model_.groups().at(random_.bits() % model_.groups().size());
 }
 
 int Pair::some_line() {
   const int group = some_group();
   if (group == kNobody || model_.node(group).children.empty()) return kNobody;
-  return model_.node(group).children.at(random_() % model_.node(group).children.size());
+  return model_.node(group).children.at(random_.bits() % model_.node(group).children.size());
 }
 
 int Pair::some_character() {
   const int line = some_line();
   if (line == kNobody || model_.node(line).children.empty()) return kNobody;
-  return model_.node(line).children.at(random_() % model_.node(line).children.size());
+  return model_.node(line).children.at(random_.bits() % model_.node(line).children.size());
 }
 
 void Pair::request_group() {
@@ -117,7 +117,7 @@ void Pair::request_character(int line, int previous) {
   const int next = behind(model_.node(line).children, previous);
   const int expected = model_.request_child(line, previous, rect, BLOCK_CHARACTER);
   expect_node(expected, list_->RequestCharacter(at(line), at(previous), at(next), rect));
-  if (expected != kNobody && chance(random_, 10)) {
+  if (expected != kNobody && random_.chance(10)) {
     model_.node(expected).type = BLOCK_NONE;
     at(expected)->type = BLOCK_NONE;
   }
@@ -125,7 +125,7 @@ void Pair::request_character(int line, int previous) {
 
 /** Takes a node that is in no tree, or gives one back. */
 void Pair::loose_node() {
-  if (!loose_.empty() && chance(random_, 50)) {
+  if (!loose_.empty() && random_.chance(50)) {
     model_.give_back(loose_.back());
     list_->ReturnNode(at(loose_.back()));
     loose_.pop_back();
@@ -167,9 +167,9 @@ void Pair::move_line() {
 }
 
 void Pair::sort() {
-  const int parent = chance(random_, 80) ? some_line() : some_group();
+  const int parent = random_.chance(80) ? some_line() : some_group();
   if (parent == kNobody) return;
-  const int order = pick(random_, 0, 2);
+  const int order = random_.pick(0, 2);
   if (order == 2) {
     model_.sort_by_bottom(parent);
     SortCharacter(*list_, at(parent));
@@ -180,7 +180,7 @@ void Pair::sort() {
 }
 
 void Pair::any_operation() {
-  const int which = pick(random_, 0, 99);
+  const int which = random_.pick(0, 99);
   if (which < 5) return request_group();
   if (which < 20) return request_line();
   if (which < 60) {
@@ -256,8 +256,8 @@ TEST(BlockListReference, RandomOperations) {
   tally::reset();
   for (unsigned round = 0; round < 150; ++round) {
     SCOPED_TRACE(round);
-    std::mt19937 sizes(round);
-    Pair pair(pick(sizes, 1, 40), pick(sizes, 1, 20), round);
+    Random sizes(round);
+    Pair pair(sizes.pick(1, 40), sizes.pick(1, 20), round);
     for (int operation = 0; operation < 200; ++operation) {
       SCOPED_TRACE(operation);
       pair.any_operation();

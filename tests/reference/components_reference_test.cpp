@@ -7,48 +7,48 @@
 #include "components/components.h"
 #include "reference/components_flood.h"
 #include "reference/components_nodes.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
 using reference::components::BlockList;
 using reference::components::Character;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::image::Picture;
+using support::Picture;
+using support::Random;
 using Characters = std::vector<Character>;
-namespace tally = reference::tally;
+namespace tally = support::tally;
 
 /** Noise of a share of foreground; padding bytes are foreground too, which nothing may look at. */
-Picture noise(std::mt19937& random, int cols, int rows, int percent) {
-  Picture edge = reference::image::filled(cols, rows, 8, 0);
+Picture noise(Random& random, int cols, int rows, int percent) {
+  Picture edge(cols, rows, 8, 0);
   for (int row = 0; row < rows; ++row) {
     for (int col = 0; col < cols; ++col) {
-      edge.at(row, col) = static_cast<unsigned char>(chance(random, percent) ? 0 : pick(random, 1, 255));
+      edge.at(row, col) = static_cast<unsigned char>(random.chance(percent) ? 0 : random.pick(1, 255));
     }
   }
   return edge;
 }
 
 /** Horizontal and vertical strokes: combs, ladders and U shapes that merge late. */
-Picture strokes(std::mt19937& random, int cols, int rows) {
-  Picture edge = reference::image::filled(cols, rows, 8, 255);
-  for (int stroke = pick(random, 1, 25); stroke > 0 && cols > 0 && rows > 0; --stroke) {
-    const int row = pick(random, 0, rows - 1);
-    const int col = pick(random, 0, cols - 1);
-    const bool lies = chance(random, 50);
-    const int length = pick(random, 1, lies ? cols - col : rows - row);
+Picture strokes(Random& random, int cols, int rows) {
+  Picture edge(cols, rows, 8, 255);
+  for (int stroke = random.pick(1, 25); stroke > 0 && cols > 0 && rows > 0; --stroke) {
+    const int row = random.pick(0, rows - 1);
+    const int col = random.pick(0, cols - 1);
+    const bool lies = random.chance(50);
+    const int length = random.pick(1, lies ? cols - col : rows - row);
     for (int i = 0; i < length; ++i) edge.at(lies ? row : row + i, lies ? col + i : col) = 0;
   }
   return edge;
 }
 
-Picture random_edge(std::mt19937& random) {
-  const int cols = pick(random, 0, 70);
-  const int rows = pick(random, 0, 40);
-  if (chance(random, 40)) return strokes(random, cols, rows);
-  return noise(random, cols, rows, std::array<int, 8>{0, 2, 10, 30, 45, 60, 90, 100}.at(random() % 8));
+Picture random_edge(Random& random) {
+  const int cols = random.pick(0, 70);
+  const int rows = random.pick(0, 40);
+  if (random.chance(40)) return strokes(random, cols, rows);
+  return noise(random, cols, rows, std::array<int, 8>{0, 2, 10, 30, 45, 60, 90, 100}.at(random.bits() % 8));
 }
 
 /** Order and labels do not matter to a flood fill. */
@@ -72,7 +72,7 @@ void expect_same(const Characters& expected, const Characters& actual) {
 }
 
 TEST(ComponentsReference, EdgeMaps) {
-  std::mt19937 random(31);
+  Random random(31);
   tally::reset();
   int empty = 0;
   for (int round = 0; round < 3000; ++round) {
@@ -97,9 +97,9 @@ TEST(ComponentsReference, EdgeMaps) {
 }
 
 /** The same pixels with one bit each; the bits behind the last column are noise. */
-testing_images::Image bilevel_of(const Picture& edge, std::mt19937& random) {
-  testing_images::Image image(edge.cols, edge.rows, 1);
-  testing_images::randomise(image, random);
+support::Image bilevel_of(const Picture& edge, Random& random) {
+  support::Image image(edge.cols, edge.rows, 1);
+  support::randomise(image, random);
   for (int row = 0; row < edge.rows; ++row) {
     for (int col = 0; col < edge.cols; ++col) {
       unsigned char& byte = image.at(row, col / 8);
@@ -111,11 +111,11 @@ testing_images::Image bilevel_of(const Picture& edge, std::mt19937& random) {
 }
 
 TEST(ComponentsReference, BilevelImages) {
-  std::mt19937 random(32);
+  Random random(32);
   for (int round = 0; round < 1000; ++round) {
     SCOPED_TRACE(round);
     const Picture edge = random_edge(random);
-    testing_images::Image image = bilevel_of(edge, random);
+    support::Image image = bilevel_of(edge, random);
     BlockList list;
     const Characters expected = reference::components::by_runs(edge);
     ASSERT_EQ(Extract_Eight_Connected_Components(*image.ptr(), *list), expected.empty() ? 0 : 1);
@@ -152,7 +152,7 @@ Characters by_single_runs(const Picture& edge, BlockList& list) {
 }
 
 TEST(ComponentsReference, SingleRuns) {
-  std::mt19937 random(33);
+  Random random(33);
   for (int round = 0; round < 1000; ++round) {
     SCOPED_TRACE(round);
     const Picture edge = random_edge(random);
@@ -164,18 +164,17 @@ TEST(ComponentsReference, SingleRuns) {
 
 /** More components than the pool holds: a grid of dots, here and there joined so that nodes come back in between. */
 TEST(ComponentsReference, ExhaustedPool) {
-  std::mt19937 random(34);
+  Random random(34);
   tally::reset();
   for (int round = 0; round < 12; ++round) {
     SCOPED_TRACE(round);
-    Picture edge = noise(random, 260, 230, pick(random, 0, 3));
+    Picture edge = noise(random, 260, 230, random.pick(0, 3));
     for (int row = 0; row < edge.rows; row += 2) {
       for (int col = 0; col < edge.cols; col += 2) {
-        if (!chance(random, 4)) edge.at(row, col) = 0;
+        if (!random.chance(4)) edge.at(row, col) = 0;
       }
     }
-    BlockList list(static_cast<unsigned long>(pick(random, 1, 10000)),
-                   static_cast<unsigned long>(pick(random, 1, 500)));
+    BlockList list(static_cast<unsigned long>(random.pick(1, 10000)), static_cast<unsigned long>(random.pick(1, 500)));
     const Characters expected = reference::components::by_runs(edge);
     ASSERT_TRUE(Gray2Bin(edge.bytes.data(), *list, edge.rows, edge.cols));
     expect_same(expected, list.characters());

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "reference/components_flood.h"
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::components {
 
@@ -40,7 +40,7 @@ int merge(State& state, int first, int second) {
   const bool second_is_older = state.character(second).bottom < state.character(first).bottom;
   const int survivor = second_is_older ? second : first;
   const int absorbed = second_is_older ? first : second;
-  tally::count(second_is_older ? "runs: the later owner survives" : "runs: the first owner survives");
+  support::tally::count(second_is_older ? "runs: the later owner survives" : "runs: the first owner survives");
   Character& kept = state.character(survivor);
   const Character& gone = state.character(absorbed);
   kept.left = std::min(kept.left, gone.left);
@@ -56,7 +56,7 @@ int merge(State& state, int first, int second) {
 /** A new character for a run that touches nothing, or none when the pool has no node left. */
 int make(State& state, int start, int last, int row) {
   if (state.living >= state.room) {
-    tally::count("runs: pool exhausted");
+    support::tally::count("runs: pool exhausted");
     return kNone;
   }
   state.made.push_back({start, last, row, row, last - start + 1, state.next_label});

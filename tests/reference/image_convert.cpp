@@ -2,12 +2,12 @@
 
 #include <cstdlib>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::image {
 
 Picture gray_of(const Picture& colour) {
-  Picture gray = filled(colour.cols, colour.rows, 8, 255);
+  Picture gray(colour.cols, colour.rows, 8, 255);
   gray.x_resolution = colour.x_resolution;
   gray.y_resolution = colour.y_resolution;
   for (int row = 0; row < colour.rows; ++row) {
@@ -22,7 +22,7 @@ Picture gray_of(const Picture& colour) {
 }
 
 Picture plane_of(const Picture& colour, int channel) {
-  Picture plane = filled(colour.cols, colour.rows, 8, 0);
+  Picture plane(colour.cols, colour.rows, 8, 0);
   for (int row = 0; row < colour.rows; ++row) {
     for (int col = 0; col < colour.cols; ++col) plane.at(row, col) = colour.at(row, 3 * col + channel);
   }
@@ -85,22 +85,22 @@ Crop crop(const Picture& source, MYRECT rect) {
   const auto height = static_cast<short>(std::abs(rect.top - rect.bottom) + 1);
   const auto width = static_cast<short>(rect.right - rect.left + 1);
   if (height < 0 || width < 0) {
-    tally::count("crop: negative size");
+    support::tally::count("crop: negative size");
     return {};
   }
-  Crop result{1, filled(width, height, source.bits, 255)};
+  Crop result{1, Picture(width, height, source.bits, 255)};
   result.picture->x_resolution = source.x_resolution;
   result.picture->y_resolution = source.y_resolution;
   if (source.bits == 8 || source.bits == 24) {
     crop_bytes(source, rect, *result.picture);
   } else if (source.bits != 1) {
-    tally::count("crop: other depth");
+    support::tally::count("crop: other depth");
     result.code = -1;
   } else if (inside(source, rect)) {
-    tally::count("crop: bits inside");
+    support::tally::count("crop: bits inside");
     crop_bits_inside(source, rect, *result.picture);
   } else {
-    tally::count("crop: bits partly outside");
+    support::tally::count("crop: bits partly outside");
     crop_bits_anywhere(source, rect, *result.picture);
   }
   return result;

@@ -7,9 +7,11 @@
 
 #include <optional>
 
-#include "reference/image_picture.h"
+#include "support/picture.h"
 
 namespace reference::image {
+
+using support::Picture;
 
 /** The 8-bit gray picture of a 24-bit one. */
 Picture gray_of(const Picture& colour);

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "reference/image_tally.h"
 #include "reference/lines_sobel.h"
+#include "support/tally.h"
 
 namespace reference::lines {
 
@@ -134,11 +134,11 @@ int two_lines(Points& points, int rows, int cols, int dir_class, std::array<Line
   const Peak first = strongest(cells, horizontal ? degrees(70, 109) : degrees(150, 179), nullptr);
   const Peak second = strongest(cells, horizontal ? degrees(70, 109) : degrees(0, 29), &first);
   if (second.score < (horizontal ? cols / 4 : rows / 5)) {
-    tally::count(horizontal ? "two lines: too few horizontal" : "two lines: too few vertical");
+    support::tally::count(horizontal ? "two lines: too few horizontal" : "two lines: too few vertical");
     return 0;
   }
-  tally::count(horizontal ? "two lines: horizontal" : "two lines: vertical");
-  if (!horizontal && first.score < second.score) tally::count("two lines: weaker first vertical");
+  support::tally::count(horizontal ? "two lines: horizontal" : "two lines: vertical");
+  if (!horizontal && first.score < second.score) support::tally::count("two lines: weaker first vertical");
   lines.at(horizontal ? 0 : 2) = line_of(first, rows, cols);
   lines.at(horizontal ? 1 : 3) = line_of(second, rows, cols);
   return 1;
@@ -159,12 +159,12 @@ bool passes_brightness(const Scene& scene, int at) {
     found = brightness(scene.gray, 0, at, 0, scene.gray.cols);
   else
     return true;
-  tally::count(on_side(scene, found != scene.wb_class ? "brightness passes" : "brightness fails"));
+  support::tally::count(on_side(scene, found != scene.wb_class ? "brightness passes" : "brightness fails"));
   return found != scene.wb_class;
 }
 
 bool told_darkness(const Scene& scene, bool passes) {
-  tally::count(on_side(scene, passes ? "darkness passes" : "darkness fails"));
+  support::tally::count(on_side(scene, passes ? "darkness passes" : "darkness fails"));
   return passes;
 }
 
@@ -174,7 +174,7 @@ bool passes_darkness(const Scene& scene, int at) {
   const int cols = scene.gray.cols;
   if (scene.side == 1 && at > 0) return told_darkness(scene, dark(scene.gray, 0, at, 0, cols));
   if (scene.side == 0 && at < rows - 1) return told_darkness(scene, dark(scene.gray, at, rows, 0, cols));
-  tally::count(on_side(scene, "darkness not asked"));
+  support::tally::count(on_side(scene, "darkness not asked"));
   return true;
 }
 
@@ -184,7 +184,7 @@ bool passes_column_darkness(const Scene& scene, int at) {
   const int cols = scene.gray.cols;
   if (scene.side == 2 && at > 0) return told_darkness(scene, dark(scene.gray, 0, rows, 0, at));
   if (scene.side == 3 && at < cols - 1) return told_darkness(scene, dark(scene.gray, 0, rows, at, cols));
-  tally::count(on_side(scene, "darkness not asked"));
+  support::tally::count(on_side(scene, "darkness not asked"));
   return true;
 }
 
@@ -207,7 +207,7 @@ int horizontal_line(const Scene& scene, const Accumulator& cells, Line& line) {
   if (cols / 4 > first.score) return 0;
   const int first_at = position_of(distance_of(first, rows, cols));
   if (cols / 4 > second.score) {
-    tally::count(on_side(scene, "one clear line"));
+    support::tally::count(on_side(scene, "one clear line"));
     write_normal(first, line);
     if (!passes_brightness(scene, first_at) || !passes_darkness(scene, first_at)) return 0;
     if (!passes_components(scene, first_at)) return 0;
@@ -216,14 +216,14 @@ int horizontal_line(const Scene& scene, const Accumulator& cells, Line& line) {
   }
   const int second_at = position_of(distance_of(second, rows, cols));
   const bool border = hugs_edge(first, first_at, second_at, rows, cols);
-  if (border) tally::count(on_side(scene, "border flag"));
+  if (border) support::tally::count(on_side(scene, "border flag"));
   if (2 * second.score > first.score && (border || verify_v0(scene.edge, first_at, second_at, scene.side))) {
-    tally::count(on_side(scene, "runner-up taken"));
+    support::tally::count(on_side(scene, "runner-up taken"));
     line = line_of(second, rows, cols);
     const int at = position_of(line.c);
     return passes_darkness(scene, at) && passes_components(scene, at) ? 2 : 0;
   }
-  tally::count(on_side(scene, "strongest of two taken"));
+  support::tally::count(on_side(scene, "strongest of two taken"));
   if (!passes_brightness(scene, first_at) || !passes_darkness(scene, first_at)) return 0;
   if (!passes_components(scene, first_at)) return 0;
   line = line_of(first, rows, cols);
@@ -258,15 +258,15 @@ bool takes_level_runner_up(const Scene& scene, const Peak& first, const Peak& se
   const int second_at = position_of(distance_of(second, rows, cols));
   if (!(2 * second.score > first.score)) return false;
   if (first_at <= 9) {
-    tally::count("level: runner-up, first within 9");
+    support::tally::count("level: runner-up, first within 9");
     return true;
   }
   if (scene.side == 1 && first_at > 2 * second_at) {
-    tally::count("level: runner-up at less than half");
+    support::tally::count("level: runner-up at less than half");
     return true;
   }
   if (hugs_edge(first, first_at, second_at, rows, cols)) {
-    tally::count("level: runner-up, first hugs the edge");
+    support::tally::count("level: runner-up, first hugs the edge");
     return true;
   }
   return verify_v0(scene.edge, first_at, second_at, scene.side);
@@ -288,11 +288,11 @@ int level_horizontal_line(const Scene& scene, const Accumulator& cells, Line& li
     return 1;
   }
   if (takes_level_runner_up(scene, first, second)) {
-    tally::count(on_side(scene, "level: runner-up taken"));
+    support::tally::count(on_side(scene, "level: runner-up taken"));
     line = level_line_of(second, rows, cols);
     return passes_level_tests(scene, position_of(line.c)) ? 2 : 0;
   }
-  tally::count(on_side(scene, "level: strongest of two taken"));
+  support::tally::count(on_side(scene, "level: strongest of two taken"));
   if (!passes_level_tests(scene, first_at)) return 0;
   line = level_line_of(first, rows, cols);
   return 2;
@@ -311,7 +311,7 @@ int search(const Scene& scene, Points& points, Line& line, const char* name, Acc
   } else {
     result = vertical_line(scene, vote(points, longest, degrees(160, 179, 0, 19)), line);
   }
-  tally::count(on_side(scene, name + (" gives " + std::to_string(result))));
+  support::tally::count(on_side(scene, name + (" gives " + std::to_string(result))));
   return result;
 }
 

@@ -7,21 +7,20 @@
 #include "components/components.h"
 #include "lines/border_search.h"
 #include "reference/components_nodes.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
 #include "reference/lines_hough.h"
 #include "reference/lines_sobel.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
 using reference::components::BlockList;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::drawing::pick_real;
-using reference::image::Picture;
 using reference::lines::Line;
 using reference::lines::Points;
-namespace tally = reference::tally;
+using support::Picture;
+using support::Random;
+namespace tally = support::tally;
 
 struct Tables {
   std::array<double, 180> sine{};
@@ -71,24 +70,24 @@ struct LibraryLines {
 };
 
 /** Points of a few straight lines, broken and with strays, inside the image. */
-Points random_points(std::mt19937& random, int rows, int cols, bool horizontal) {
+Points random_points(Random& random, int rows, int cols, bool horizontal) {
   Points points;
   const int longest = horizontal ? cols : rows;
   const int across = horizontal ? rows : cols;
-  for (int line = pick(random, 0, 3); line > 0; --line) {
-    const double start = pick(random, 0, across - 1);
-    const double slope = chance(random, 40) ? 0 : pick_real(random, -0.45, 0.45);
-    const int kept = pick(random, 20, 100);
+  for (int line = random.pick(0, 3); line > 0; --line) {
+    const double start = random.pick(0, across - 1);
+    const double slope = random.chance(40) ? 0 : random.real(-0.45, 0.45);
+    const int kept = random.pick(20, 100);
     for (int i = 0; i < longest; ++i) {
       const int j = static_cast<int>(start + slope * i);
-      if (j < 0 || j >= across || !chance(random, kept)) continue;
+      if (j < 0 || j >= across || !random.chance(kept)) continue;
       points.push_back({static_cast<float>(horizontal ? j : i), static_cast<float>(horizontal ? i : j)});
     }
   }
-  for (int stray = pick(random, 0, 20); stray > 0; --stray) {
-    points.push_back({static_cast<float>(pick(random, 0, rows - 1)), static_cast<float>(pick(random, 0, cols - 1))});
+  for (int stray = random.pick(0, 20); stray > 0; --stray) {
+    points.push_back({static_cast<float>(random.pick(0, rows - 1)), static_cast<float>(random.pick(0, cols - 1))});
   }
-  if (chance(random, 10)) {
+  if (random.chance(10)) {
     for (auto& point : points) point.row += 0.5f, point.col += 0.25f;
   }
   return points;
@@ -102,23 +101,23 @@ void lay_line(Points& points, int at, int count, int longest, bool horizontal) {
 }
 
 /** Two exactly level (or upright) lines whose points are as many as a threshold, one more or one less. */
-Points lines_at_thresholds(std::mt19937& random, int rows, int cols, int side) {
+Points lines_at_thresholds(Random& random, int rows, int cols, int side) {
   const bool horizontal = side < 2;
   const int longest = horizontal ? cols : rows;
   const int across = horizontal ? rows : cols;
-  const int around = pick(random, -1, 1);
-  const std::array<int, 4> counts{longest / 4, longest / 5, 4 * longest / 9, pick(random, longest / 4, longest)};
-  const int first_count = counts.at(random() % counts.size()) + (chance(random, 50) ? around : 0);
-  const int second_count = chance(random, 50) ? first_count / 2 + around : longest / 4 + around;
-  const int second = pick(random, 1, (across - 1) / 2);
+  const int around = random.pick(-1, 1);
+  const std::array<int, 4> counts{longest / 4, longest / 5, 4 * longest / 9, random.pick(longest / 4, longest)};
+  const int first_count = counts.at(random.bits() % counts.size()) + (random.chance(50) ? around : 0);
+  const int second_count = random.chance(50) ? first_count / 2 + around : longest / 4 + around;
+  const int second = random.pick(1, (across - 1) / 2);
   const int first =
-      chance(random, 50) ? std::min(2 * second + pick(random, 0, 1), across - 1) : pick(random, 0, across - 1);
+      random.chance(50) ? std::min(2 * second + random.pick(0, 1), across - 1) : random.pick(0, across - 1);
   Points points;
   lay_line(points, first, first_count, longest, horizontal);
   lay_line(points, second, std::max(second_count, 0), longest, horizontal);
   while (points.size() < 50) {  // strays, on neither line
-    const auto stray = static_cast<float>(pick(random, 0, across - 1));
-    const auto along = static_cast<float>(pick(random, 0, longest - 1));
+    const auto stray = static_cast<float>(random.pick(0, across - 1));
+    const auto along = static_cast<float>(random.pick(0, longest - 1));
     if (static_cast<int>(stray) == first || static_cast<int>(stray) == second) continue;
     points.push_back(horizontal ? reference::lines::Point{stray, along} : reference::lines::Point{along, stray});
   }
@@ -127,13 +126,13 @@ Points lines_at_thresholds(std::mt19937& random, int rows, int cols, int side) {
 
 TEST(LineSearchReference, TwoLines) {
   static Tables tables;
-  std::mt19937 random(51);
+  Random random(51);
   tally::reset();
   for (int round = 0; round < 1500; ++round) {
     SCOPED_TRACE(round);
-    const int rows = pick(random, 1, 70);
-    const int cols = pick(random, 1, 70);
-    const int dir_class = chance(random, 5) ? pick(random, 1, 4) : 2 * pick(random, 0, 1);
+    const int rows = random.pick(1, 70);
+    const int cols = random.pick(1, 70);
+    const int dir_class = random.chance(5) ? random.pick(1, 4) : 2 * random.pick(0, 1);
     Points points = random_points(random, rows, cols, dir_class == 0);
     std::vector<typePoint> given = library_points(points);
     std::array<Line, 4> expected = untouched();
@@ -179,11 +178,11 @@ void compare_search(LibrarySearch library, PlainSearch plain, Sight& sight, Bloc
 }
 
 /** Levels in blocks of rows and columns, mostly dark, so that the brightness tests fall both ways. */
-Picture random_levels(std::mt19937& random, int rows, int cols) {
-  Picture gray = reference::image::filled(cols, rows, 8, 0);
-  const std::array<int, 3> levels{pick(random, 0, 255), pick(random, 0, 120), pick(random, 150, 255)};
-  const int row_step = pick(random, 1, rows);
-  const int col_step = pick(random, 1, cols);
+Picture random_levels(Random& random, int rows, int cols) {
+  Picture gray(cols, rows, 8, 0);
+  const std::array<int, 3> levels{random.pick(0, 255), random.pick(0, 120), random.pick(150, 255)};
+  const int row_step = random.pick(1, rows);
+  const int col_step = random.pick(1, cols);
   for (int row = 0; row < rows; ++row) {
     for (int byte = 0; byte < gray.stride(); ++byte) {
       const int block = row / row_step + byte / col_step;
@@ -194,55 +193,55 @@ Picture random_levels(std::mt19937& random, int rows, int cols) {
 }
 
 /** An edge map that holds the points and some noise. */
-Picture edge_of(const Points& points, std::mt19937& random, int rows, int cols) {
-  Picture edge = reference::image::filled(cols, rows, 8, 255);
+Picture edge_of(const Points& points, Random& random, int rows, int cols) {
+  Picture edge(cols, rows, 8, 255);
   for (const auto& point : points) edge.at(static_cast<int>(point.row), static_cast<int>(point.col)) = 0;
-  for (int stray = pick(random, 0, rows * cols / 20); stray > 0 && chance(random, 98); --stray) {
-    edge.at(pick(random, 0, rows - 1), pick(random, 0, cols - 1)) = 0;
+  for (int stray = random.pick(0, rows * cols / 20); stray > 0 && random.chance(98); --stray) {
+    edge.at(random.pick(0, rows - 1), random.pick(0, cols - 1)) = 0;
   }
   return edge;
 }
 
 /** A level line over the whole width at the image's rim, and a second one further in, sometimes a little tilted. */
-Points rim_and_second(std::mt19937& random, int rows, int cols) {
+Points rim_and_second(Random& random, int rows, int cols) {
   Points points;
-  const bool low = chance(random, 50);
-  const int from_rim = pick(random, 0, 4);
-  const bool tilted = chance(random, 50);
-  const double second = tilted ? pick(random, 6, 11) : pick(random, 5, 30);
-  const double slope = tilted ? std::tan(pick(random, -4, 4) * 0.01745329251994) : 0;
+  const bool low = random.chance(50);
+  const int from_rim = random.pick(0, 4);
+  const bool tilted = random.chance(50);
+  const double second = tilted ? random.pick(6, 11) : random.pick(5, 30);
+  const double slope = tilted ? std::tan(random.pick(-4, 4) * 0.01745329251994) : 0;
   const auto row_at = [&](double distance) {
     const int row = static_cast<int>(std::lround(distance));
     return static_cast<float>(std::clamp(low ? row : rows - 1 - row, 0, rows - 1));
   };
   for (int col = 0; col < cols; ++col) {
     points.push_back({row_at(from_rim), static_cast<float>(col)});
-    if (chance(random, 90)) points.push_back({row_at(second + slope * col), static_cast<float>(col)});
+    if (random.chance(90)) points.push_back({row_at(second + slope * col), static_cast<float>(col)});
   }
   return points;
 }
 
-Points points_of_any_kind(std::mt19937& random, int rows, int cols, int side, int dir_class) {
-  const int kind = pick(random, 0, 99);
+Points points_of_any_kind(Random& random, int rows, int cols, int side, int dir_class) {
+  const int kind = random.pick(0, 99);
   if (kind < 15 && side < 2) return rim_and_second(random, rows, cols);
   if (kind < 30 && rows > 40 && cols > 40) return lines_at_thresholds(random, rows, cols, side);
   return random_points(random, rows, cols, dir_class == 0);
 }
 
 void compare_on_laid_out_points(LibrarySearch library, PlainSearch plain, unsigned seed) {
-  std::mt19937 random(seed);
+  Random random(seed);
   for (int round = 0; round < 3500; ++round) {
     SCOPED_TRACE(round);
-    const int rows = pick(random, 1, 110);
-    const int cols = pick(random, 1, 110);
-    const int side = pick(random, 0, 3);
-    const int dir_class = chance(random, 3) ? pick(random, 0, 4) : (side < 2 ? 0 : 2);
+    const int rows = random.pick(1, 110);
+    const int cols = random.pick(1, 110);
+    const int side = random.pick(0, 3);
+    const int dir_class = random.chance(3) ? random.pick(0, 4) : (side < 2 ? 0 : 2);
     const Points points = points_of_any_kind(random, rows, cols, side, dir_class);
     Sight sight{random_levels(random, rows, cols), edge_of(points, random, rows, cols), {}};
     sight.characters = reference::components::by_runs(sight.edge);
     BlockList list;
     Gray2Bin(sight.edge.bytes.data(), *list, rows, cols);
-    compare_search(library, plain, sight, list, points, side, dir_class, pick(random, 0, 2));
+    compare_search(library, plain, sight, list, points, side, dir_class, random.pick(0, 2));
     if (testing::Test::HasFatalFailure()) return;
   }
 }
@@ -282,13 +281,12 @@ TEST(LineSearchReference, LevelLineOverPoints) {
 
 /** Both searches over the whole edge map of drawn cards, for every side. */
 TEST(LineSearchReference, OverDrawnCards) {
-  std::mt19937 random(54);
+  Random random(54);
   tally::reset();
   for (int round = 0; round < 80; ++round) {
     SCOPED_TRACE(round);
-    testing_images::Image image =
-        reference::drawing::draw(reference::drawing::random_sheet(random, 60, 140), 8, random);
-    Sight sight{reference::image::picture_of(*image.ptr()), {}, {}};
+    support::Image image = support::draw(support::random_scan(random, 60, 140), 8, random);
+    Sight sight{Picture(image), {}, {}};
     reference::lines::EdgeMaps maps = reference::lines::blank_maps(sight.gray);
     reference::lines::sobel(sight.gray, MYRECT{}, maps);
     sight.edge = maps.edge;

@@ -2,12 +2,12 @@
 
 #include <cmath>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::lines {
 
 EdgeMaps blank_maps(const Picture& gray) {
-  return {image::filled(gray.cols, gray.rows, 8, 255), image::filled(gray.cols, gray.rows, 8, 4)};
+  return {Picture(gray.cols, gray.rows, 8, 255), Picture(gray.cols, gray.rows, 8, 4)};
 }
 
 namespace {
@@ -16,12 +16,12 @@ int direction(int along_rows, int across_rows) {
   double angle = static_cast<float>(std::atan2(static_cast<double>(along_rows), static_cast<double>(across_rows)));
   if (angle < -3.14159) {
     angle += 6.28318;
-    tally::count("sobel: angle of minus pi");
+    support::tally::count("sobel: angle of minus pi");
   } else if (angle < 0) {
     angle += 3.14159;
   } else if (angle > 3.14159) {
     angle -= 3.14159;
-    tally::count("sobel: angle of pi");
+    support::tally::count("sobel: angle of pi");
   }
   if (angle < 0.39269 || angle >= 2.74883) return 0;
   if (angle < 1.17809) return 1;

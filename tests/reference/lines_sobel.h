@@ -5,11 +5,11 @@
 #ifndef VANTREL_TESTS_REFERENCE_LINES_SOBEL_H
 #define VANTREL_TESTS_REFERENCE_LINES_SOBEL_H
 
-#include "reference/image_picture.h"
+#include "support/picture.h"
 
 namespace reference::lines {
 
-using image::Picture;
+using support::Picture;
 
 /** Edge map (0 edge, 255 none) and direction map (0 to 3, 4 none) of a gray picture. */
 struct EdgeMaps {

@@ -6,42 +6,42 @@
 
 #include "lines/levels.h"
 #include "lines/sobel.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
 #include "reference/lines_sobel.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::image::Picture;
 using reference::lines::EdgeMaps;
-namespace tally = reference::tally;
+using support::Picture;
+using support::Random;
+namespace tally = support::tally;
 
 /** Few levels make equal neighbours and exact directions; two make steps. */
-Picture random_gray(std::mt19937& random, int most) {
-  Picture gray = reference::image::filled(pick(random, 0, most), pick(random, 0, most), 8, 0);
-  const int step = std::array<int, 4>{1, 16, 85, 255}.at(random() % 4);
-  for (unsigned char& byte : gray.bytes) byte = static_cast<unsigned char>(pick(random, 0, 255 / step) * step);
+Picture random_gray(Random& random, int most) {
+  Picture gray(random.pick(0, most), random.pick(0, most), 8, 0);
+  const int step = std::array<int, 4>{1, 16, 85, 255}.at(random.bits() % 4);
+  for (unsigned char& byte : gray.bytes) byte = static_cast<unsigned char>(random.pick(0, 255 / step) * step);
   return gray;
 }
 
-EdgeMaps random_maps(const Picture& gray, std::mt19937& random) {
+EdgeMaps random_maps(const Picture& gray, Random& random) {
   EdgeMaps maps = reference::lines::blank_maps(gray);
-  for (unsigned char& byte : maps.edge.bytes) byte = static_cast<unsigned char>(random());
-  for (unsigned char& byte : maps.dir.bytes) byte = static_cast<unsigned char>(random());
+  for (unsigned char& byte : maps.edge.bytes) byte = random.byte();
+  for (unsigned char& byte : maps.dir.bytes) byte = random.byte();
   return maps;
 }
 
-MYRECT random_interior(const Picture& gray, std::mt19937& random) {
-  const auto number = [&random](int high) { return static_cast<short>(pick(random, -3, high + 3)); };
+MYRECT random_interior(const Picture& gray, Random& random) {
+  const auto number = [&random](int high) { return static_cast<short>(random.pick(-3, high + 3)); };
   MYRECT rect{number(gray.cols), number(gray.rows), number(gray.cols), number(gray.rows), 0};
   if (rect.left > rect.right) std::swap(rect.left, rect.right);
   if (rect.top > rect.bottom) std::swap(rect.top, rect.bottom);
   return rect;
 }
 
-void compare_maps(const Picture& gray, std::mt19937& random) {
+void compare_maps(const Picture& gray, Random& random) {
   const MYRECT interior = random_interior(gray, random);
   EdgeMaps expected = random_maps(gray, random);
   EdgeMaps actual = expected;
@@ -49,8 +49,8 @@ void compare_maps(const Picture& gray, std::mt19937& random) {
   reference::lines::sobel(gray, interior, expected);
   Sobel_Operator(source.bytes.data(), actual.edge.bytes.data(), actual.dir.bytes.data(), gray.rows, gray.cols,
                  gray.stride(), interior);
-  ASSERT_EQ(reference::image::difference(expected.edge, actual.edge), "");
-  ASSERT_EQ(reference::image::difference(expected.dir, actual.dir), "");
+  ASSERT_EQ(support::difference(expected.edge, actual.edge), "");
+  ASSERT_EQ(support::difference(expected.dir, actual.dir), "");
   for (int row = 1; row <= gray.rows - 3; ++row) {
     for (int col = 1; col <= gray.cols - 3; ++col) {
       static std::array<long*, 5> directions{&tally::counter("direction 0"), &tally::counter("direction 1"),
@@ -62,7 +62,7 @@ void compare_maps(const Picture& gray, std::mt19937& random) {
 }
 
 TEST(LinesReference, EdgeMapsOfNoise) {
-  std::mt19937 random(21);
+  Random random(21);
   tally::reset();
   for (int round = 0; round < 1500; ++round) {
     SCOPED_TRACE(round);
@@ -76,11 +76,11 @@ TEST(LinesReference, EdgeMapsOfNoise) {
 }
 
 TEST(LinesReference, EdgeMapsOfCards) {
-  std::mt19937 random(22);
+  Random random(22);
   for (int round = 0; round < 100; ++round) {
     SCOPED_TRACE(round);
-    const auto image = reference::drawing::draw(reference::drawing::random_sheet(random, 3, 130), 8, random);
-    compare_maps(reference::image::picture_of(*const_cast<testing_images::Image&>(image).ptr()), random);
+    const auto image = support::draw(support::random_scan(random, 3, 130), 8, random);
+    compare_maps(Picture(image), random);
     if (HasFatalFailure()) return;
   }
 }
@@ -93,7 +93,7 @@ std::optional<Picture> patch_with(int across_rows, int along_rows) {
     const int column = (across_rows - diagonal) / 2;  // above minus below
     const int row = (along_rows - diagonal) / 2;      // right minus left
     if (std::abs(column) > 255 || std::abs(row) > 255) continue;
-    Picture gray = reference::image::filled(5, 5, 8, 0);
+    Picture gray(5, 5, 8, 0);
     gray.at(1, 3) = static_cast<unsigned char>(std::max(diagonal, 0));
     gray.at(3, 1) = static_cast<unsigned char>(std::max(-diagonal, 0));
     gray.at(1, 2) = static_cast<unsigned char>(std::max(column, 0));
@@ -128,25 +128,25 @@ TEST(LinesReference, DirectionsAtTheirBoundaries) {
 }
 
 /** Levels around the two thresholds, in shares around the ratios that decide. */
-Picture levels_near_thresholds(std::mt19937& random) {
-  Picture gray = reference::image::filled(pick(random, 0, 30), pick(random, 0, 30), 8, 0);
-  const int bright_share = std::array<int, 7>{25, 75, 80, 50, 0, 100, 68}.at(random() % 7);
+Picture levels_near_thresholds(Random& random) {
+  Picture gray(random.pick(0, 30), random.pick(0, 30), 8, 0);
+  const int bright_share = std::array<int, 7>{25, 75, 80, 50, 0, 100, 68}.at(random.bits() % 7);
   for (unsigned char& byte : gray.bytes) {
-    byte = static_cast<unsigned char>(chance(random, bright_share) ? pick(random, 180, 186) : pick(random, 123, 131));
+    byte = static_cast<unsigned char>(random.chance(bright_share) ? random.pick(180, 186) : random.pick(123, 131));
   }
   return gray;
 }
 
 TEST(LinesReference, LevelEstimates) {
-  std::mt19937 random(23);
+  Random random(23);
   std::array<int, 3> classes{};
   std::array<int, 2> darkness{};
   for (int round = 0; round < 5000; ++round) {
-    Picture gray = chance(random, 50) ? levels_near_thresholds(random) : random_gray(random, 20);
-    const int row_from = pick(random, 0, gray.rows);
-    const int row_to = pick(random, row_from, gray.rows);
-    const int col_from = pick(random, 0, gray.cols);
-    const int col_to = pick(random, col_from, gray.cols);
+    Picture gray = random.chance(50) ? levels_near_thresholds(random) : random_gray(random, 20);
+    const int row_from = random.pick(0, gray.rows);
+    const int row_to = random.pick(row_from, gray.rows);
+    const int col_from = random.pick(0, gray.cols);
+    const int col_to = random.pick(col_from, gray.cols);
     const int brightness = reference::lines::brightness(gray, row_from, row_to, col_from, col_to);
     const bool dark = reference::lines::dark(gray, row_from, row_to, col_from, col_to);
     ASSERT_EQ(EstimateWB(gray.bytes.data(), row_from, row_to, col_from, col_to, gray.stride()), brightness) << round;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "reference/image_tally.h"
+#include "support/tally.h"
 
 namespace reference::lines {
 
@@ -13,7 +13,7 @@ int width_of(const Character& c) { return static_cast<short>(c.right - c.left + 
 int height_of(const Character& c) { return static_cast<short>(std::abs(c.top - c.bottom) + 1); }
 
 bool told(const char* verifier, const char* rule, bool answer) {
-  tally::count(std::string(verifier) + " " + rule + (answer ? ": true" : ": false"));
+  support::tally::count(std::string(verifier) + " " + rule + (answer ? ": true" : ": false"));
   return answer;
 }
 
@@ -178,7 +178,7 @@ bool verify_h0(const Characters& characters, int at, int rows, int cols, int sid
     const int own = w * h;
     const bool plain = own > 4 && own <= area / 4 && h <= 10 * w && w <= 10 * h;
     const bool upright = !plain && own < area / 2 && w < h && 5 * w > 2 * h && own > 4;
-    if (upright) tally::count("H0 upright piece");
+    if (upright) support::tally::count("H0 upright piece");
     if (!plain && !upright) continue;
     ++number;
     sum += own;

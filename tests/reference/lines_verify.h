@@ -12,7 +12,7 @@
 namespace reference::lines {
 
 using components::Character;
-using image::Picture;
+using support::Picture;
 using Characters = std::vector<Character>;
 
 bool verify_v0(const Picture& edge, int first, int second, int side);

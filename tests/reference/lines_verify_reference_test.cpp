@@ -3,31 +3,31 @@
 
 #include "lines/verify.h"
 #include "reference/components_nodes.h"
-#include "reference/drawing.h"
-#include "reference/image_tally.h"
 #include "reference/lines_verify.h"
+#include "support/random.h"
+#include "support/scans.h"
+#include "support/tally.h"
 
 namespace {
 
 using reference::components::BlockList;
 using reference::components::Character;
-using reference::drawing::chance;
-using reference::drawing::pick;
-using reference::image::Picture;
+using support::Picture;
+using support::Random;
 using Characters = reference::lines::Characters;
-namespace tally = reference::tally;
+namespace tally = support::tally;
 
 /** Components in or near the image: thin, square and long ones, crowded towards one line. */
-Characters random_characters(std::mt19937& random, int rows, int cols, int at, bool vertical) {
+Characters random_characters(Random& random, int rows, int cols, int at, bool vertical) {
   Characters all;
-  const int most = std::array<int, 4>{3, 8, 30, 80}.at(random() % 4);
-  const int largest = std::array<int, 4>{4, 12, 40, 150}.at(random() % 4);
-  for (int count = pick(random, 0, most); count > 0; --count) {
+  const int most = std::array<int, 4>{3, 8, 30, 80}.at(random.bits() % 4);
+  const int largest = std::array<int, 4>{4, 12, 40, 150}.at(random.bits() % 4);
+  for (int count = random.pick(0, most); count > 0; --count) {
     Character c;
-    const int w = chance(random, 20) ? pick(random, 1, 3) : pick(random, 1, largest);
-    const int h = chance(random, 20) ? pick(random, 1, 3) : pick(random, 1, largest);
-    c.left = vertical && chance(random, 70) ? at + pick(random, -w - 8, 8) : pick(random, 0, cols - 1);
-    c.bottom = !vertical && chance(random, 70) ? at + pick(random, -h - 8, 8) : pick(random, 0, rows - 1);
+    const int w = random.chance(20) ? random.pick(1, 3) : random.pick(1, largest);
+    const int h = random.chance(20) ? random.pick(1, 3) : random.pick(1, largest);
+    c.left = vertical && random.chance(70) ? at + random.pick(-w - 8, 8) : random.pick(0, cols - 1);
+    c.bottom = !vertical && random.chance(70) ? at + random.pick(-h - 8, 8) : random.pick(0, rows - 1);
     c.right = c.left + w - 1;
     c.top = c.bottom + h - 1;
     all.push_back(c);
@@ -36,39 +36,39 @@ Characters random_characters(std::mt19937& random, int rows, int cols, int at, b
 }
 
 /** About half a dozen wide components across one row: the limits of the cut tests. */
-Characters characters_across(std::mt19937& random, int cols, int at) {
+Characters characters_across(Random& random, int cols, int at) {
   Characters all;
-  for (int count = pick(random, 4, 8); count > 0; --count) {
+  for (int count = random.pick(4, 8); count > 0; --count) {
     Character c;
-    c.left = pick(random, 0, cols - 1);
-    c.right = c.left + pick(random, cols / 8, cols / 3);
-    c.bottom = at - pick(random, 1, 6);
-    c.top = at + pick(random, 1, 6);
+    c.left = random.pick(0, cols - 1);
+    c.right = c.left + random.pick(cols / 8, cols / 3);
+    c.bottom = at - random.pick(1, 6);
+    c.top = at + random.pick(1, 6);
     all.push_back(c);
   }
   return all;
 }
 
 /** Two components that fill half of the band below row `at`, or nearly so. */
-Characters half_of_band(std::mt19937& random, int cols, int at) {
+Characters half_of_band(Random& random, int cols, int at) {
   Characters all;
   for (int half = 0; half < 2; ++half) {
     Character c;
     c.right = cols / 2 - 1;
     c.top = (at + 1) / 2 - 1;
-    if (chance(random, 20)) --c.right;
+    if (random.chance(20)) --c.right;
     all.push_back(c);
   }
   return all;
 }
 
 TEST(VerifiersReference, HalfCoveredBand) {
-  std::mt19937 random(45);
+  Random random(45);
   tally::reset();
   for (int round = 0; round < 2000; ++round) {
-    const int rows = pick(random, 2, 39);
-    const int cols = pick(random, 30, 60) * 2;
-    const int at = pick(random, 1, rows - 1) | 1;
+    const int rows = random.pick(2, 39);
+    const int cols = random.pick(30, 60) * 2;
+    const int at = random.pick(1, rows - 1) | 1;
     const Characters characters = half_of_band(random, cols, at);
     BlockList list;
     for (const Character& c : characters) list.append(c);
@@ -85,21 +85,21 @@ struct Size {
   int cols;
 };
 
-Size random_size(std::mt19937& random) {
-  const int most = std::array<int, 4>{6, 60, 200, 500}.at(random() % 4);
-  return {pick(random, 1, most), pick(random, 1, most)};
+Size random_size(Random& random) {
+  const int most = std::array<int, 4>{6, 60, 200, 500}.at(random.bits() % 4);
+  return {random.pick(1, most), random.pick(1, most)};
 }
 
 TEST(VerifiersReference, HorizontalByComponents) {
-  std::mt19937 random(41);
+  Random random(41);
   tally::reset();
   for (int round = 0; round < 20000; ++round) {
     const auto [rows, cols] = random_size(random);
-    const int at = pick(random, 0, rows + (chance(random, 10) ? 20 : -1));
-    const int side = pick(random, 0, 1);
-    const auto wb_class = static_cast<short>(pick(random, 0, 2));
+    const int at = random.pick(0, rows + (random.chance(10) ? 20 : -1));
+    const int side = random.pick(0, 1);
+    const auto wb_class = static_cast<short>(random.pick(0, 2));
     const Characters characters =
-        chance(random, 15) ? characters_across(random, cols, at) : random_characters(random, rows, cols, at, false);
+        random.chance(15) ? characters_across(random, cols, at) : random_characters(random, rows, cols, at, false);
     BlockList list;
     for (const Character& c : characters) list.append(c);
     _BNODE* line = list.line();
@@ -120,12 +120,12 @@ TEST(VerifiersReference, HorizontalByComponents) {
 }
 
 TEST(VerifiersReference, VerticalByComponents) {
-  std::mt19937 random(42);
+  Random random(42);
   tally::reset();
   for (int round = 0; round < 20000; ++round) {
     const auto [rows, cols] = random_size(random);
-    const int at = pick(random, 0, cols + (chance(random, 10) ? 20 : -1));
-    const int side = pick(random, 2, 3);
+    const int at = random.pick(0, cols + (random.chance(10) ? 20 : -1));
+    const int side = random.pick(2, 3);
     const Characters characters = random_characters(random, rows, cols, at, true);
     BlockList list;
     for (const Character& c : characters) list.append(c);
@@ -139,28 +139,28 @@ TEST(VerifiersReference, VerticalByComponents) {
 }
 
 /** Rows that are empty, sparse, dense or full; padding bytes are of any value and count too. */
-Picture random_rows(std::mt19937& random, int rows, int cols) {
-  Picture edge = reference::image::filled(cols, rows, 8, 255);
-  const int usual = std::array<int, 3>{0, 3, 30}.at(random() % 3);
+Picture random_rows(Random& random, int rows, int cols) {
+  Picture edge(cols, rows, 8, 255);
+  const int usual = std::array<int, 3>{0, 3, 30}.at(random.bits() % 3);
   for (int row = 0; row < rows; ++row) {
-    const int percent = chance(random, 60) ? usual : std::array<int, 4>{0, 10, 60, 100}.at(random() % 4);
+    const int percent = random.chance(60) ? usual : std::array<int, 4>{0, 10, 60, 100}.at(random.bits() % 4);
     for (int byte = 0; byte < edge.stride(); ++byte) {
-      edge.at(row, byte) = static_cast<unsigned char>(chance(random, percent) ? 0 : pick(random, 1, 255));
+      edge.at(row, byte) = static_cast<unsigned char>(random.chance(percent) ? 0 : random.pick(1, 255));
     }
   }
   return edge;
 }
 
 TEST(VerifiersReference, ChoiceOfTwoByDensity) {
-  std::mt19937 random(43);
+  Random random(43);
   tally::reset();
   for (int round = 0; round < 10000; ++round) {
-    const int rows = pick(random, 1, 60);
-    const int cols = pick(random, 1, 40);
+    const int rows = random.pick(1, 60);
+    const int cols = random.pick(1, 40);
     Picture edge = random_rows(random, rows, cols);
-    const int first = pick(random, 0, rows + (chance(random, 10) ? 15 : -1));
-    const int second = pick(random, 0, rows + (chance(random, 10) ? 15 : -1));
-    const int side = pick(random, 0, 1);
+    const int first = random.pick(0, rows + (random.chance(10) ? 15 : -1));
+    const int second = random.pick(0, rows + (random.chance(10) ? 15 : -1));
+    const int side = random.pick(0, 1);
     ASSERT_EQ(VerifyCorrectLineV_0(edge.bytes.data(), nullptr, nullptr, first, second, rows, cols, side),
               reference::lines::verify_v0(edge, first, second, side))
         << "round " << round << ": " << cols << " x " << rows << ", rows " << first << " and " << second << ", side "
@@ -175,16 +175,16 @@ TEST(VerifiersReference, ChoiceOfTwoByDensity) {
 }
 
 TEST(VerifiersReference, Density) {
-  std::mt19937 random(44);
+  Random random(44);
   tally::reset();
   for (int round = 0; round < 10000; ++round) {
-    const int rows = pick(random, 1, 40);
-    const int row_bytes = pick(random, 1, 40);
+    const int rows = random.pick(1, 40);
+    const int row_bytes = random.pick(1, 40);
     std::vector<unsigned char> edge(static_cast<std::size_t>(rows * row_bytes), 255);
-    const int per_mille = std::array<int, 5>{0, 30, 50, 60, 300}.at(random() % 5);
-    for (unsigned char& byte : edge) byte = static_cast<unsigned char>(pick(random, 1, 1000) <= per_mille ? 0 : 9);
-    const int at = pick(random, 0, rows + 3);
-    const int side = pick(random, 0, 1);
+    const int per_mille = std::array<int, 5>{0, 30, 50, 60, 300}.at(random.bits() % 5);
+    for (unsigned char& byte : edge) byte = static_cast<unsigned char>(random.pick(1, 1000) <= per_mille ? 0 : 9);
+    const int at = random.pick(0, rows + 3);
+    const int side = random.pick(0, 1);
     ASSERT_EQ(VerifyCorrectLineV_1(edge.data(), nullptr, nullptr, at, rows, row_bytes, side),
               reference::lines::verify_v1(edge, at, rows, row_bytes, side))
         << "round " << round << ": " << row_bytes << " x " << rows << ", row " << at << ", side " << side;

@@ -9,9 +9,9 @@ namespace {
 /** The source through the 16-bit width and height; channel k of pixel (i, j). */
 struct Samples {
   const Picture& picture;
-  int w = static_cast<std::int16_t>(picture.width);
-  int h = static_cast<std::int16_t>(picture.height);
-  int channels = picture.depth == 24 ? 3 : 1;
+  int w = static_cast<std::int16_t>(picture.cols);
+  int h = static_cast<std::int16_t>(picture.rows);
+  int channels = picture.bits == 24 ? 3 : 1;
 
   int operator()(int i, int j, int k) const { return picture.at(i, channels * j + k); }
 };

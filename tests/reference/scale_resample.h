@@ -7,9 +7,11 @@
 
 #include <vector>
 
-#include "reference/flat_picture.h"
+#include "support/picture.h"
 
 namespace reference {
+
+using support::Picture;
 
 /** How many bilinear samples each rule made. */
 struct BilinearRules {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "reference/segment_reduce.h"
+#include "support/tally.h"
 
 namespace reference {
 namespace {
@@ -53,7 +54,6 @@ struct Strip {
   int offset;
   int width;
   const Sizes& sizes;
-  Outcomes& seen;
 
   int black_in_row(int row) const {
     int count = 0;
@@ -63,7 +63,7 @@ struct Strip {
 
   std::vector<bool> text_rows() const {
     std::vector<bool> text;
-    for (int row = 0; row < sheet.height; ++row) text.push_back(black_in_row(row) > sizes.strong);
+    for (int row = 0; row < sheet.rows; ++row) text.push_back(black_in_row(row) > sizes.strong);
     bridge(text);
     return text;
   }
@@ -77,9 +77,9 @@ struct Strip {
       if (next >= rows) return;
       if (static_cast<int>(next - r) < sizes.bridged) {
         for (std::size_t i = r; i < next; ++i) text.at(i) = true;
-        seen["gap bridged"] += 1;
+        support::tally::count("gap bridged");
       } else {
-        seen["gap not bridged"] += 1;
+        support::tally::count("gap not bridged");
       }
     }
   }
@@ -104,14 +104,14 @@ struct Strip {
     for (const Band& band : bands) {
       if (!groups.empty() && band.last - groups.back().first() + 1 <= sizes.card_height) {
         groups.back().bands.push_back(band);
-        seen["bands merged"] += 1;
+        support::tally::count("bands merged");
       } else {
         groups.push_back({{band}});
       }
     }
     if (groups.size() > 5) {
       groups.resize(5);
-      seen["groups dropped"] += 1;
+      support::tally::count("groups dropped");
     }
     return groups;
   }
@@ -136,8 +136,8 @@ struct Strip {
           ++k;
         }
         result.at(k).bands.push_back(band);
-        if (k > from) seen["band reassigned upwards"] += 1;
-        if (k < from) seen["band reassigned downwards"] += 1;
+        if (k > from) support::tally::count("band reassigned upwards");
+        if (k < from) support::tally::count("band reassigned downwards");
       }
     }
     std::erase_if(result, [](const Group& group) { return group.bands.empty(); });
@@ -160,11 +160,11 @@ struct Strip {
     bool changed = false;
     while (a.bands.back().middle() >= line) {
       changed = move_up_last_band(a, b);
-      seen["midpoint: band to the upper group"] += 1;
+      support::tally::count("midpoint: band to the upper group");
     }
     while (b.bands.front().middle() < line) {
       changed = move_down_first_band(a, b);
-      seen["midpoint: band to the lower group"] += 1;
+      support::tally::count("midpoint: band to the lower group");
     }
     return changed;
   }
@@ -185,7 +185,7 @@ struct Strip {
     const float ratio = height_ratio(a, b);
     if (b.first() - a.last() >= sizes.least_gap && a.height() <= sizes.card_height && b.height() <= sizes.card_height &&
         ratio >= 0.75f) {
-      seen["height: pair left alone"] += 1;
+      support::tally::count("height: pair left alone");
       return false;
     }
     Group lower_a = a, lower_b = b;
@@ -195,18 +195,18 @@ struct Strip {
     const bool down = can_down && acceptable(lower_a, lower_b, ratio);
     const bool up = can_up && acceptable(upper_a, upper_b, ratio);
     if (!down && !up) {
-      seen["height: no move acceptable"] += 1;
+      support::tally::count("height: no move acceptable");
       return false;
     }
     const float down_ratio = down ? height_ratio(lower_a, lower_b) : -1.0f;
     const float up_ratio = up ? height_ratio(upper_a, upper_b) : -1.0f;
-    if (down && up) seen["height: both moves acceptable"] += 1;
+    if (down && up) support::tally::count("height: both moves acceptable");
     if (down_ratio == up_ratio) {
-      seen["height: equal moves"] += 1;
+      support::tally::count("height: equal moves");
       return false;
     }
     const bool take_down = down_ratio > up_ratio;
-    seen[take_down ? "height: band to the upper group" : "height: band to the lower group"] += 1;
+    support::tally::count(take_down ? "height: band to the upper group" : "height: band to the lower group");
     a = take_down ? lower_a : upper_a;
     b = take_down ? lower_b : upper_b;
     return true;
@@ -220,15 +220,15 @@ struct Strip {
       for (std::size_t k = 0; k < pairs; ++k) changed = balance(groups.at(k), groups.at(k + 1)) || changed;
       for (std::size_t k = pairs; k-- > 0;) changed = balance(groups.at(k), groups.at(k + 1)) || changed;
       if (!changed) return;
-      if (round == 1) seen[std::string(name) + ": second round changed something"] += 1;
+      if (round == 1) support::tally::count(std::string(name) + ": second round changed something");
     }
-    seen[std::string(name) + ": rounds used up"] += 1;
+    support::tally::count(std::string(name) + ": rounds used up");
   }
 
   /** The left column of the window of a card's length with the most black pixels, in columns of the sheet. */
   int best_column(const Group& group) const {
     const int run = std::min(sizes.card_length, width);
-    if (run < sizes.card_length) seen["window clamped to the strip"] += 1;
+    if (run < sizes.card_length) support::tally::count("window clamped to the strip");
     std::vector<int> black(static_cast<std::size_t>(width), 0);
     for (int row = group.first(); row <= group.last(); ++row) {
       for (int x = 0; x < width; ++x) black.at(static_cast<std::size_t>(x)) += sheet.at(row, offset + x) == 0;
@@ -249,7 +249,7 @@ struct Strip {
         sum += start;
       }
     }
-    seen[starts > 1 ? "several best windows" : "one best window"] += 1;
+    support::tally::count(starts > 1 ? "several best windows" : "one best window");
     return sum / starts + offset;
   }
 
@@ -258,24 +258,24 @@ struct Strip {
     Band rows{groups.at(k).first(), groups.at(k).last()};
     const int deficit = sizes.card_height - groups.at(k).height();
     if (deficit <= 0) {
-      seen["height complete"] += 1;
+      support::tally::count("height complete");
       return rows;
     }
     const bool lowest = k == 0;
     const bool highest = k + 1 == groups.size();
     const int below = lowest ? rows.first : rows.first - previous;
-    const int above = highest ? sheet.height - 1 - rows.last : groups.at(k + 1).first() - rows.last;
+    const int above = highest ? sheet.rows - 1 - rows.last : groups.at(k + 1).first() - rows.last;
     const int most_down = lowest ? below : below / 2;
     const int most_up = highest ? above : above / 2;
     const bool down_first = below <= above;
     const int down = down_first ? std::min(deficit / 2, most_down) : 0;
     const int up = std::min(down_first ? deficit - down : deficit / 2, most_up);
     const int rest = down_first ? down : std::min(deficit - up, most_down);
-    seen[down_first ? "completed downwards first" : "completed upwards first"] += 1;
-    if (below == above) seen["completed with equal rooms"] += 1;
-    seen[lowest ? "completed at the lower edge" : "completed against a group below"] += 1;
-    seen[highest ? "completed at the upper edge" : "completed against a group above"] += 1;
-    if (rest + up < deficit) seen["completion ran out of room"] += 1;
+    support::tally::count(down_first ? "completed downwards first" : "completed upwards first");
+    if (below == above) support::tally::count("completed with equal rooms");
+    support::tally::count(lowest ? "completed at the lower edge" : "completed against a group below");
+    support::tally::count(highest ? "completed at the upper edge" : "completed against a group above");
+    if (rest + up < deficit) support::tally::count("completion ran out of room");
     rows.first -= rest;
     rows.last += up;
     return rows;
@@ -291,23 +291,23 @@ struct Strip {
       const int column = best_column(groups.at(k));
       const Band rows = completed(groups, k, previous);
       previous = rows.last;
-      const int right = std::min(column + sizes.card_length - 1, sheet.width - 1);
-      if (right == sheet.width - 1) seen["right bound at the image's edge"] += 1;
+      const int right = std::min(column + sizes.card_length - 1, sheet.cols - 1);
+      if (right == sheet.cols - 1) support::tally::count("right bound at the image's edge");
       cards[k].left = static_cast<std::int16_t>(sizes.n * column);
       cards[k].right = static_cast<std::int16_t>(sizes.n * right);
       cards[k].bottom = static_cast<std::int16_t>(sizes.n * rows.first);
       cards[k].top = static_cast<std::int16_t>(sizes.n * rows.last);
     }
-    seen["groups: " + std::to_string(groups.size())] += 1;
+    support::tally::count("groups: " + std::to_string(groups.size()));
     return static_cast<int>(groups.size());
   }
 };
 
 bool gutter_is_clear(const Picture& sheet, const Sizes& sizes) {
   int rows = 0;
-  for (int row = 0; row < sheet.height; ++row) {
+  for (int row = 0; row < sheet.rows; ++row) {
     bool black = false;
-    for (int x = sheet.width / 2 - 5; x <= sheet.width / 2 + 4; ++x) black = black || sheet.at(row, x) == 0;
+    for (int x = sheet.cols / 2 - 5; x <= sheet.cols / 2 + 4; ++x) black = black || sheet.at(row, x) == 0;
     rows += black;
   }
   return rows <= sizes.card_height / 8;
@@ -315,27 +315,27 @@ bool gutter_is_clear(const Picture& sheet, const Sizes& sizes) {
 
 }  // namespace
 
-int card_seg(const Picture& sheet, int x_per_metre, int y_per_metre, RectRegions& regions, Outcomes& seen) {
+int card_seg(const Picture& sheet, int x_per_metre, int y_per_metre, RectRegions& regions) {
   regions.firstCount = 0;
   regions.secondCount = 0;
   const float dpi = static_cast<float>(std::min(x_per_metre, y_per_metre)) / 39.37f;
   if (dpi < 250) return -3;
-  if (sheet.depth != 1 && sheet.depth != 8 && sheet.depth != 24) return -2;
+  if (sheet.bits != 1 && sheet.bits != 8 && sheet.bits != 24) return -2;
   const Sizes sizes = sizes_of(dpi);
   Picture small = reduced(sheet, sizes.n);
-  if (sheet.depth != 1 && !small.bytes.empty()) {
+  if (sheet.bits != 1 && !small.bytes.empty()) {
     Binarised ignored;
-    moving_average(small.bytes, small.width, small.height, small.stride, ignored);
+    moving_average(small.bytes, small.cols, small.rows, small.stride(), ignored);
   }
-  const bool wide = small.width > 2 * sizes.card_length;
+  const bool wide = small.cols > 2 * sizes.card_length;
   if (wide && gutter_is_clear(small, sizes)) {
-    seen["two columns"] += 1;
-    const int half = small.width / 2;
-    regions.firstCount = Strip{small, 0, half, sizes, seen}.find(regions.firstColumn);
-    regions.secondCount = Strip{small, half, half, sizes, seen}.find(regions.secondColumn);
+    support::tally::count("two columns");
+    const int half = small.cols / 2;
+    regions.firstCount = Strip{small, 0, half, sizes}.find(regions.firstColumn);
+    regions.secondCount = Strip{small, half, half, sizes}.find(regions.secondColumn);
   } else {
-    seen[wide ? "one column: no clear gutter" : "one column: narrow"] += 1;
-    regions.firstCount = Strip{small, 0, small.width, sizes, seen}.find(regions.firstColumn);
+    support::tally::count(wide ? "one column: no clear gutter" : "one column: narrow");
+    regions.firstCount = Strip{small, 0, small.cols, sizes}.find(regions.firstColumn);
   }
   return 1;
 }

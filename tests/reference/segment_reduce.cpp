@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "support/tally.h"
+
 namespace reference {
 namespace {
 
 int gray_of(const Picture& source, int row, int column) {
-  if (source.depth == 8) return source.at(row, column);
-  if (source.depth == 1) {
+  if (source.bits == 8) return source.at(row, column);
+  if (source.bits == 1) {
     const int byte = source.at(row, column / 8);
     const int mask = 128 >> (column % 8);
     return (byte & mask) != 0 ? 255 : 0;
@@ -23,9 +25,9 @@ int gray_of(const Picture& source, int row, int column) {
 }  // namespace
 
 Picture reduced(const Picture& source, int n) {
-  Picture result(source.width / n, source.height / n, 8);
-  for (int j = 0; j < result.height; ++j) {
-    for (int i = 0; i < result.width; ++i) result.set(j, i, gray_of(source, j * n, i * n));
+  Picture result(source.cols / n, source.rows / n, 8, 255);
+  for (int j = 0; j < result.rows; ++j) {
+    for (int i = 0; i < result.cols; ++i) result.at(j, i) = static_cast<unsigned char>(gray_of(source, j * n, i * n));
   }
   return result;
 }
@@ -61,11 +63,11 @@ bool is_edge(const Picture& image, int r, int q) {
 
 /** The first row of from..to-1 with the most edges, when they are more than `share` of the width. */
 int best_row(const Picture& image, int from, int to, double share, int fallback) {
-  int best = static_cast<int>(image.width * share);
+  int best = static_cast<int>(image.cols * share);
   int row = fallback;
   for (int r = from; r < to; ++r) {
     int count = 0;
-    for (int q = 1; q <= image.width - 2; ++q) {
+    for (int q = 1; q <= image.cols - 2; ++q) {
       if (is_edge(image, r, q)) ++count;
     }
     if (count > best) {
@@ -78,13 +80,13 @@ int best_row(const Picture& image, int from, int to, double share, int fallback)
 
 }  // namespace
 
-ClipRows clip_rows(const Picture& image, Outcomes& seen) {
-  const int h = image.height;
+ClipRows clip_rows(const Picture& image) {
+  const int h = image.rows;
   ClipRows rows{};
   rows.second = best_row(image, static_cast<int>(h * 0.75), static_cast<int>(h * 0.9), 0.75, h - 1);
   rows.first = best_row(image, 5, h / 8, 0.45, 0);
-  seen[rows.first != 0 ? "near row found" : "near row by default"] += 1;
-  seen[rows.second != h - 1 ? "far row found" : "far row by default"] += 1;
+  support::tally::count(rows.first != 0 ? "near row found" : "near row by default");
+  support::tally::count(rows.second != h - 1 ? "far row found" : "far row by default");
   return rows;
 }
 

@@ -7,9 +7,11 @@
 
 #include <vector>
 
-#include "reference/flat_picture.h"
+#include "support/picture.h"
 
 namespace reference {
+
+using support::Picture;
 
 /** Every n-th pixel of every n-th row of a 24-, 8- or 1-bit picture as gray; padding bytes are 255. */
 Picture reduced(const Picture& source, int n);
@@ -29,7 +31,7 @@ struct ClipRows {
 };
 
 /** The border rows of a gray picture whose sides fit in 16 bits. */
-ClipRows clip_rows(const Picture& image, Outcomes& seen);
+ClipRows clip_rows(const Picture& image);
 
 }  // namespace reference
 

@@ -5,12 +5,14 @@
 #include <utility>
 #include <vector>
 
-#include "images.h"
 #include "scale/resample.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
 
-using testing_images::Image;
+using support::Image;
+using support::Random;
 using Bytes = std::vector<unsigned char>;
 
 /** A gray image whose rows are all the same. Its padding bytes are 99. */
@@ -101,7 +103,7 @@ TEST(BiCubicMethod, ClampsOnlyAfterBothDirections) {
 
 TEST(BiCubicMethod, RepeatsPixelsNearTheBorder) {
   Image image(6, 6, 8);
-  std::mt19937 random(1);
+  Random random(1);
   randomise(image, random);
   const Enlarged out(image, 12);
   for (const int r : {0, 1, 8, 9, 10, 11}) {
@@ -117,7 +119,7 @@ TEST(BiCubicMethod, RepeatsPixelsNearTheBorder) {
 }
 
 TEST(BiCubicMethod, RepeatsAllPixelsOfSmallImages) {
-  std::mt19937 random(2);
+  Random random(2);
   for (const auto& [width, height] : {std::pair{3, 9}, std::pair{9, 3}, std::pair{1, 1}, std::pair{2, 2}}) {
     Image image(width, height, 8);
     randomise(image, random);
@@ -162,7 +164,7 @@ TEST(BiCubicMethod, InterpolatesEachColourByItself) {
 
 TEST(BiCubicMethod, IgnoresTheFactor) {
   Image image(7, 6, 8);
-  std::mt19937 random(3);
+  Random random(3);
   randomise(image, random);
   const Enlarged twice(image, 16);
   for (const auto factor : std::initializer_list<short>{0, 1, 3, -2})

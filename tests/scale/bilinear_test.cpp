@@ -4,12 +4,14 @@
 #include <initializer_list>
 #include <vector>
 
-#include "images.h"
 #include "scale/resample.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
 
-using testing_images::Image;
+using support::Image;
+using support::Random;
 using Bytes = std::vector<unsigned char>;
 
 /** A gray image of `width` columns, given as its rows in memory order. Its padding bytes are 99. */
@@ -74,7 +76,7 @@ TEST(BiLinearMethod, RepeatsTheLastRow) {
 
 TEST(BiLinearMethod, KeepsTheSourcePixelsAtEvenPlaces) {
   Image image(7, 6, 8);
-  std::mt19937 random(1);
+  Random random(1);
   randomise(image, random);
   const Bytes out = enlarged(image, 16 * 12);
   for (int y = 0; y < 6; ++y) {

@@ -3,41 +3,38 @@
 
 #include <utility>
 
-#include "images.h"
+#include "support/image.h"
+#include "support/random.h"
 #include "vantrel.h"
 
 namespace {
 
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
+using support::Random;
 
 using Entry = int (*)(void**, BITMAPPTR*);
 
 /** Both entries, which are one procedure but for colour images over the limit. */
 class EnlargingEntry : public ::testing::TestWithParam<Entry> {
  protected:
-  int enlarge(Image& image, Result& out) { return GetParam()(image.handle(), out.ptr()); }
+  int enlarge(Image& image, Image& out) { return GetParam()(image.handle(), out.ptr()); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Both, EnlargingEntry, ::testing::Values(&BiLinear, &BiCubic),
                          [](const auto& entry) { return entry.index == 0 ? "BiLinear" : "BiCubic"; });
 
-void expect_size(Result& out, int width, int height, int depth) {
+void expect_size(Image& out, int width, int height, int depth) {
   ASSERT_FALSE(out.empty());
   EXPECT_EQ(out.header().biWidth, width);
   EXPECT_EQ(out.header().biHeight, height);
   EXPECT_EQ(out.header().biBitCount, depth);
 }
 
-bool same_pixels(Image& image, Result& out) {
-  const unsigned char* bits = image.ptr()->pBits;
-  const unsigned char* end = image.block().data() + image.block().size();
-  return out.pixels() == std::vector<unsigned char>(bits, end);
-}
+bool same_pixels(Image& image, Image& out) { return out.pixels() == image.pixels(); }
 
 TEST_P(EnlargingEntry, RefusesANullBlock) {
   void* nothing = nullptr;
-  Result out;
+  Image out;
   EXPECT_EQ(GetParam()(&nothing, out.ptr()), -1);
   EXPECT_TRUE(out.empty());
 }
@@ -46,7 +43,7 @@ TEST_P(EnlargingEntry, CopiesBilevelImages) {
   for (const auto& [width, height] : {std::pair{1, 1}, std::pair{37, 20}, std::pair{2001, 5}}) {
     Image image(width, height, 1, 0xA7, 4000);
     image.header().biClrUsed = 0;
-    Result out;
+    Image out;
     EXPECT_EQ(enlarge(image, out), 0);
     EXPECT_EQ(image.header().biClrUsed, 2u);
     expect_size(out, width, height, 1);
@@ -76,7 +73,7 @@ TEST_P(EnlargingEntry, RoundsTheWidthUpToAMultipleOfFour) {
   for (const int width : {5, 6}) {
     for (const int depth : {8, 24}) {
       Image image(width, 3, depth, 50);
-      Result out;
+      Image out;
       ASSERT_EQ(enlarge(image, out), 1);
       expect_size(out, 12, 6, depth);
     }
@@ -88,7 +85,7 @@ TEST_P(EnlargingEntry, DoublesTheResolution) {
     Image image(6, 3, depth, 50);
     image.header().biXPelsPerMeter = 3937;
     image.header().biYPelsPerMeter = 7874;
-    Result out;
+    Image out;
     ASSERT_EQ(enlarge(image, out), 1);
     EXPECT_EQ(out.header().biXPelsPerMeter, 7874);
     EXPECT_EQ(out.header().biYPelsPerMeter, 15748);
@@ -98,7 +95,7 @@ TEST_P(EnlargingEntry, DoublesTheResolution) {
 TEST_P(EnlargingEntry, EnlargesUpToTwoThousandPixels) {
   for (const auto& [width, height] : {std::pair{2000, 100}, std::pair{100, 2000}}) {
     Image image(width, height, 8, 50);
-    Result out;
+    Image out;
     EXPECT_EQ(enlarge(image, out), 1);
     expect_size(out, 2 * width, 2 * height, 8);
     EXPECT_EQ(out.at(0, 0), 50);
@@ -107,11 +104,11 @@ TEST_P(EnlargingEntry, EnlargesUpToTwoThousandPixels) {
 }
 
 TEST_P(EnlargingEntry, CopiesGrayImagesOverTwoThousandPixels) {
-  std::mt19937 random(1);
+  Random random(1);
   for (const auto& [width, height] : {std::pair{2001, 100}, std::pair{100, 2001}}) {
     Image image(width, height, 8);
     randomise(image, random);
-    Result out;
+    Image out;
     EXPECT_EQ(enlarge(image, out), 0);
     expect_size(out, width, height, 8);
     EXPECT_TRUE(same_pixels(image, out));
@@ -124,7 +121,7 @@ TEST_P(EnlargingEntry, KeepsColour) {
   for (int y = 0; y < 4; ++y) {
     for (int b = 0; b < 12; ++b) image.at(y, b) = static_cast<unsigned char>(b % 3 * 100 + 5);
   }
-  Result out;
+  Image out;
   ASSERT_EQ(enlarge(image, out), 1);
   expect_size(out, 8, 8, 24);
   for (int y = 0; y < 8; ++y) {
@@ -134,21 +131,21 @@ TEST_P(EnlargingEntry, KeepsColour) {
 
 TEST_P(EnlargingEntry, OverwritesTheRecordAndOnlyReadsPixels) {
   Image image(8, 8, 8);
-  std::mt19937 random(2);
+  Random random(2);
   randomise(image, random);
   const Image before(image);
   BITMAPINFOHEADER stale{};
   BITMAPPTR out{&stale, nullptr, nullptr};
   ASSERT_EQ(GetParam()(image.handle(), &out), 1);
   EXPECT_NE(out.pInfo, &stale);
-  EXPECT_EQ(image.block(), Image(before).block());
+  EXPECT_EQ(image.block(), before.block());
   EXPECT_EQ(FreeCardImg(reinterpret_cast<void**>(&out.pInfo)), 1);
 }
 
 TEST_P(EnlargingEntry, RewritesTheColoursOfTheSource) {
   Image image(8, 8, 8, 50);
   image.header().biClrUsed = 0;
-  Result out;
+  Image out;
   EXPECT_EQ(enlarge(image, out), 1);
   EXPECT_EQ(image.header().biClrUsed, 256u);
 }
@@ -156,7 +153,7 @@ TEST_P(EnlargingEntry, RewritesTheColoursOfTheSource) {
 TEST(BiLinear, InterpolatesByMeans) {
   Image image(4, 4, 8, 0);
   for (int y = 0; y < 4; ++y) image.at(y, 2) = image.at(y, 3) = 255;
-  Result out;
+  Image out;
   ASSERT_EQ(BiLinear(image.handle(), out.ptr()), 1);
   const int row[] = {0, 0, 0, 128, 255, 255, 255, 255};
   for (int r = 0; r < 8; ++r) {
@@ -167,7 +164,7 @@ TEST(BiLinear, InterpolatesByMeans) {
 TEST(BiCubic, RepeatsBorderRowsWhereBiLinearInterpolates) {
   Image image(4, 4, 8, 0);
   for (int y = 0; y < 4; ++y) image.at(y, 2) = image.at(y, 3) = 255;
-  Result out;
+  Image out;
   ASSERT_EQ(BiCubic(image.handle(), out.ptr()), 1);
   for (int r = 0; r < 8; ++r) EXPECT_EQ(out.at(r, 3), r == 2 || r == 3 ? 128 : 0) << r;
 }
@@ -177,7 +174,7 @@ TEST(BiLinear, GivesTheGrayVersionOfLargeColourImages) {
   image.at(7, 0) = image.at(7, 1) = 0;
   image.at(7, 3) = image.at(7, 5) = 0;
   image.at(7, 7) = image.at(7, 8) = 0;
-  Result out;
+  Image out;
   ASSERT_EQ(BiLinear(image.handle(), out.ptr()), 0);
   expect_size(out, 2400, 1600, 8);
   EXPECT_EQ(out.at(7, 0), 79) << "red";
@@ -189,9 +186,9 @@ TEST(BiLinear, GivesTheGrayVersionOfLargeColourImages) {
 
 TEST(BiCubic, CopiesLargeColourImages) {
   Image image(2001, 3, 24);
-  std::mt19937 random(3);
+  Random random(3);
   randomise(image, random);
-  Result out;
+  Image out;
   ASSERT_EQ(BiCubic(image.handle(), out.ptr()), 0);
   expect_size(out, 2001, 3, 24);
   EXPECT_TRUE(same_pixels(image, out));

@@ -1,11 +1,11 @@
 // Cards found on drawn sheets.
 #include <gtest/gtest.h>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
-using testing_images::Image;
+using support::Image;
 using Bytes = std::vector<unsigned char>;
 using Card = std::vector<int>;  // left, bottom, right, top
 

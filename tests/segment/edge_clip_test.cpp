@@ -5,11 +5,11 @@
 
 #include <numeric>
 
-#include "images.h"
+#include "support/image.h"
 
 namespace {
 
-using testing_images::Image;
+using support::Image;
 using Bytes = std::vector<unsigned char>;
 
 struct Rows {

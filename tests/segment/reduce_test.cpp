@@ -3,12 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "images.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
 
-using testing_images::Image;
-using testing_images::Result;
+using support::Image;
+using support::Random;
 using Bytes = std::vector<unsigned char>;
 using Reduction = bool (*)(BITMAPPTR*, BITMAPPTR*, int);
 
@@ -19,7 +20,7 @@ struct Reducer {
 constexpr Reducer kReducers[] = {{Color2ScaledGray, 24}, {Gray2ScaledGray, 8}, {Bin2ScaledGray, 1}};
 
 /** The pixels of row r, without its padding. */
-Bytes row_of(Result& image, int r) { return {image.row(r), image.row(r) + image.header().biWidth}; }
+Bytes row_of(Image& image, int r) { return {image.row(r), image.row(r) + image.header().biWidth}; }
 
 /** The gray value one colour is reduced to. */
 int gray_of(unsigned char blue, unsigned char green, unsigned char red) {
@@ -27,7 +28,7 @@ int gray_of(unsigned char blue, unsigned char green, unsigned char red) {
   source.at(0, 0) = blue;
   source.at(0, 1) = green;
   source.at(0, 2) = red;
-  Result out;
+  Image out;
   if (!Color2ScaledGray(source.ptr(), out.ptr(), 1)) return -1;
   return out.at(0, 0);
 }
@@ -37,7 +38,7 @@ TEST(Reduce, GivesAnEightBitImageOfTruncatedSizeAndResolutionWithTheGrayRamp) {
     Image source(11, 8, reducer.depth);
     source.header().biXPelsPerMeter = 11811;
     source.header().biYPelsPerMeter = 23623;
-    Result out;
+    Image out;
     ASSERT_TRUE(reducer.reduce(source.ptr(), out.ptr(), 3)) << reducer.depth;
     EXPECT_EQ(out.header().biSize, 40U);
     EXPECT_EQ(out.header().biWidth, 3);
@@ -57,7 +58,7 @@ TEST(Reduce, GrayByOneIsACopy) {
   Image source(5, 2, 8, 99);
   const Bytes levels{0, 1, 127, 254, 255, 9, 8, 7, 6, 5};
   for (int r = 0; r < 2; ++r) std::memcpy(source.row(r), &levels[static_cast<std::size_t>(5 * r)], 5);
-  Result out;
+  Image out;
   ASSERT_TRUE(Gray2ScaledGray(source.ptr(), out.ptr(), 1));
   EXPECT_EQ(out.header().biWidth, 5);
   EXPECT_EQ(out.header().biHeight, 2);
@@ -92,7 +93,7 @@ TEST(Reduce, BitsByOneAreExpandedToBlackAndWhite) {
   Image source(10, 1, 1);
   source.at(0, 0) = 0b10110001;
   source.at(0, 1) = 0b01111111;
-  Result out;
+  Image out;
   ASSERT_TRUE(Bin2ScaledGray(source.ptr(), out.ptr(), 1));
   EXPECT_EQ(row_of(out, 0), (Bytes{255, 0, 255, 255, 0, 0, 0, 255, 0, 255}));
 }
@@ -101,7 +102,7 @@ TEST(Reduce, ThePaletteOfBitsIsNotConsulted) {
   Image source(2, 1, 1);
   source.at(0, 0) = 0b10000000;
   std::swap(source.ptr()->pPalette[0], source.ptr()->pPalette[1]);
-  Result out;
+  Image out;
   ASSERT_TRUE(Bin2ScaledGray(source.ptr(), out.ptr(), 1));
   EXPECT_EQ(row_of(out, 0), (Bytes{255, 0}));
 }
@@ -111,7 +112,7 @@ TEST(Reduce, TenColumnsByThreeAreColumnsZeroThreeAndSixOfEveryThirdRow) {
   for (int r = 0; r < 7; ++r) {
     for (int c = 0; c < 10; ++c) source.at(r, c) = static_cast<unsigned char>(10 * r + c);
   }
-  Result out;
+  Image out;
   ASSERT_TRUE(Gray2ScaledGray(source.ptr(), out.ptr(), 3));
   ASSERT_EQ(out.header().biWidth, 3);
   ASSERT_EQ(out.header().biHeight, 2);
@@ -125,7 +126,7 @@ TEST(Reduce, ColourColumnsAndRowsAreSkippedWhole) {
     for (int c = 0; c < 5; ++c) source.at(r, 3 * c + 1) = static_cast<unsigned char>(100 * (r / 2) + 10 * c);
     source.at(1, 0) = 255;  // in a row that is dropped
   }
-  Result out;
+  Image out;
   ASSERT_TRUE(Color2ScaledGray(source.ptr(), out.ptr(), 2));
   EXPECT_EQ(row_of(out, 0), (Bytes{0, 11}));   // green 0 and 20
   EXPECT_EQ(row_of(out, 1), (Bytes{58, 70}));  // green 100 and 120
@@ -136,13 +137,13 @@ TEST(Reduce, BitsByThreeWalkThroughThePositionsOfEachByte) {
   Image sampled_set(48, 3, 1);
   const unsigned char set[] = {0b10010010, 0b01001001, 0b00100100, 0b10010010, 0b01001001, 0b00100100};
   std::memcpy(sampled_set.row(0), set, sizeof set);
-  Result all_white;
+  Image all_white;
   ASSERT_TRUE(Bin2ScaledGray(sampled_set.ptr(), all_white.ptr(), 3));
   EXPECT_EQ(row_of(all_white, 0), Bytes(16, 255));
 
   Image sampled_clear(48, 3, 1);
   for (int i = 0; i < 6; ++i) sampled_clear.at(0, i) = static_cast<unsigned char>(~set[i]);
-  Result all_black;
+  Image all_black;
   ASSERT_TRUE(Bin2ScaledGray(sampled_clear.ptr(), all_black.ptr(), 3));
   EXPECT_EQ(row_of(all_black, 0), Bytes(16, 0));
 }
@@ -151,7 +152,7 @@ TEST(Reduce, BitsOfEachReducedRowStartAtTheFirstBit) {
   const unsigned char bits[] = {0b00000010, 0b01000001, 0b00000100, 0b10000000};
   Image upper(27, 6, 1, 0xFF);
   std::memcpy(upper.row(3), bits, sizeof bits);
-  Result second;
+  Image second;
   ASSERT_TRUE(Bin2ScaledGray(upper.ptr(), second.ptr(), 3));
   EXPECT_EQ(row_of(second, 1), (Bytes{0, 0, 255, 255, 0, 255, 0, 255, 255}));
 }
@@ -160,7 +161,7 @@ TEST(Reduce, BitsByMoreThanAByteSkipWholeBytes) {
   Image source(60, 20, 1);
   source.at(0, 2) = 0b00001000;  // bit 20
   source.at(0, 5) = 0b10000000;  // bit 40
-  Result out;
+  Image out;
   ASSERT_TRUE(Bin2ScaledGray(source.ptr(), out.ptr(), 20));
   EXPECT_EQ(row_of(out, 0), (Bytes{0, 255, 255}));
 }
@@ -183,7 +184,7 @@ TEST(Reduce, AFactorOfZeroOrLessIsRefusedAndNothingIsCreated) {
   for (const Reducer& reducer : kReducers) {
     for (int factor : {0, -1, -3, INT32_MIN}) {
       Image source(4, 4, reducer.depth);
-      Result out;
+      Image out;
       EXPECT_FALSE(reducer.reduce(source.ptr(), out.ptr(), factor)) << reducer.depth << " by " << factor;
       EXPECT_TRUE(out.empty());
       EXPECT_EQ(out.ptr()->pBits, nullptr);
@@ -195,7 +196,7 @@ TEST(Reduce, AFactorLargerThanTheImageGivesAnImageOfNoPixels) {
   for (const Reducer& reducer : kReducers) {
     for (int factor : {5, 100, INT32_MAX}) {
       Image source(4, 4, reducer.depth);
-      Result out;
+      Image out;
       EXPECT_TRUE(reducer.reduce(source.ptr(), out.ptr(), factor)) << reducer.depth << " by " << factor;
       ASSERT_FALSE(out.empty());
       EXPECT_EQ(out.header().biWidth, 0);
@@ -207,11 +208,11 @@ TEST(Reduce, AFactorLargerThanTheImageGivesAnImageOfNoPixels) {
 
 TEST(Reduce, TheSourceIsOnlyRead) {
   for (const Reducer& reducer : kReducers) {
-    std::mt19937 random(7);
+    Random random(7);
     Image source(13, 9, reducer.depth);
-    testing_images::randomise(source, random);
+    support::randomise(source, random);
     const Bytes before = source.block();
-    Result out;
+    Image out;
     ASSERT_TRUE(reducer.reduce(source.ptr(), out.ptr(), 2));
     EXPECT_EQ(source.block(), before);
   }

@@ -5,37 +5,31 @@
 #ifndef VANTREL_TESTS_SEGMENT_SHEETS_H
 #define VANTREL_TESTS_SEGMENT_SHEETS_H
 
-#include <vector>
-
 #include "image/bitmap.h"
+#include "support/drawing.h"
 
 namespace testing_sheets {
 
 /** A white sheet on which pixels are blackened. Its rows are longer than the sheet; what is behind them is black. */
 class Sheet {
  public:
-  Sheet(int rows, int cols)
-      : rows_(rows), cols_(cols), pixels_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols + kPadding)) {
-    for (int r = 0; r < rows; ++r) {
-      for (int c = 0; c < cols; ++c) at(r, c) = 255;
-    }
+  Sheet(int rows, int cols) : cols_(cols), image_(cols + kPadding, rows, 8) {
+    support::fill(image_, 0, cols, 0, rows, 255);
   }
 
   /** Blackens columns [from, to) of memory row r. */
   Sheet& blacken(int r, int from, int to) {
-    for (int c = from; c < to; ++c) at(r, c) = 0;
+    support::fill(image_, from, to, r, r + 1, 0);
     return *this;
   }
 
-  vantrel::ConstPixels view() const { return {pixels_.data(), rows_, cols_, cols_ + kPadding}; }
+  vantrel::ConstPixels view() const { return {image_.record().pBits, image_.height(), cols_, image_.stride()}; }
 
  private:
   static constexpr int kPadding = 3;
-  unsigned char& at(int r, int c) { return pixels_[static_cast<std::size_t>(r * (cols_ + kPadding) + c)]; }
 
-  int rows_;
   int cols_;
-  std::vector<unsigned char> pixels_;
+  support::Image image_;
 };
 
 }  // namespace testing_sheets

@@ -1,18 +1,20 @@
 /**
- * @file image_picture.h
- * @brief The reference's own image record, and its exchange with the blocks of the library.
+ * @file picture.h
+ * @brief A plain copy of an image's pixels for the naive second implementations: a value, and every access is checked.
  */
-#ifndef VANTREL_TESTS_REFERENCE_IMAGE_PICTURE_H
-#define VANTREL_TESTS_REFERENCE_IMAGE_PICTURE_H
+#ifndef VANTREL_TESTS_SUPPORT_PICTURE_H
+#define VANTREL_TESTS_SUPPORT_PICTURE_H
 
+#include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
-#include "images.h"
+#include "support/image.h"
 
-namespace reference::image {
+namespace support {
 
-/** Pixel rows in memory order, each padded to whole 32-bit words. Every access is checked. */
+/** Pixel rows in memory order, each padded to whole 32-bit words. An access outside them throws. */
 struct Picture {
   int cols = 0;
   int rows = 0;
@@ -21,14 +23,25 @@ struct Picture {
   int y_resolution = 0;
   std::vector<unsigned char> bytes;
 
-  int stride() const { return (cols * bits + 31) / 32 * 4; }
+  Picture() = default;
+  /** A picture of one byte value. */
+  Picture(int columns, int row_count, int depth, unsigned char fill) : cols(columns), rows(row_count), bits(depth) {
+    bytes.assign(static_cast<std::size_t>(stride()) * static_cast<std::size_t>(rows), fill);
+  }
+  explicit Picture(const Image& image) : Picture(image.width(), image.height(), image.header().biBitCount, 0) {
+    x_resolution = image.header().biXPelsPerMeter;
+    y_resolution = image.header().biYPelsPerMeter;
+    if (!bytes.empty()) std::memcpy(bytes.data(), image.record().pBits, bytes.size());
+  }
+
+  int stride() const { return stride_of(cols, bits); }
+  /** Byte `byte` of memory row `row`. */
   unsigned char& at(int row, int byte) { return bytes.at(index(row, byte)); }
   unsigned char at(int row, int byte) const { return bytes.at(index(row, byte)); }
 
   /** The byte that lies `byte` bytes behind the start of a row, wherever that is; `outside` beyond the last row. */
   unsigned char flat(int row, int byte, unsigned char outside) const {
-    const std::size_t place = index(row, byte);
-    return place < bytes.size() ? bytes.at(place) : outside;
+    return holds(row, byte) ? at(row, byte) : outside;
   }
   bool holds(int row, int byte) const { return index(row, byte) < bytes.size(); }
 
@@ -38,29 +51,9 @@ struct Picture {
   }
 };
 
-/** A picture of one byte value. */
-inline Picture filled(int cols, int rows, int bits, unsigned char fill) {
-  Picture picture;
-  picture.cols = cols;
-  picture.rows = rows;
-  picture.bits = bits;
-  picture.bytes.assign(static_cast<std::size_t>(picture.stride()) * static_cast<std::size_t>(rows), fill);
-  return picture;
-}
-
-/** A copy of an image block's pixels and measures. */
-inline Picture picture_of(const BITMAPPTR& image) {
-  const BITMAPINFOHEADER& header = *image.pInfo;
-  Picture picture = filled(header.biWidth, header.biHeight, header.biBitCount, 0);
-  picture.x_resolution = header.biXPelsPerMeter;
-  picture.y_resolution = header.biYPelsPerMeter;
-  if (!picture.bytes.empty()) std::memcpy(picture.bytes.data(), image.pBits, picture.bytes.size());
-  return picture;
-}
-
 /** An image block with a picture's pixels and measures. */
-inline testing_images::Image block_of(const Picture& picture) {
-  testing_images::Image image(picture.cols, picture.rows, picture.bits);
+inline Image image_of(const Picture& picture) {
+  Image image(picture.cols, picture.rows, picture.bits);
   image.header().biXPelsPerMeter = picture.x_resolution;
   image.header().biYPelsPerMeter = picture.y_resolution;
   if (!picture.bytes.empty()) std::memcpy(image.ptr()->pBits, picture.bytes.data(), picture.bytes.size());
@@ -81,6 +74,6 @@ inline std::string difference(const Picture& left, const Picture& right) {
   return "";
 }
 
-}  // namespace reference::image
+}  // namespace support
 
 #endif

@@ -1,30 +1,27 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <vector>
 
-#include "images.h"
 #include "reference/scale_resample.h"
 #include "scale/resample.h"
+#include "support/image.h"
+#include "support/random.h"
 
 namespace {
 
-using reference::Picture;
-using testing_images::Image;
-
-int between(std::mt19937& random, int low, int high) {
-  return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
-}
+using support::Image;
+using support::Picture;
+using support::Random;
 
 /** Noise, a few flat levels with hard edges, or black and white; the padding is always noise. */
-Image some_image(std::mt19937& random, int depth) {
-  Image image(between(random, 1, 24), between(random, 1, 24), depth);
+Image some_image(Random& random, int depth) {
+  Image image(random.pick(1, 24), random.pick(1, 24), depth);
   randomise(image, random);
-  const int kind = between(random, 0, 2);
+  const int kind = random.pick(0, 2);
   for (int y = 0; kind > 0 && y < image.height(); ++y) {
     unsigned char level = 128;
     for (int x = 0; x < image.width() * (depth / 8); ++x) {
-      if (kind == 2 || random() % 3 == 0) level = random() % 2 == 0 ? 0 : 255;
+      if (kind == 2 || random.bits() % 3 == 0) level = random.bits() % 2 == 0 ? 0 : 255;
       image.at(y, x) = level;
     }
   }
@@ -50,11 +47,11 @@ constexpr int kDepths[] = {8, 24, 8, 24, 16, 32};
 
 TEST(ScaleReference, BilinearOfRandomImages) {
   reference::BilinearRules rules;
-  std::mt19937 random(1);
+  Random random(1);
   for (int round = 0; round < 1500; ++round) {
     Image image = some_image(random, kDepths[round % 6]);
-    const int factor = round % 3 == 0 ? between(random, 1, 5) : 2;
-    const std::vector<unsigned char> expected = reference::bilinear(Picture(*image.ptr()), factor, rules);
+    const int factor = round % 3 == 0 ? random.pick(1, 5) : 2;
+    const std::vector<unsigned char> expected = reference::bilinear(Picture(image), factor, rules);
     Stream out(expected.size());
     ASSERT_TRUE(BiLinearMethod(image.ptr(), &out.record, static_cast<short>(factor)));
     ASSERT_EQ(out.written(), expected) << "round " << round << ", factor " << factor;
@@ -70,12 +67,12 @@ TEST(ScaleReference, BilinearOfRandomImages) {
 
 TEST(ScaleReference, BicubicOfRandomImages) {
   reference::BicubicRules rules;
-  std::mt19937 random(2);
+  Random random(2);
   for (int round = 0; round < 1500; ++round) {
     Image image = some_image(random, kDepths[round % 6]);
-    const std::vector<unsigned char> expected = reference::bicubic(Picture(*image.ptr()), rules);
+    const std::vector<unsigned char> expected = reference::bicubic(Picture(image), rules);
     Stream out(expected.size());
-    ASSERT_TRUE(BiCubicMethod(image.ptr(), &out.record, static_cast<short>(between(random, -3, 5))));
+    ASSERT_TRUE(BiCubicMethod(image.ptr(), &out.record, static_cast<short>(random.pick(-3, 5))));
     ASSERT_EQ(out.written(), expected) << "round " << round << ", " << image.width() << " x " << image.height();
     ASSERT_TRUE(out.guard_intact());
   }
@@ -93,15 +90,15 @@ TEST(ScaleReference, BicubicOfRandomImages) {
 }
 
 TEST(ScaleReference, SidesBeyondSixteenBitsKeepTheirLowBits) {
-  std::mt19937 random(3);
+  Random random(3);
   for (const int depth : {8, 24}) {
     for (const int width : {65536 + 1, 65536 + 5, 65536 + 6}) {
       Image image(width, 5, depth);
       randomise(image, random);
       reference::BilinearRules linear;
       reference::BicubicRules cubic;
-      const std::vector<unsigned char> means = reference::bilinear(Picture(*image.ptr()), 2, linear);
-      const std::vector<unsigned char> kernels = reference::bicubic(Picture(*image.ptr()), cubic);
+      const std::vector<unsigned char> means = reference::bilinear(Picture(image), 2, linear);
+      const std::vector<unsigned char> kernels = reference::bicubic(Picture(image), cubic);
       Stream one(means.size());
       Stream other(kernels.size());
       EXPECT_TRUE(BiLinearMethod(image.ptr(), &one.record, 2));
@@ -115,10 +112,10 @@ TEST(ScaleReference, SidesBeyondSixteenBitsKeepTheirLowBits) {
 }
 
 TEST(ScaleReference, Kernel) {
-  std::mt19937 random(4);
+  Random random(4);
   for (int round = 0; round < 20000; ++round) {
     int tap[4];
-    for (int& value : tap) value = between(random, -300, 600);
+    for (int& value : tap) value = random.pick(-300, 600);
     ASSERT_EQ(BiCubicDir(tap[0], tap[1], tap[2], tap[3]), reference::cubic_kernel(tap[0], tap[1], tap[2], tap[3]));
   }
 }

@@ -1,16 +1,17 @@
 /**
- * @file image_tally.h
- * @brief Counts which branches the reference took, so that a comparison can show that it met them all.
+ * @file tally.h
+ * @brief Counts which branches a second implementation took, so that a comparison can show that it met them all.
  */
-#ifndef VANTREL_TESTS_REFERENCE_IMAGE_TALLY_H
-#define VANTREL_TESTS_REFERENCE_IMAGE_TALLY_H
+#ifndef VANTREL_TESTS_SUPPORT_TALLY_H
+#define VANTREL_TESTS_SUPPORT_TALLY_H
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <map>
 #include <string>
 
-namespace reference::tally {
+namespace support::tally {
 
 inline std::map<std::string, long>& counters() {
   static std::map<std::string, long> all;
@@ -31,7 +32,10 @@ inline void reset() {
 inline void expect(const std::string& branch, long least) {
   EXPECT_GE(counter(branch), least) << "the comparison hardly met the branch: " << branch;
 }
+inline void expect(std::initializer_list<const char*> branches, long least) {
+  for (const char* branch : branches) expect(branch, least);
+}
 
-}  // namespace reference::tally
+}  // namespace support::tally
 
 #endif
