@@ -121,8 +121,13 @@ TEST(CalcUnknownFun, OfParallelLinesIsFarAway) {
 
 TEST(CalcUnknownFun, OfValuesThatAreNoNumbersIsSafe) {
   EXPECT_TRUE(std::isnan(CalcUnknownFun(kNan, 1, 1, 3, 5, 10).col));
-  CalcUnknownFun(kInfinity, kInfinity, 1, 3, 5, 10);
-  CalcUnknownFun(0, 0, 0, 0, 0, 0);
+  const typePoint nowhere =
+      CalcUnknownFun(kInfinity, kInfinity, 1, 3, 5, 10);  // the factor 1 / infinity times infinity
+  EXPECT_TRUE(std::isnan(nowhere.col));
+  EXPECT_TRUE(std::isnan(nowhere.row));
+  const typePoint origin = CalcUnknownFun(0, 0, 0, 0, 0, 0);  // 0 / 1e-7
+  EXPECT_EQ(origin.col, 0.0f);
+  EXPECT_EQ(origin.row, 0.0f);
 }
 
 // ---- Intersections ----
@@ -393,19 +398,96 @@ TEST(VerifyCorrectLoc, FillsTheBoxOfRejectedCornersToo) {
   EXPECT_EQ(judged.box, (Corners{20, 30, 30, 30, 20, 40, 30, 40}));
 }
 
-TEST(VerifyCorrectLoc, OfValuesThatAreNoNumbersIsSafe) {
-  const float nan = std::nanf(""), infinity = std::numeric_limits<float>::infinity();
-  for (const float value : {nan, infinity, -infinity, 1e30f, -1e30f}) {
-    for (std::size_t i = 0; i < 8; ++i) {
+constexpr float kMost = 2147483648.0f;  // whole numbers of the box end here
+
+/** What becomes of rectangle(5, 5, 70, 90) in 100 x 80 when one of its values is far away. */
+struct FarValue {
+  std::size_t index;
+  Corners corners;
+  Corners box;
+};
+
+TEST(VerifyCorrectLoc, PutsCornersFarRightAndBelowAtTheLastColumnAndRow) {
+  const FarValue cases[] = {
+      {0, {70, 5, 79, 5, 5, 90, 70, 90}, rectangle(5, 5, 79, 90)},
+      {1, {5, 90, 70, 5, 5, 99, 70, 90}, rectangle(5, 5, 70, 99)},  // the lower left corner is now among the upper two
+      {2, {5, 5, 79, 5, 5, 90, 70, 90}, rectangle(5, 5, 79, 90)},
+      {3, {5, 90, 5, 5, 70, 99, 70, 90}, rectangle(5, 5, 70, 99)},
+      {4, {5, 5, 70, 5, 70, 90, 79, 90}, rectangle(5, 5, 79, 90)},
+      {5, {5, 5, 70, 5, 5, 99, 70, 90}, rectangle(5, 5, 70, 99)},
+      {6, {5, 5, 70, 5, 5, 90, 79, 90}, rectangle(5, 5, 79, 90)},
+      {7, {5, 5, 70, 5, 5, 90, 70, 99}, rectangle(5, 5, 70, 99)},
+  };
+  for (const float far : {1e30f, std::numeric_limits<float>::infinity()}) {
+    for (const FarValue& c : cases) {
       Corners corners = rectangle(5, 5, 70, 90);
-      corners[i] = value;
-      judge(corners, 100, 80);
-      judge_m(corners, 100, 80);
+      corners[c.index] = far;
+      const Judged judged = judge(corners, 100, 80);
+      EXPECT_TRUE(judged.accepted) << c.index;
+      EXPECT_EQ(judged.corners, c.corners) << c.index;
+      EXPECT_EQ(judged.box, c.box) << c.index;
+      const Judged kept = judge_m(corners, 100, 80);  // rows are not clamped there
+      EXPECT_TRUE(kept.accepted) << c.index;
+      EXPECT_EQ(kept.box, c.index % 2 == 0 ? c.box : rectangle(5, 5, 70, kMost)) << c.index;
     }
     Corners all;
-    all.fill(value);
-    judge(all, 100, 80);
-    judge_m(all, 100, 80);
+    all.fill(far);
+    const Judged judged = judge(all, 100, 80), kept = judge_m(all, 100, 80);
+    EXPECT_FALSE(judged.accepted);
+    EXPECT_EQ(judged.box, rectangle(kMost, kMost, 79, 99));
+    EXPECT_FALSE(kept.accepted);
+    EXPECT_EQ(kept.box, rectangle(kMost, kMost, 79, kMost));
+  }
+}
+
+TEST(VerifyCorrectLoc, PutsCornersFarLeftAndAboveAtTheFirstColumnAndRow) {
+  const FarValue cases[] = {
+      {0, {0, 5, 70, 5, 5, 90, 70, 90}, rectangle(0, 5, 70, 90)},
+      {1, {5, 0, 70, 5, 5, 90, 70, 90}, rectangle(5, 0, 70, 90)},
+      {2, {0, 5, 5, 5, 5, 90, 70, 90}, rectangle(0, 5, 70, 90)},
+      {3, {5, 5, 70, 0, 5, 90, 70, 90}, rectangle(5, 0, 70, 90)},
+      {4, {5, 5, 70, 5, 0, 90, 70, 90}, rectangle(0, 5, 70, 90)},
+      {5, {5, 5, 5, 0, 70, 90, 70, 5}, rectangle(5, 0, 70, 90)},  // the upper right corner is now among the lower two
+      {6, {5, 5, 70, 5, 0, 90, 5, 90}, rectangle(0, 5, 70, 90)},
+      {7, {5, 5, 70, 0, 5, 90, 70, 5}, rectangle(5, 0, 70, 90)},
+  };
+  for (const float far : {-1e30f, -std::numeric_limits<float>::infinity()}) {
+    for (const FarValue& c : cases) {
+      Corners corners = rectangle(5, 5, 70, 90);
+      corners[c.index] = far;
+      const Judged judged = judge(corners, 100, 80);
+      EXPECT_TRUE(judged.accepted) << c.index;
+      EXPECT_EQ(judged.corners, c.corners) << c.index;
+      EXPECT_EQ(judged.box, c.box) << c.index;
+      const Judged kept = judge_m(corners, 100, 80);  // columns go to 1 there, rows are not clamped
+      EXPECT_TRUE(kept.accepted) << c.index;
+      EXPECT_EQ(kept.box, c.index % 2 == 0 ? rectangle(1, 5, 70, 90) : rectangle(5, -kMost, 70, 90)) << c.index;
+    }
+    Corners all;
+    all.fill(far);
+    const Judged judged = judge(all, 100, 80), kept = judge_m(all, 100, 80);
+    EXPECT_FALSE(judged.accepted);
+    EXPECT_EQ(judged.box, rectangle(0, 0, -kMost, -kMost));
+    EXPECT_FALSE(kept.accepted);
+    EXPECT_EQ(kept.box, rectangle(1, -kMost, -kMost, -kMost));
+  }
+}
+
+TEST(VerifyCorrectLoc, GivesABoxOfWholeNumbersForValuesThatAreNone) {
+  for (std::size_t i = 0; i < 8; ++i) {
+    Corners corners = rectangle(5, 5, 70, 90);
+    corners[i] = std::nanf("");
+    for (const Judged& judged : {judge(corners, 100, 80), judge_m(corners, 100, 80)}) {
+      const float w = judged.box[2] - judged.box[0] + 1, h = judged.box[5] - judged.box[1] + 1;
+      for (const float value : judged.box) EXPECT_TRUE(value == 0 || value == 5 || value == 70 || value == 90) << value;
+      EXPECT_EQ(judged.accepted, w >= 40 && h >= 50 && w + h >= 90) << i;
+    }
+  }
+  Corners none;
+  none.fill(std::nanf(""));
+  for (const Judged& judged : {judge(none, 100, 80), judge_m(none, 100, 80)}) {
+    EXPECT_FALSE(judged.accepted);
+    EXPECT_EQ(judged.box, Corners{});
   }
 }
 

@@ -85,7 +85,9 @@ TEST(AutoDetectCorner, OnlyReadsTheImage) {
   EXPECT_EQ(scan.block(), before);
 }
 
-TEST(AutoDetectCorner, IsSafeForImagesOfAnySize) {
+TEST(AutoDetectCorner, FindsNothingInSmallImages) {
+  // Up to 14 rows and 24 columns there is no frame; with 16 rows it is row 1, where all gradients of the checks are
+  // diagonal.
   for (const int rows : {0, 1, 3, 4, 5, 8, 16}) {
     for (const int cols : {0, 1, 3, 4, 5, 8, 16}) {
       Image checked(cols, rows, 8);
@@ -93,7 +95,7 @@ TEST(AutoDetectCorner, IsSafeForImagesOfAnySize) {
         for (int c = 0; c < checked.stride(); ++c) checked.at(r, c) = (r / 2 + c / 2) % 2 == 0 ? 0 : 255;
       }
       std::array<float, 8> corners{}, box{};
-      AutoDetectCorner(checked.ptr(), corners.data(), box.data());
+      EXPECT_FALSE(AutoDetectCorner(checked.ptr(), corners.data(), box.data())) << rows << " x " << cols;
     }
   }
 }

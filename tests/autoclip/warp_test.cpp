@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "support/drawing.h"
 #include "support/image.h"
 
 namespace {
@@ -264,16 +265,32 @@ TEST(Warps, AreSafeForDegenerateCoefficients) {
   }
 }
 
-TEST(Warps, AreSafeForDegenerateRectangles) {
+TEST(Warps, WriteNothingForDegenerateRectangles) {
   const double nan = std::nan(""), infinity = static_cast<double>(kInfinity);
   for (const int bit_count : {8, 24}) {
     for (const auto convert : {ConvertImg, ConvertImg2, ConvertImg3}) {
-      for (const Rect& rect : {Rect{nan, 1, 5, 4}, Rect{1, nan, 5, 4}, Rect{1, 1, nan, 4}, Rect{1, 1, 5, nan},
-                               Rect{nan, nan, nan, nan}, Rect{1, 1, -infinity, 4}, Rect{infinity, 1, 5, 4}}) {
+      for (const Rect& rect : {Rect{1, nan, 5, 4}, Rect{1, 1, nan, 4}, Rect{1, 1, 5, nan}, Rect{nan, nan, nan, nan},
+                               Rect{1, 1, -infinity, 4}, Rect{infinity, 1, 5, 4}}) {
         Image source(7, 6, bit_count, 40);
         Image target = white(7, 6, bit_count);
-        warp(convert, source, target, kIdentity, rect, bit_count);
+        EXPECT_TRUE(warp(convert, source, target, kIdentity, rect, bit_count));
+        EXPECT_EQ(target.block(), white(7, 6, bit_count).block());
       }
+    }
+  }
+}
+
+TEST(Warps, TakeABoundThatIsNoNumberForZero) {
+  const Rect rect{std::nan(""), 1, 5, 4};
+  for (const int bit_count : {8, 24}) {
+    for (const auto convert : {ConvertImg, ConvertImg2, ConvertImg3}) {
+      Image source(7, 6, bit_count, 40);
+      Image target = white(7, 6, bit_count);
+      EXPECT_TRUE(warp(convert, source, target, kIdentity, rect, bit_count));
+      // columns 0 to 5 of 4 rows; nothing into an image of the rectangle's width, which is no number
+      Image expected = white(7, 6, bit_count);
+      if (convert == ConvertImg2) support::fill(expected, 0, 6, 0, 4, 40);
+      EXPECT_EQ(target.block(), expected.block());
     }
   }
 }

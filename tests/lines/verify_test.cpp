@@ -422,13 +422,14 @@ TEST(VerifyCorrectLineV0, WrapsCountsAtSixteenBits) {
   EXPECT_FALSE(DensityMap(map).set(26, 65536).second(25, 5, 0));  // counted as none
 }
 
-TEST(VerifyCorrectLineV0, StaysInsideTheImageForLinesBeyondIt) {
+TEST(VerifyCorrectLineV0, KeepsTheFirstForLinesBeyondTheImage) {
+  // two such lines are near the same edge, or too near each other, or leave no row between a line and its edge
   constexpr int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
   DensityMap map(100, 40);
   map.set(0, 99, 17);
   for (const int L1 : {least, -1000, -11, -10, -1, 0, 5, 99, 100, 101, 110, 1000, most}) {
     for (const int L2 : {least, -1000, -11, -10, -1, 0, 5, 99, 100, 101, 110, 1000, most}) {
-      for (const int side : {0, 1}) map.second(L1, L2, side);
+      for (const int side : {0, 1}) EXPECT_FALSE(map.second(L1, L2, side)) << L1 << ", " << L2 << ", side " << side;
     }
   }
 }
@@ -486,24 +487,95 @@ TEST(VerifyCorrectLineV1, AcceptsLinesWithoutRoomBeyond) {
 
 TEST(VerifyCorrectLineV1, StaysInsideTheImageForLinesBeyondIt) {
   constexpr int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
-  PackedMap map;
-  for (const int L : {least, least + 3, -1000, -4, -3, -1, 0, 99, 100, 103, 104, 105, 1000, most - 3, most}) {
-    for (const int side : {0, 1}) map.accepts(L, side);
+  PackedMap dense;
+  for (int r = 0; r < 100; ++r) dense.set(r, 5);
+  // The band grows with the line's distance, 100 bytes a row, the count only up to the image's edge: at most 500 on the
+  // bottom side and 495 on the top, which leaves out the last row.
+  const struct {
+    int L;
+    bool top, bottom;
+  } cases[] = {{least, true, true},                           // 22 * 495 is far less than the band
+               {least + 3, true, true}, {-1000, true, true},  // 22 * 495 = 10890 of 109700
+               {-4, false, true},                             // 16 * 495 = 7920, 10890 of 10100
+               {-3, false, true},                             // of 10000
+               {-1, false, true},                             // 16 * 485 = 7760, 22 * 485 = 10670 of 9800
+               {0, false, true},                              // 16 * 480 = 7680, 22 * 480 = 10560 of 9700
+               {99, true, false},                             // the same 96 rows
+               {100, true, false},                            //
+               {103, true, false},                            // 16 * 500 = 8000, 22 * 500 = 11000 of 10100
+               {104, true, false},                            // of 10200
+               {105, true, false},                            // of 10300
+               {1000, true, true},                            // of 99800
+               {most - 3, true, true},                        //
+               {most, true, true}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(dense.accepts(c.L, 0), c.top) << c.L;
+    EXPECT_EQ(dense.accepts(c.L, 1), c.bottom) << c.L;
   }
 }
 
 // ---- Lines beyond the image ----
 
-TEST(ComponentVerifiers, AcceptAnyLinePosition) {
-  constexpr int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
-  Components components;
+constexpr int kLeast = std::numeric_limits<int>::min(), kMost = std::numeric_limits<int>::max();
+
+/** Five pieces at the first corner, one far before it and one as large as a rectangle can be. */
+void add_pieces_anywhere(Components& components) {
   components.add(10, 10, 0, 0, 5).add(32767, 32767, 0, 0).add(10, 10, -32768, -32768);
-  for (const int L : {least, -40000, -1, 0, 50, 40000, most}) {
+}
+
+TEST(VerifyCorrectLineV2, TakesAnyLinePosition) {
+  // 400 x 200, a margin of 10 rows; the largest piece is never clutter
+  const struct {
+    int L;
+    bool top, others;
+  } cases[] = {{kLeast, true, true},  // all six in a vast band; a negative band without pieces
+               {-40000, true, true},  //
+               {-1, true, false},     // five, 500 of 82200; the one before the image, 100 of 2000
+               {0, true, false},      // 500 of 82000; all six, 600 of 2200
+               {50, true, false},     // none; 600 of 12200
+               {40000, true, true},   // a negative band without pieces; 600 of a vast one
+               {kMost, true, true}};
+  Components components;
+  add_pieces_anywhere(components);
+  for (const auto& c : cases) {
+    EXPECT_EQ(VerifyCorrectLineV_2(components.line(), c.L, 400, 200, 0, 0), c.top) << c.L;
+    for (const int side : {1, 2, 3}) {
+      EXPECT_EQ(VerifyCorrectLineV_2(components.line(), c.L, 400, 200, side, 0), c.others) << c.L << ", side " << side;
+    }
+  }
+}
+
+TEST(VerifyCorrectLineV3, TakesAnyLinePosition) {
+  // seven pieces in rows 0 to 9, together wider than the image, cut at row 1 by every line whose margin of 5 ends
+  // before the first row
+  Components components;
+  components.add(50, 10, 0, 0, 7).add(32767, 32767, 0, 0).add(10, 10, -32768, -32768);
+  for (const int L : {kLeast, -40000, -1, 0, 4, 50, 40000, kMost}) {
     for (int side = 0; side < 4; ++side) {
-      VerifyCorrectLineV_2(components.line(), L, 400, 200, side, 0);
-      VerifyCorrectLineV_3(components.line(), L, 400, 200, side, 0);
-      VerifyCorrectLineV_3_ORVA(components.line(), L, 400, 200, side, 0);
-      VerifyCorrectLineH_0(components.line(), L, 400, 200, side, 0);
+      EXPECT_EQ(VerifyCorrectLineV_3(components.line(), L, 400, 200, side, 0), L > 4) << L;
+      EXPECT_EQ(VerifyCorrectLineV_3_ORVA(components.line(), L, 400, 200, side, 0), L > 4) << L;
+    }
+  }
+}
+
+TEST(VerifyCorrectLineH0, TakesAnyLinePosition) {
+  // 400 x 200, a margin of 2 columns
+  const struct {
+    int L;
+    bool left, others;
+  } cases[] = {{kLeast, false, true},  // a negative band; all seven pieces in a vast one, the largest too
+               {-40000, false, true},  // six, 600 of 16080800
+               {-1, true, true},       // only the one before the image; five, 500 of 81200
+               {0, true, true},        // 500 of 80800
+               {50, false, true},      // six, 600 of 21200; none
+               {40000, true, false},   // 600 of 16001200; a negative band
+               {kMost, true, false}};
+  Components components;
+  add_pieces_anywhere(components);
+  for (const auto& c : cases) {
+    EXPECT_EQ(VerifyCorrectLineH_0(components.line(), c.L, 400, 200, 2, 0), c.left) << c.L;
+    for (const int side : {0, 1, 3}) {
+      EXPECT_EQ(VerifyCorrectLineH_0(components.line(), c.L, 400, 200, side, 0), c.others) << c.L << ", side " << side;
     }
   }
 }
