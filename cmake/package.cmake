@@ -1,7 +1,8 @@
-# What `cmake --install` lays down for those who build against the library: header, library, CMake package, pkg-config.
+# What `cmake --install` lays down for those who build against the library: header, libraries, CMake package,
+# pkg-config.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS vantrel EXPORT vantrelTargets)
+install(TARGETS vantrel vantrel_static EXPORT vantrelTargets)
 install(FILES include/vantrel.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vantrel)
@@ -14,5 +15,12 @@ install(FILES ${PROJECT_BINARY_DIR}/vantrelConfig.cmake ${PROJECT_BINARY_DIR}/va
 
 # The installed tree may be moved: the prefix is found from the place of the .pc file.
 file(RELATIVE_PATH VANTREL_PC_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+# What a C linker must add to the static library: the parts of the C++ compiler's own list that it has not on its own.
+set(VANTREL_PC_LIBS_PRIVATE "")
+foreach(library ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+  if(library MATCHES "^(stdc\\+\\+|c\\+\\+|m)$")
+    string(APPEND VANTREL_PC_LIBS_PRIVATE " -l${library}")
+  endif()
+endforeach()
 configure_file(cmake/vantrel.pc.in ${PROJECT_BINARY_DIR}/vantrel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vantrel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -9,5 +9,5 @@ int main() {
   const int code = AutoClipRedundantImg(&nothing, nullptr, &out, 1);
   const int between = BiCubicDir(0, 255, 255, 0);
   std::printf("%d %d %s\n", code, between, szPath);
-  return code == -1 && between == 287 && szPath[0] != '\0' ? 0 : 1;
+  return code == -1 && between == 287 && (szPath[0] != '\0') == FOLDER_IS_KNOWN ? 0 : 1;
 }
