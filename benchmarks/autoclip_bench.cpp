@@ -1,7 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "autoclip/projective.h"
-#include "autoclip/warp.h"
+#include "autoclip/exports.h"
 #include "scans.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "cardcut/card_cut.h"
+#include "cardcut/exports.h"
 #include "scans.h"
 
 namespace {

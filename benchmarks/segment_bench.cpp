@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "segment/reduce.h"
+#include "segment/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 

@@ -39,7 +39,7 @@ class Task {
     const std::unique_ptr<OutputFile> overlay = open(job_.overlay);
     const std::unique_ptr<OutputFile> output = naming_ == Naming::kOneFile ? open(job_.output) : nullptr;
     Scan scan = decode_image(read_file(job_.input), options_.page);
-    if (options_.dpi != 0) scan.image.set_dpi(options_.dpi);
+    if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
     report_.scan.emplace(scan.image);
 

@@ -1,58 +1,74 @@
 /**
  * @file bitmap.h
- * @brief An image block of the library, owned.
+ * @brief A picture in memory as the library takes it, held in one of Leptonica's, and the way between the two.
  */
 #ifndef VANTREL_CLI_BITMAP_H
 #define VANTREL_CLI_BITMAP_H
 
-#include <cstddef>
-#include <new>
-#include <utility>
+#include <allheaders.h>
+#include <vantrel_cards.h>
 
-#include "image/bitmap.h"
-#include "vantrel.h"
+#include <memory>
 
 namespace tool {
 
-/** Pixels per metre of a resolution in dots per inch, and back, rounded. */
-inline int per_metre(int dpi) { return static_cast<int>(dpi / 0.0254 + 0.5); }
-inline int per_inch(int pels_per_metre) { return static_cast<int>(pels_per_metre * 0.0254 + 0.5); }
+struct PixRelease {
+  void operator()(PIX* pix) const { pixDestroy(&pix); }
+};
+using PixPtr = std::unique_ptr<PIX, PixRelease>;
 
-/** Owns the block behind a BITMAPPTR. A moved-from or fresh one is empty. */
+/** Takes what a Leptonica function returned; a null pointer is its way to say that memory ran out. */
+PixPtr checked(PIX* pix);
+
+/** What a decoded picture does not say of itself. */
+struct PixNature {
+  bool gray = false;          /**< its colours are all gray */
+  bool premultiplied = false; /**< its colours are multiplied with their opacity already */
+};
+
+/**
+ * Brings a picture to 1 bit, 8 bits of gray or 32 bits of colour: palettes and transparency are resolved on white,
+ * 2 and 4 bits become 8, 16 bits keep their high byte.
+ */
+PixPtr to_plain_depth(PixPtr pix, const PixNature& nature);
+
+/** Dots per inch; 0: not known. */
+struct Resolution {
+  int x;
+  int y;
+};
+
+/**
+ * A bilevel, gray or RGB picture with rows from the top. Its bytes lie in a PIX, but in the library's order: Leptonica
+ * itself keeps gray and bilevel pixels in words of the machine and a set bit for black.
+ */
 class Bitmap {
  public:
+  /** An empty one. */
   Bitmap() = default;
-  /** A white image. */
-  Bitmap(int width, int height, int depth, int x_pels_per_metre, int y_pels_per_metre) {
-    if (!CreateImage(&record_, width, height, depth, x_pels_per_metre, y_pels_per_metre)) throw std::bad_alloc();
-  }
-  Bitmap(Bitmap&& other) noexcept : record_(std::exchange(other.record_, {})) {}
-  Bitmap& operator=(Bitmap&& other) noexcept {
-    std::swap(record_, other.record_);
-    return *this;
-  }
-  ~Bitmap() { FreeCardImg(handle()); }
+  /** A picture to be written through target(). @throws std::bad_alloc */
+  Bitmap(int width, int height, vantrel_format format, Resolution resolution);
+  /** @param pix 1, 8 (without palette) or 32 bits. @throws std::bad_alloc */
+  explicit Bitmap(PixPtr pix);
 
-  bool empty() const { return record_.pInfo == nullptr; }
-  int width() const { return record_.pInfo->biWidth; }
-  int height() const { return record_.pInfo->biHeight; }
-  int depth() const { return record_.pInfo->biBitCount; }
-  int dpi_x() const { return per_inch(record_.pInfo->biXPelsPerMeter); }
-  int dpi_y() const { return per_inch(record_.pInfo->biYPelsPerMeter); }
-  void set_dpi(int dpi) { record_.pInfo->biXPelsPerMeter = record_.pInfo->biYPelsPerMeter = per_metre(dpi); }
+  /** A copy as Leptonica has it: 1, 8 or 32 bits. @throws std::bad_alloc */
+  PixPtr to_pix() const;
 
-  /** Row y, counted from the top of the picture. */
-  unsigned char* row_from_top(int y) const {
-    return record_.pBits + vantrel::stride_bytes(width(), depth()) * (height() - 1 - y);
-  }
+  bool empty() const { return pix_ == nullptr; }
+  int width() const { return pixGetWidth(pix_.get()); }
+  int height() const { return pixGetHeight(pix_.get()); }
+  int depth() const { return pixGetDepth(pix_.get()); }
+  vantrel_format format() const;
+  Resolution resolution() const { return {pixGetXRes(pix_.get()), pixGetYRes(pix_.get())}; }
+  void set_resolution(Resolution resolution);
 
-  /** For the library: as an input, as an output, as a packed handle. */
-  BITMAPPTR* record() { return &record_; }
-  const BITMAPPTR* record() const { return &record_; }
-  void** handle() { return reinterpret_cast<void**>(&record_.pInfo); }
+  vantrel_image view() const;
+  vantrel_picture target();
 
  private:
-  BITMAPPTR record_{};
+  std::ptrdiff_t stride() const { return std::ptrdiff_t{4} * pixGetWpl(pix_.get()); }
+
+  PixPtr pix_;
 };
 
 }  // namespace tool

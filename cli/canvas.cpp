@@ -36,7 +36,7 @@ PixPtr text_mask(const std::string& text, int factor) {
 }  // namespace
 
 Canvas::Canvas(const Bitmap& scan) {
-  const PixPtr pix = to_pix(scan);
+  const PixPtr pix = scan.to_pix();
   pix_ = checked(pixConvertTo32(pix.get()));
 }
 
@@ -59,7 +59,10 @@ void Canvas::line(double x1, double y1, double x2, double y2, Colour colour) {
                    colour.blue);
 }
 
-void Canvas::frame(int left, int top, int right, int bottom, Colour colour) {
+void Canvas::frame(const vantrel_rect& rectangle, Colour colour) {
+  const auto [left, top, end, below] = rectangle;
+  const int right = end - 1;
+  const int bottom = below - 1;
   line(left, top, right, top, colour);
   line(left, bottom, right, bottom, colour);
   line(left, top, left, bottom, colour);

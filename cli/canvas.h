@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "pix_bitmap.h"
+#include "bitmap.h"
 
 namespace tool {
 
@@ -33,12 +33,12 @@ class Canvas {
   void shade(int x, int y, int width, int height, Colour colour);
   /** Draws a line whose ends may lie outside; positions that are no numbers draw nothing. */
   void line(double x1, double y1, double x2, double y2, Colour colour);
-  /** Draws the outline of a rectangle, bounds included. */
-  void frame(int left, int top, int right, int bottom, Colour colour);
+  /** Draws the outline of a rectangle along its outermost pixels. */
+  void frame(const vantrel_rect& rectangle, Colour colour);
   /** Marks a point with a dot and writes a text beside it, towards the middle of the picture. */
   void label(double x, double y, const std::string& text, Colour colour);
 
-  Bitmap picture() const { return to_bitmap(pix_.get()); }
+  Bitmap picture() const { return Bitmap(checked(pixClone(pix_.get()))); }
 
  private:
   int stroke() const;

@@ -1,33 +1,39 @@
 #include "corner_search.h"
 
+#include <array>
 #include <cmath>
 #include <cstdio>
-#include <new>
 
-#include "image/convert.h"
+#include "library.h"
+#include "words.h"
 
 namespace tool {
 namespace {
 
-constexpr std::array kSideNames = {"top", "bottom", "left", "right"};
-constexpr std::array kCornerNames = {"top_left", "top_right", "bottom_left", "bottom_right"};
-constexpr std::array kVerdictNames = {"corners-found", "corners-too-small", "lines-degenerate", "no-edges",
-                                      "side-too-long", "out-of-memory",     "not-gray"};
-
-bool has_lines(vantrel_verdict verdict) {
-  return verdict == VANTREL_CORNERS_FOUND || verdict == VANTREL_CORNERS_TOO_SMALL ||
-         verdict == VANTREL_LINES_DEGENERATE;
-}
-
-bool has_corners(vantrel_verdict verdict) {
-  return verdict == VANTREL_CORNERS_FOUND || verdict == VANTREL_CORNERS_TOO_SMALL;
+/** What the JSON calls the outcome. */
+Json verdict_of(vantrel_reason reason) {
+  switch (reason) {
+    case VANTREL_REASON_FOUND:
+    case VANTREL_REASON_NO_SIDE:
+      return "corners-found";
+    case VANTREL_REASON_TOO_SMALL:
+      return "corners-too-small";
+    case VANTREL_REASON_DEGENERATE:
+      return "lines-degenerate";
+    case VANTREL_REASON_BLANK:
+      return "no-edges";
+    case VANTREL_REASON_SCAN_TOO_LARGE:
+      return "side-too-long";
+    default:
+      return {};
+  }
 }
 
 /** How far the middle between the upper and the lower edge is turned, in degrees; positive clockwise. */
-double tilt_of(const Corners& c) {
+double tilt_of(const vantrel_quad& q) {
   constexpr double kDegrees = 57.29577951308232;
-  const double top = std::atan2(c[3] - c[1], c[2] - c[0]);
-  const double bottom = std::atan2(c[7] - c[5], c[6] - c[4]);
+  const double top = std::atan2(q.top_right.y - q.top_left.y, q.top_right.x - q.top_left.x);
+  const double bottom = std::atan2(q.bottom_right.y - q.bottom_left.y, q.bottom_right.x - q.bottom_left.x);
   return (top + bottom) / 2 * kDegrees;
 }
 
@@ -41,129 +47,130 @@ std::string one_decimal(double value) {
 std::string defaulted_sides(const CornerSearch& search) {
   std::string names;
   for (std::size_t side = 0; side < 4; ++side) {
-    if (search.found.side[side].found == 0) names += (names.empty() ? "" : ", ") + std::string(kSideNames[side]);
+    if (search.seen.sides[side].found == 0) names += (names.empty() ? "" : ", ") + std::string(kSideNames[side]);
   }
   return names.empty() ? "" : " (" + names + ": the frame of the scan)";
 }
 
-std::string reason_without_card(vantrel_verdict verdict) {
-  switch (verdict) {
-    case VANTREL_CORNERS_FOUND:
-      return "no side of a card was found";
-    case VANTREL_CORNERS_TOO_SMALL:
-      return "the corners found span less than half of the scan";
-    case VANTREL_LINES_DEGENERATE:
-      return "the border lines found do not meet in four corners";
-    case VANTREL_NO_EDGES:
-      return "no edge near the border of the scan: it is blank";
-    case VANTREL_SIDE_TOO_LONG:
-      return "a side is longer than 32767 pixels";
-    default:
-      return "the corners could not be searched";
-  }
+/**
+ * A border line in pixels of the analysed copy, x a column and y a row counted from the bottom, both at whole numbers
+ * in the middle of a pixel. There its distance has single precision.
+ */
+Json json_of_line(const vantrel_dark_glass& seen, const vantrel_dark_side& side) {
+  const double a = side.line.a;
+  const double b = -side.line.b;
+  const double c = side.line.c / seen.reduction - a / 2 + b * (seen.height - 0.5);
+  return {{"a", a}, {"b", b}, {"c", static_cast<float>(c)}, {"found", side.found != 0}};
 }
 
-/** A border line across the whole picture, from edge to edge. */
-void draw_line(const CornerSearch& search, const vantrel_border& line, Canvas& canvas) {
-  // Pixel centres lie at whole numbers of the line's own coordinates, whose rows count from the bottom.
-  const auto column = [&](double x) { return (x + 0.5) * search.scale; };
-  const auto row = [&](double y) { return (search.height - (y + 0.5)) * search.scale; };
-  const Colour colour = line.found != 0 ? kGreen : kAmber;
-  if (std::abs(line.b) > std::abs(line.a)) {
-    const double right = search.width - 1;
-    canvas.line(column(0), row(line.c / line.b), column(right), row((line.c - line.a * right) / line.b), colour);
+Json json_of_sides(const vantrel_dark_glass& seen) {
+  Json json;
+  for (std::size_t side = 0; side < 4; ++side) json[kSideNames[side]] = json_of_line(seen, seen.sides[side]);
+  return json;
+}
+
+/** A border line across the whole picture, from the middle of the copy's first pixel to that of its last. */
+void draw_line(const CornerSearch& search, const vantrel_dark_side& side, Canvas& canvas) {
+  const auto& [a, b, c] = side.line;
+  const Colour colour = side.found != 0 ? kGreen : kAmber;
+  const double first = 0.5 * search.seen.reduction;
+  const auto last = [&](int pixels) { return (pixels - 0.5) * search.seen.reduction; };
+  const int n = search.scale;
+  if (std::abs(b) > std::abs(a)) {
+    const double right = last(search.seen.width);
+    canvas.line(first * n, (c - a * first) / b * n, right * n, (c - a * right) / b * n, colour);
   } else {
-    const double top = search.height - 1;
-    canvas.line(column(line.c / line.a), row(0), column((line.c - line.b * top) / line.a), row(top), colour);
+    const double bottom = last(search.seen.height);
+    canvas.line((c - b * first) / a * n, first * n, (c - b * bottom) / a * n, bottom * n, colour);
   }
-}
-
-void shade_bands(const CornerSearch& search, Canvas& canvas) {
-  const int rows = search.height / 8 * search.scale;
-  const int columns = search.width / 5 * search.scale;
-  const int upper = 7 * search.height / 8 * search.scale;
-  const int right = 4 * search.width / 5 * search.scale;
-  canvas.shade(0, 0, canvas.width(), canvas.height() - upper, kBlue);
-  canvas.shade(0, canvas.height() - rows, canvas.width(), rows, kBlue);
-  canvas.shade(0, 0, columns, canvas.height(), kBlue);
-  canvas.shade(right, 0, canvas.width() - right, canvas.height(), kBlue);
 }
 
 }  // namespace
 
 int CornerSearch::sides_found() const {
   int count = 0;
-  for (const vantrel_border& side : found.side) count += side.found;
+  for (const vantrel_dark_side& side : seen.sides) count += side.found;
   return count;
 }
 
-bool CornerSearch::has_card() const { return found.verdict == VANTREL_CORNERS_FOUND && sides_found() > 0; }
+vantrel_quad CornerSearch::corners() const { return scaled(seen.corners, scale); }
 
-Corners CornerSearch::corners() const {
-  Corners scaled{};
-  for (std::size_t i = 0; i < 8; ++i) scaled[i] = found.corners[i] * static_cast<float>(scale);
-  return scaled;
-}
-
-CornerSearch search_corners(Bitmap& image, int scale) {
-  Bitmap gray;
-  if (image.depth() == 24 && !Color2Gray(image.record(), gray.record())) throw std::bad_alloc();
-  CornerSearch search{{}, image.width(), image.height(), scale};
-  vantrel_find_corners(gray.empty() ? image.record() : gray.record(), &search.found);
-  if (search.found.verdict == VANTREL_OUT_OF_MEMORY) throw std::bad_alloc();
+CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
+  vantrel_image view = scan.view();
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  if (analysis == Analysis::kAsItIs) {
+    // A copy is reduced to the resolution asked for: none, to that of the scan, or to any that both are said to have.
+    if (view.dpi == 0) view.dpi = 1;
+    options.analysis_dpi = view.dpi;
+  }
+  const Cards cards = find(view, VANTREL_METHOD_DARK_GLASS, options);
+  CornerSearch search{vantrel_cards_reason(cards.get(), VANTREL_METHOD_DARK_GLASS), dark_glass_of(cards), scale};
+  if (search.seen.reduction == 0) {
+    // It did not even look.
+    search.seen.reduction = 1;
+    search.seen.width = scan.width();
+    search.seen.height = scan.height();
+  }
   return search;
 }
 
 std::string words_of(const CornerSearch& search) {
-  if (!search.has_card()) return reason_without_card(search.found.verdict);
+  if (!search.has_card()) return words_of(search.reason);
   return std::to_string(search.sides_found()) + " of 4 sides found" + defaulted_sides(search) + ", tilt " +
          one_decimal(tilt_of(search.corners())) + " degrees";
 }
 
-Json json_of_corners(const Corners& corners) {
-  Json json;
-  for (std::size_t i = 0; i < 4; ++i) json[kCornerNames[i]] = {corners[2 * i], corners[2 * i + 1]};
-  return json;
+Json json_of(const vantrel_quad& corners) {
+  const auto place = [](const vantrel_point& point) -> Json {
+    return {static_cast<float>(point.x), static_cast<float>(point.y)};
+  };
+  return {{"top_left", place(corners.top_left)},
+          {"top_right", place(corners.top_right)},
+          {"bottom_left", place(corners.bottom_left)},
+          {"bottom_right", place(corners.bottom_right)}};
 }
 
 Json json_of(const CornerSearch& search) {
-  const vantrel_corner_search& found = search.found;
-  Json json = {{"result", search.result()},
-               {"verdict", kVerdictNames[static_cast<std::size_t>(found.verdict)]},
+  const vantrel_dark_glass& seen = search.seen;
+  const Json verdict = verdict_of(search.reason);
+  Json json = {{"result", verdict == "corners-found" ? 1 : 0},
+               {"verdict", verdict},
                {"sides_found", search.sides_found()},
                {"sides", Json()},
                {"corners", Json()},
                {"box", Json()},
                {"tilt", Json()},
-               {"scale", search.scale},
-               {"searched", {{"width", search.width}, {"height", search.height}}}};
-  if (has_lines(found.verdict)) {
-    for (std::size_t side = 0; side < 4; ++side) {
-      const vantrel_border& line = found.side[side];
-      json["sides"][kSideNames[side]] = {{"a", line.a}, {"b", line.b}, {"c", line.c}, {"found", line.found != 0}};
-    }
-  }
-  if (has_corners(found.verdict)) {
-    const Corners corners = search.corners();
-    json["corners"] = json_of_corners(corners);
-    const auto scaled = [&](float value) { return static_cast<int>(value) * search.scale; };
-    json["box"] = {{"left", scaled(found.box[0])},
-                   {"top", scaled(found.box[1])},
-                   {"right", scaled(found.box[6])},
-                   {"bottom", scaled(found.box[7])}};
+               {"scale", seen.reduction * search.scale},
+               {"searched", {{"width", seen.width}, {"height", seen.height}}}};
+  if (seen.has_lines != 0) json["sides"] = json_of_sides(seen);
+  if (seen.has_corners != 0) {
+    const vantrel_quad corners = search.corners();
+    json["corners"] = json_of(corners);
+    json["box"] = {{"left", seen.box.left * search.scale},
+                   {"top", seen.box.top * search.scale},
+                   {"right", seen.box.right * search.scale},
+                   {"bottom", seen.box.bottom * search.scale}};
     json["tilt"] = std::round(tilt_of(corners) * 1000) / 1000;
   }
   return json;
 }
 
 void draw(const CornerSearch& search, Canvas& canvas) {
-  shade_bands(search, canvas);
-  if (has_lines(search.found.verdict)) {
-    for (const vantrel_border& line : search.found.side) draw_line(search, line, canvas);
+  const vantrel_dark_glass& seen = search.seen;
+  for (const vantrel_dark_side& side : seen.sides) {
+    const auto& [left, top, right, bottom] = side.band;
+    const int n = search.scale;
+    canvas.shade(left * n, top * n, (right - left) * n, (bottom - top) * n, kBlue);
   }
-  if (has_corners(search.found.verdict)) {
-    const Corners corners = search.corners();
-    for (std::size_t i = 0; i < 4; ++i) canvas.label(corners[2 * i], corners[2 * i + 1], std::to_string(i + 1), kRed);
+  if (seen.has_lines != 0) {
+    for (const vantrel_dark_side& side : seen.sides) draw_line(search, side, canvas);
+  }
+  if (seen.has_corners != 0) {
+    const vantrel_quad q = search.corners();
+    int number = 0;
+    for (const vantrel_point& corner : {q.top_left, q.top_right, q.bottom_left, q.bottom_right}) {
+      canvas.label(corner.x, corner.y, std::to_string(++number), kRed);
+    }
   }
 }
 

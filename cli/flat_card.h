@@ -5,27 +5,21 @@
 #ifndef VANTREL_CLI_FLAT_CARD_H
 #define VANTREL_CLI_FLAT_CARD_H
 
-#include <array>
-#include <string>
-
-#include "rectangle.h"
+#include "bitmap.h"
+#include "report.h"
 
 namespace tool {
 
-/** A side that is not found lies where the library's finders put it by default. */
 struct FlatCard {
-  MYRECT rect;               /**< in memory rows of the searched scan */
-  std::array<bool, 4> found; /**< top, bottom, left, right */
+  vantrel_reason reason;
+  vantrel_flat_light seen;
 
+  bool searched() const { return seen.reduction != 0; }
   int sides_found() const;
 };
 
-/**
- * Searches an 8-bit scan, or a 24-bit one of at least 128 x 128 pixels.
- *
- * @throws Failure another scan; std::bad_alloc.
- */
-FlatCard find_flat_card(Bitmap& scan);
+/** Searches a scan for the card. @throws Failure, std::bad_alloc */
+FlatCard find_flat_card(const Bitmap& scan);
 
 /** For each side whether it was found. */
 Json sides_of(const FlatCard& card);

@@ -10,7 +10,6 @@
 #include "console.h"
 #include "failure.h"
 #include "leptonica_quirks.h"
-#include "pix_bitmap.h"
 #include "tiff_pages.h"
 
 namespace tool {
@@ -77,9 +76,9 @@ Scan decode_tiff(Bytes file, int page) {
   if (pages > 0 && page > pages) refuse_page(page, pages);
   const TiffPage facts = tiff_page(file, page);
   if (!facts.complete) refuse_damaged(Format::kTiff);
-  const PixPtr plain = to_plain_depth(decode(Format::kTiff, file, page), {facts.gray, facts.premultiplied});
-  Scan scan{to_bitmap(plain.get()), Format::kTiff, page, pages, std::move(file)};
-  if (!facts.has_resolution) scan.image.set_dpi(0);
+  PixPtr plain = to_plain_depth(decode(Format::kTiff, file, page), {facts.gray, facts.premultiplied});
+  Scan scan{Bitmap(std::move(plain)), Format::kTiff, page, pages, std::move(file)};
+  if (!facts.has_resolution) scan.image.set_resolution({0, 0});
   return scan;
 }
 
@@ -126,12 +125,11 @@ Scan decode_image(Bytes file, int page) {
   if (format == Format::kTiff) return decode_tiff(std::move(file), page);
   if (page > 1) refuse_page(page, 1);
   const PixNature nature{format == Format::kPng && is_gray_png(file), false};
-  const PixPtr plain = to_plain_depth(decode(format, file, page), nature);
-  return {to_bitmap(plain.get()), format, page, 1, std::move(file)};
+  return {Bitmap(to_plain_depth(decode(format, file, page), nature)), format, page, 1, std::move(file)};
 }
 
 Bytes encode_image(const Bitmap& image, Format format) {
-  const PixPtr pix = to_pix(image);
+  const PixPtr pix = image.to_pix();
   const QuietCodecs quiet;
   l_uint8* data = nullptr;
   std::size_t size = 0;

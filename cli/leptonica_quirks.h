@@ -10,8 +10,8 @@
 
 #include <vector>
 
+#include "bitmap.h"
 #include "image_format.h"
-#include "pix_bitmap.h"
 
 namespace tool {
 

@@ -1,3 +1,5 @@
+#include <vantrel_cards.h>
+
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
@@ -38,7 +40,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
 
   CLI::App parser("Image pre-processing for scanned business cards", "vantrel");
-  parser.set_version_flag("--version", "vantrel " VANTREL_VERSION, "Print the version and end");
+  parser.set_version_flag("--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
   parser.set_help_flag("-h,--help", "Print this help and end");
   parser.require_subcommand(1);
   const std::vector<tool::Command> commands = {tool::add_clip(parser),  tool::add_cut(parser),

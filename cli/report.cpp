@@ -15,7 +15,7 @@ Json json_of(const PictureInfo& picture) {
   return {{"width", picture.width},
           {"height", picture.height},
           {"depth", picture.depth},
-          {"dpi", {picture.dpi_x, picture.dpi_y}}};
+          {"dpi", {picture.resolution.x, picture.resolution.y}}};
 }
 
 std::string outputs_of(const Report& report) {
@@ -28,7 +28,7 @@ std::string outputs_of(const Report& report) {
 }  // namespace
 
 PictureInfo::PictureInfo(const Bitmap& image)
-    : width(image.width()), height(image.height()), depth(image.depth()), dpi_x(image.dpi_x()), dpi_y(image.dpi_y()) {}
+    : width(image.width()), height(image.height()), depth(image.depth()), resolution(image.resolution()) {}
 
 std::string line_of(const Report& report) {
   std::string line = report.input + ": ";

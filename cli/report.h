@@ -24,13 +24,12 @@ enum class Outcome {
   kFailed   /**< an error */
 };
 
-/** Sizes of a picture, in pixels, bits and dots per inch (0: not known). */
+/** Sizes of a picture, in pixels and bits, and its resolution. */
 struct PictureInfo {
   int width;
   int height;
   int depth;
-  int dpi_x;
-  int dpi_y;
+  Resolution resolution;
 
   explicit PictureInfo(const Bitmap& image);
 };

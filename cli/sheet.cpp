@@ -1,56 +1,67 @@
 #include "sheet.h"
 
-#include <algorithm>
-#include <new>
+#include "library.h"
+#include "rectangle.h"
+#include "words.h"
 
 namespace tool {
 namespace {
 
-constexpr int kNoMemory = -1;
-constexpr int kResolutionTooLow = -3;
-
-/** A column's cards from the top down; the library counts from the bottom of the picture upwards. */
-std::vector<SheetCard> column_of(const MYRECT* rects, int count, int column, int height) {
-  std::vector<SheetCard> cards;
-  for (int i = count - 1; i >= 0; --i) cards.push_back({from_memory_rows(rects[i], height), column});
-  return cards;
+bool has_poor_resolution(const Sheet& sheet) {
+  return sheet.reason == VANTREL_REASON_RESOLUTION_UNKNOWN || sheet.reason == VANTREL_REASON_RESOLUTION_TOO_LOW;
 }
 
-/** Whether the left card comes first: it lies beside the right one, or above it. */
-bool left_first(const Rectangle& left, const Rectangle& right) { return left.top <= (right.top + right.bottom) / 2; }
+vantrel_quad moved(const vantrel_quad& q, double x, double y) {
+  const auto point = [&](const vantrel_point& p) { return vantrel_point{p.x + x, p.y + y}; };
+  return {point(q.top_left), point(q.top_right), point(q.bottom_right), point(q.bottom_left)};
+}
 
 }  // namespace
 
-Sheet find_sheet_cards(Bitmap& scan) {
-  RectRegions regions{};
-  Sheet sheet{CardSeg(scan.record(), regions), {}};
-  if (sheet.result == kNoMemory) throw std::bad_alloc();
-  if (sheet.result != 1) return sheet;
-  const auto first = column_of(regions.firstColumn, regions.firstCount, 1, scan.height());
-  const auto second = column_of(regions.secondColumn, regions.secondCount, 2, scan.height());
-  auto left = first.begin();
-  auto right = second.begin();
-  while (left != first.end() || right != second.end()) {
-    const bool take_left =
-        right == second.end() || (left != first.end() && left_first(left->rectangle, right->rectangle));
-    sheet.cards.push_back(take_left ? *left++ : *right++);
+Sheet find_sheet_cards(const Bitmap& scan, bool straighten) {
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  options.straighten = straighten ? 1 : 0;
+  const Cards cards = find(scan.view(), VANTREL_METHOD_SHEET, options);
+  const vantrel_sheet seen = sheet_of(cards);
+  Sheet sheet{vantrel_cards_reason(cards.get(), VANTREL_METHOD_SHEET), {}};
+  for (std::size_t i = 0; i < vantrel_cards_count(cards.get()); ++i) {
+    sheet.cards.push_back({seen.cards[i], card_at(cards, i).corners});
   }
   return sheet;
 }
 
+Bitmap take_card(const Bitmap& scan, const SheetCard& card) {
+  if (card.seen.straightened == 0) return crop(scan, clamped(card.seen.place, scan));
+  // The surroundings of the card are all that it is sampled from: what lies farther out is another card's.
+  const vantrel_rect& searched = card.seen.searched;
+  return cut(crop(scan, searched), moved(card.corners, -searched.left, -searched.top));
+}
+
+Json json_of(const Sheet& sheet) {
+  constexpr int kResolutionTooLow = -3;
+  Json json = {{"result", has_poor_resolution(sheet) ? kResolutionTooLow : 1}, {"cards", Json::array()}};
+  for (const SheetCard& card : sheet.cards) {
+    json["cards"].push_back({{"column", card.seen.column}, {"rectangle", json_of(card.seen.place)}});
+  }
+  return json;
+}
+
 std::string reason_without_cards(const Sheet& sheet, const Bitmap& scan) {
-  if (sheet.result != kResolutionTooLow) return "no card was found on the sheet";
-  const int dpi = std::min(scan.dpi_x(), scan.dpi_y());
-  return (dpi == 0 ? std::string("the resolution is not known") : "the resolution is " + std::to_string(dpi) + " dpi") +
-         ": sheets need 250 dpi or more (--dpi tells it)";
+  if (!has_poor_resolution(sheet)) return words_of(sheet.reason);
+  const std::string resolution =
+      sheet.reason == VANTREL_REASON_RESOLUTION_UNKNOWN
+          ? words_of(sheet.reason)
+          : "the resolution is " + std::to_string(static_cast<int>(scan.view().dpi)) + " dpi";
+  return resolution + ": sheets need " + std::to_string(vantrel_limit_value(VANTREL_LIMIT_SHEET_DPI)) +
+         " dpi or more (--dpi tells it)";
 }
 
 void draw(const Sheet& sheet, Canvas& canvas, Colour colour) {
   int number = 0;
   for (const SheetCard& card : sheet.cards) {
-    const Rectangle& r = card.rectangle;
-    canvas.frame(r.left, r.top, r.right, r.bottom, colour);
-    canvas.label((r.left + r.right) / 2.0, (r.top + r.bottom) / 2.0, std::to_string(++number), colour);
+    const vantrel_rect& r = card.seen.place;
+    canvas.frame(r, colour);
+    canvas.label((r.left + r.right - 1) / 2.0, (r.top + r.bottom - 1) / 2.0, std::to_string(++number), colour);
   }
 }
 

@@ -8,27 +8,30 @@
 #include <string>
 #include <vector>
 
+#include "bitmap.h"
 #include "canvas.h"
-#include "rectangle.h"
+#include "report.h"
 
 namespace tool {
 
 struct SheetCard {
-  Rectangle rectangle;
-  int column; /**< 1 or 2 */
+  vantrel_sheet_card seen;
+  vantrel_quad corners;
 };
 
 struct Sheet {
-  int result; /**< what CardSeg returned */
-  std::vector<SheetCard> cards;
+  vantrel_reason reason;
+  std::vector<SheetCard> cards; /**< in reading order */
 };
 
-/**
- * Finds the cards on a sheet, in reading order: from the top down, and of two cards side by side the left one first.
- *
- * @throws std::bad_alloc
- */
-Sheet find_sheet_cards(Bitmap& scan);
+/** Finds the cards on a sheet, and each card's own corners if asked to. @throws Failure, std::bad_alloc */
+Sheet find_sheet_cards(const Bitmap& scan, bool straighten);
+
+/** Takes a card out of the sheet: straightened where its own corners were found, otherwise as it lies. */
+Bitmap take_card(const Bitmap& scan, const SheetCard& card);
+
+/** result; and cards, each with its column and its rectangle. */
+Json json_of(const Sheet& sheet);
 
 /** Frames and numbers the cards. */
 void draw(const Sheet& sheet, Canvas& canvas, Colour colour);

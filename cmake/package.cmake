@@ -3,7 +3,7 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS vantrel vantrel_static EXPORT vantrelTargets)
-install(FILES include/vantrel.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES include/vantrel.h include/vantrel_cards.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vantrel)
 install(EXPORT vantrelTargets NAMESPACE vantrel:: DESTINATION ${package_dir})

@@ -1,9 +1,11 @@
 #include <memory>
+#include <optional>
 
 #include "batch.h"
-#include "card_image.h"
 #include "commands/commands.h"
 #include "corner_search.h"
+#include "given_entries.h"
+#include "library.h"
 #include "twin_scan.h"
 
 namespace tool {
@@ -15,7 +17,7 @@ struct ClipOptions : Options {
   std::string size = "card";
   std::string analyse;
   std::string second;
-  int scale = 1;
+  std::optional<int> scale; /**< without one the library reduces the copy on which it searches */
 };
 
 /** The scan in which corners are looked for and the one that is cut, where they are not the scan that was read. */
@@ -26,22 +28,16 @@ struct Twins {
 
 Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
   Twins twins;
+  const int scale = options.scale.value_or(1);
   if (!options.analyse.empty()) {
-    twins.analysis = read_twin(options.analyse, scan, TwinRole::kReduced, options.scale);
+    twins.analysis = read_twin(options.analyse, scan, TwinRole::kReduced, scale);
   } else if (!options.second.empty()) {
-    twins.target = read_twin(options.second, scan, TwinRole::kEnlarged, options.scale);
-    if (options.dpi != 0) twins.target.set_dpi(options.dpi);
-  } else if (options.scale > 1) {
-    twins.analysis = reduced_copy(scan, options.scale);
+    twins.target = read_twin(options.second, scan, TwinRole::kEnlarged, scale);
+    if (options.dpi != 0) twins.target.set_resolution({options.dpi, options.dpi});
+  } else if (scale > 1) {
+    twins.analysis = reduced(scan, scale);
   }
   return twins;
-}
-
-/** The card on the scan's own frame, as the library's main entry returns it. */
-Bitmap stretched_card(Bitmap& analysis, Bitmap& scan, int scale) {
-  Bitmap card;
-  if (AutoClipRedundantImg(analysis.handle(), scan.handle(), card.record(), scale) != 1) throw std::bad_alloc();
-  return card;
 }
 
 Finding nothing_on_bilevel() {
@@ -57,21 +53,21 @@ CornerSearch on_overlay(const ClipOptions& options, CornerSearch search) {
   return search;
 }
 
-Bitmap cut_card(const ClipOptions& options, Bitmap& analysis, Bitmap& target, const CornerSearch& search) {
-  if (options.size == "card") return card_image(target, search.corners());
-  // The library wants both scans in one depth.
-  Bitmap converted;
-  if (analysis.depth() != target.depth()) converted = with_depth(analysis, target.depth());
-  return stretched_card(converted.empty() ? analysis : converted, target, options.scale);
+Bitmap cut_card(const ClipOptions& options, const Bitmap& searched, const Bitmap& target, const CornerSearch& search) {
+  if (options.size == "card") return cut(target, search.corners());
+  const int reduction = search.seen.reduction;
+  return reduction == 1 ? stretched_card(searched, target, search.scale)
+                        : stretched_card(reduced(searched, reduction), target, search.scale * reduction);
 }
 
 Finding clip(const ClipOptions& options, Scan& scan) {
   if (scan.image.depth() == 1) return nothing_on_bilevel();
-  Twins twins = read_twins(options, scan.image);
-  Bitmap& analysis = twins.analysis.empty() ? scan.image : twins.analysis;
-  Bitmap& target = twins.target.empty() ? scan.image : twins.target;
-  if (analysis.depth() == 1 || target.depth() == 1) return nothing_on_bilevel();
-  const CornerSearch search = search_corners(analysis, options.scale);
+  const Twins twins = read_twins(options, scan.image);
+  const Bitmap& searched = twins.analysis.empty() ? scan.image : twins.analysis;
+  const Bitmap& target = twins.target.empty() ? scan.image : twins.target;
+  if (searched.depth() == 1 || target.depth() == 1) return nothing_on_bilevel();
+  const CornerSearch search =
+      search_corners(searched, options.scale ? Analysis::kAsItIs : Analysis::kReduced, options.scale.value_or(1));
 
   Finding finding;
   finding.found = search.has_card();
@@ -79,7 +75,7 @@ Finding clip(const ClipOptions& options, Scan& scan) {
   finding.details = json_of(search);
   finding.draw = [shown = on_overlay(options, search)](Canvas& canvas) { draw(shown, canvas); };
   if (!finding.found || options.detect_only) return finding;
-  finding.pictures.push_back(cut_card(options, analysis, target, search));
+  finding.pictures.push_back(cut_card(options, searched, target, search));
   const Bitmap& card = finding.pictures.front();
   finding.message =
       "card " + std::to_string(card.width()) + " x " + std::to_string(card.height()) + ", " + finding.message;
@@ -121,8 +117,8 @@ Command add_clip(CLI::App& tool) {
       tool.add_subcommand("clip", "Find the card on each scan and write it upright, without the background");
   add_options(*command, *options);
   return {command, [options] {
-            check_twin(*options, options->analyse, "--analyse", options->scale);
-            check_twin(*options, options->second, "--second", options->scale);
+            check_twin(*options, options->analyse, "--analyse", options->scale.value_or(1));
+            check_twin(*options, options->second, "--second", options->scale.value_or(1));
             std::vector<std::string> also_read;
             for (const std::string& twin : {options->analyse, options->second}) {
               if (!twin.empty()) also_read.push_back(twin);

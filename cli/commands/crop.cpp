@@ -1,20 +1,23 @@
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <memory>
 
 #include "batch.h"
 #include "commands/commands.h"
 #include "failure.h"
+#include "library.h"
 #include "rectangle.h"
 
 namespace tool {
 namespace {
 
 struct CropOptions : Options {
-  Rectangle rectangle{};
+  vantrel_rect rectangle{};
 };
 
 Finding crop_scan(const CropOptions& options, Scan& scan) {
-  const Rectangle& rectangle = options.rectangle;
+  const vantrel_rect& rectangle = options.rectangle;
   if (!lies_within(rectangle, scan.image)) {
     throw Failure("the rectangle reaches outside the scan of " + std::to_string(scan.image.width()) + " x " +
                   std::to_string(scan.image.height()));
@@ -23,16 +26,14 @@ Finding crop_scan(const CropOptions& options, Scan& scan) {
   finding.found = true;
   finding.message = words_of(rectangle);
   finding.details = {{"rectangle", json_of(rectangle)}};
-  finding.draw = [rectangle](Canvas& canvas) {
-    canvas.frame(rectangle.left, rectangle.top, rectangle.right, rectangle.bottom, kGreen);
-  };
+  finding.draw = [rectangle](Canvas& canvas) { canvas.frame(rectangle, kGreen); };
   finding.pictures.push_back(crop(scan.image, rectangle));
   return finding;
 }
 
-void check_rectangle(const Rectangle& r) {
+void check_rectangle(const vantrel_rect& r) {
   if (r.left < 0 || r.top < 0) throw WrongUsage("--rect: bounds count from 0");
-  if (r.left > r.right || r.top > r.bottom) throw WrongUsage("--rect: the order is left, top, right, bottom");
+  if (r.left >= r.right || r.top >= r.bottom) throw WrongUsage("--rect: the order is left, top, right, bottom");
 }
 
 }  // namespace
@@ -47,7 +48,9 @@ Command add_crop(CLI::App& tool) {
       ->add_option_function<std::array<int, 4>>(
           "--rect",
           [options](const std::array<int, 4>& bounds) {
-            options->rectangle = {bounds[0], bounds[1], bounds[2], bounds[3]};
+            // The bounds are included, and one more than the greatest number is none.
+            const auto known = [](int bound) { return std::min(bound, std::numeric_limits<int>::max() - 1); };
+            options->rectangle = {known(bounds[0]), known(bounds[1]), known(bounds[2]) + 1, known(bounds[3]) + 1};
           },
           "First column, first row, last column and last row to keep, counted from 0 at the top left")
       ->required()

@@ -2,8 +2,12 @@
 
 #include "batch.h"
 #include "commands/commands.h"
+#include "failure.h"
 #include "flat_card.h"
+#include "library.h"
+#include "rectangle.h"
 #include "twin_scan.h"
+#include "words.h"
 
 namespace tool {
 namespace {
@@ -13,21 +17,23 @@ struct CutOptions : Options {
   int scale = 1;
 };
 
-/** The rectangle in the scan that is cut, rows from the top: its bounds in memory rows times the scale. */
-Rectangle scaled_rectangle(const FlatCard& card, int scale, const Bitmap& target) {
-  const int last = target.height() - 1;
-  return {card.rect.left * scale, last - card.rect.top * scale, card.rect.right * scale,
-          last - card.rect.bottom * scale};
+/** The rectangle in the scan that is cut: its first and last columns and rows, counted from the bottom, times the
+ * scale. */
+vantrel_rect scaled_rectangle(const vantrel_rect& seen, int scale, const Bitmap& searched, const Bitmap& target) {
+  const auto column = [&](int x) { return x * scale; };
+  const auto row = [&](int y) { return target.height() - 1 - (searched.height() - 1 - y) * scale; };
+  return {column(seen.left), row(seen.top), column(seen.right - 1) + 1, row(seen.bottom - 1) + 1};
 }
 
-Finding cut(const CutOptions& options, Scan& scan) {
+Finding cut_out(const CutOptions& options, Scan& scan) {
   const FlatCard card = find_flat_card(scan.image);
+  if (!card.searched()) throw Failure(words_of(card.reason));
   Bitmap hi_res;
   if (!options.hi_res.empty()) hi_res = read_twin(options.hi_res, scan.image, TwinRole::kEnlarged, options.scale);
-  if (!hi_res.empty() && options.dpi != 0) hi_res.set_dpi(options.dpi);
-  Bitmap& target = hi_res.empty() ? scan.image : hi_res;
-  const Rectangle seen = from_memory_rows(card.rect, scan.image.height());
-  const Rectangle rectangle = clamped(scaled_rectangle(card, options.scale, target), target);
+  if (!hi_res.empty() && options.dpi != 0) hi_res.set_resolution({options.dpi, options.dpi});
+  const Bitmap& target = hi_res.empty() ? scan.image : hi_res;
+  const vantrel_rect& seen = card.seen.rectangle;
+  const vantrel_rect rectangle = clamped(scaled_rectangle(seen, options.scale, scan.image, target), target);
 
   Finding finding;
   finding.found = card.sides_found() > 0 && lies_within(rectangle, target);
@@ -36,9 +42,7 @@ Finding cut(const CutOptions& options, Scan& scan) {
                     : "no side of a card on a flat background was found";
   finding.details = {
       {"result", 1}, {"sides", sides_of(card)}, {"rectangle", json_of(rectangle)}, {"scale", options.scale}};
-  finding.draw = [seen, found = finding.found](Canvas& canvas) {
-    canvas.frame(seen.left, seen.top, seen.right, seen.bottom, found ? kGreen : kAmber);
-  };
+  finding.draw = [seen, found = finding.found](Canvas& canvas) { canvas.frame(seen, found ? kGreen : kAmber); };
   if (finding.found && !options.detect_only) finding.pictures.push_back(crop(target, rectangle));
   return finding;
 }
@@ -68,7 +72,7 @@ Command add_cut(CLI::App& tool) {
             std::vector<std::string> also_read;
             if (!options->hi_res.empty()) also_read.push_back(options->hi_res);
             return run_batch(*options, Naming::kOneFile, also_read,
-                             [options](Scan& scan) { return cut(*options, scan); });
+                             [options](Scan& scan) { return cut_out(*options, scan); });
           }};
 }
 

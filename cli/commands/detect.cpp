@@ -1,14 +1,12 @@
-#include <array>
 #include <memory>
-#include <new>
 #include <optional>
 
 #include "batch.h"
 #include "commands/commands.h"
 #include "corner_search.h"
-#include "failure.h"
 #include "flat_card.h"
-#include "image/convert.h"
+#include "given_entries.h"
+#include "rectangle.h"
 #include "sheet.h"
 
 namespace tool {
@@ -17,72 +15,60 @@ namespace {
 /** What all detectors see on one scan. What cannot be searched, being bilevel or too small, stays null in the JSON. */
 class Detection {
  public:
-  explicit Detection(Bitmap& scan) {
+  explicit Detection(const Bitmap& scan) {
     look_for_sheet_cards(scan);
     if (scan.depth() == 1) return;
-    Bitmap gray;
-    if (scan.depth() == 24 && !Color2Gray(scan.record(), gray.record())) throw std::bad_alloc();
-    Bitmap& levels = gray.empty() ? scan : gray;
-    look_for_corners(levels);
-    look_for_gradient_corners(levels);
+    look_for_corners(scan);
+    look_for_gradient_corners(scan);
     look_for_flat_card(scan);
-    look_for_rows(levels);
+    look_for_rows(scan);
   }
 
   const Json& json() const { return json_; }
 
   void draw_on(Canvas& canvas) const {
     if (corners_) draw(*corners_, canvas);
-    for (std::size_t i = 0; gradient_corners_ && i < 4; ++i) {
-      canvas.label((*gradient_corners_)[2 * i], (*gradient_corners_)[2 * i + 1], "G" + std::to_string(i + 1), kBlue);
+    if (gradient_corners_) {
+      const vantrel_quad& q = *gradient_corners_;
+      int number = 0;
+      for (const vantrel_point& corner : {q.top_left, q.top_right, q.bottom_left, q.bottom_right}) {
+        canvas.label(corner.x, corner.y, "G" + std::to_string(++number), kBlue);
+      }
     }
-    if (flat_card_) canvas.frame(flat_card_->left, flat_card_->top, flat_card_->right, flat_card_->bottom, kBlue);
+    if (flat_card_) canvas.frame(*flat_card_, kBlue);
     for (const int row : rows_) canvas.line(0, row, canvas.width() - 1, row, kRed);
     draw(sheet_, canvas, kRed);
   }
 
  private:
-  void look_for_sheet_cards(Bitmap& scan) {
-    sheet_ = find_sheet_cards(scan);
-    Json cards = Json::array();
-    for (const SheetCard& card : sheet_.cards) {
-      cards.push_back({{"column", card.column}, {"rectangle", json_of(card.rectangle)}});
-    }
-    json_["sheet"] = {{"result", sheet_.result}, {"cards", cards}};
+  void look_for_sheet_cards(const Bitmap& scan) {
+    sheet_ = find_sheet_cards(scan, false);
+    json_["sheet"] = json_of(sheet_);
   }
 
-  void look_for_corners(Bitmap& gray) {
-    corners_ = search_corners(gray, 1);
+  void look_for_corners(const Bitmap& scan) {
+    corners_ = search_corners(scan, Analysis::kReduced, 1);
     json_["corner_finder"] = json_of(*corners_);
   }
 
-  void look_for_gradient_corners(Bitmap& gray) {
-    Corners corners{};
-    Corners box{};
-    const bool found = AutoDetectCorner(gray.record(), corners.data(), box.data());
-    if (found) gradient_corners_ = corners;
-    json_["gradient_corners"] = {{"found", found}, {"corners", found ? json_of_corners(corners) : Json()}};
+  void look_for_gradient_corners(const Bitmap& scan) {
+    gradient_corners_ = gradient_corners(scan);
+    json_["gradient_corners"] = {{"found", gradient_corners_.has_value()},
+                                 {"corners", gradient_corners_ ? json_of(*gradient_corners_) : Json()}};
   }
 
-  void look_for_flat_card(Bitmap& scan) {
-    try {
-      const FlatCard card = find_flat_card(scan);
-      const Rectangle rectangle = from_memory_rows(card.rect, scan.height());
-      if (card.sides_found() > 0) flat_card_ = rectangle;
-      json_["card_rectangle"] = {{"rectangle", json_of(rectangle)}, {"sides", sides_of(card)}};
-    } catch (const Failure&) {
-      // Too small for the search in colour: nothing is known of it.
-    }
+  void look_for_flat_card(const Bitmap& scan) {
+    const FlatCard card = find_flat_card(scan);
+    if (!card.searched()) return;
+    if (card.sides_found() > 0) flat_card_ = card.seen.rectangle;
+    json_["card_rectangle"] = {{"rectangle", json_of(card.seen.rectangle)}, {"sides", sides_of(card)}};
   }
 
-  void look_for_rows(Bitmap& gray) {
-    int near = 0;
-    int far = 0;
-    if (!ClipImg(gray.record(), near, far)) throw std::bad_alloc();
-    const int last = gray.height() - 1;
-    json_["clip_rows"] = {{"upper", last - far}, {"lower", last - near}};
-    if (far != last) rows_.push_back(last - far);
-    if (near != 0) rows_.push_back(last - near);
+  void look_for_rows(const Bitmap& scan) {
+    const BorderRows rows = border_rows(scan);
+    json_["clip_rows"] = {{"upper", rows.upper}, {"lower", rows.lower}};
+    if (rows.upper != 0) rows_.push_back(rows.upper);
+    if (rows.lower != scan.height() - 1) rows_.push_back(rows.lower);
   }
 
   Json json_ = {{"corner_finder", Json()},
@@ -92,8 +78,8 @@ class Detection {
                 {"sheet", Json()}};
   Sheet sheet_{};
   std::optional<CornerSearch> corners_;
-  std::optional<Corners> gradient_corners_;
-  std::optional<Rectangle> flat_card_;
+  std::optional<vantrel_quad> gradient_corners_;
+  std::optional<vantrel_rect> flat_card_;
   std::vector<int> rows_;
 };
 

@@ -1,15 +1,12 @@
 #include <algorithm>
 #include <memory>
-#include <new>
 
 #include "batch.h"
 #include "commands/commands.h"
+#include "library.h"
 
 namespace tool {
 namespace {
-
-/** The library enlarges no picture with a longer side. */
-constexpr int kLongestSide = 2000;
 
 struct EnlargeOptions : Options {
   std::string method = "linear";
@@ -24,17 +21,19 @@ Finding not_enlarged(const std::string& reason) {
 
 Finding enlarge(const EnlargeOptions& options, Scan& scan) {
   if (scan.image.depth() == 1) return not_enlarged("a bilevel picture has no levels between its pixels");
-  if (std::max(scan.image.width(), scan.image.height()) > kLongestSide) {
-    return not_enlarged("a side is longer than " + std::to_string(kLongestSide) + " pixels");
+  const int longest = vantrel_limit_value(VANTREL_LIMIT_ENLARGED_SIDE);
+  if (std::max(scan.image.width(), scan.image.height()) > longest) {
+    return not_enlarged("a side is longer than " + std::to_string(longest) + " pixels");
   }
-  Bitmap enlarged;
-  const auto entry = options.method == "linear" ? BiLinear : BiCubic;
-  if (entry(scan.image.handle(), enlarged.record()) != 1) throw std::bad_alloc();
+  // Rows of whole groups of four pixels, as the library's own entries for it give them.
+  const int width = (2 * scan.image.width() + 3) / 4 * 4;
+  Bitmap picture =
+      enlarged(scan.image, options.method == "linear" ? VANTREL_ENLARGE_LINEAR : VANTREL_ENLARGE_CUBIC, width);
   Finding finding;
   finding.found = true;
-  finding.message = "enlarged to " + std::to_string(enlarged.width()) + " x " + std::to_string(enlarged.height());
+  finding.message = "enlarged to " + std::to_string(picture.width()) + " x " + std::to_string(picture.height());
   finding.details = {{"result", 1}, {"method", options.method}};
-  finding.pictures.push_back(std::move(enlarged));
+  finding.pictures.push_back(std::move(picture));
   return finding;
 }
 

@@ -1,67 +1,31 @@
 #include <memory>
 
 #include "batch.h"
-#include "card_image.h"
 #include "commands/commands.h"
 #include "sheet.h"
 
 namespace tool {
 namespace {
 
-/** Of the card's surroundings, in inches: enough for its borders to lie in the bands where corners are searched. */
-constexpr double kMarginBeside = 0.35;
-constexpr double kMarginAbove = 0.2;
-
-/** With fewer sides found the rectangle of the sheet is as good. */
-constexpr int kSidesToStraighten = 3;
-
 struct SplitOptions : Options {
   bool straighten = false;
 };
 
-struct SplitCard {
-  Bitmap picture;
-  bool straightened;
-};
-
-/** Straightens a card by its own corners; an empty picture when they are not found. */
-Bitmap straightened_card(Bitmap& sheet, const Rectangle& rectangle) {
-  if (sheet.depth() == 1) return {};
-  const auto margin = [](double inches, int dpi) { return static_cast<int>(inches * dpi); };
-  const Rectangle around =
-      widened(rectangle, margin(kMarginBeside, sheet.dpi_x()), margin(kMarginAbove, sheet.dpi_y()));
-  Bitmap part = crop(sheet, clamped(around, sheet));
-  const CornerSearch search = search_corners(part, 1);
-  if (!search.has_card() || search.sides_found() < kSidesToStraighten) return {};
-  return card_image(part, search.corners());
-}
-
-SplitCard take_card(const SplitOptions& options, Bitmap& sheet, const Rectangle& rectangle) {
-  if (options.straighten) {
-    Bitmap straight = straightened_card(sheet, rectangle);
-    if (!straight.empty()) return {std::move(straight), true};
-  }
-  return {crop(sheet, clamped(rectangle, sheet)), false};
-}
-
 std::string count_of(std::size_t cards) { return std::to_string(cards) + (cards == 1 ? " card" : " cards"); }
 
 Finding split(const SplitOptions& options, Scan& scan) {
-  const Sheet sheet = find_sheet_cards(scan.image);
+  const Sheet sheet = find_sheet_cards(scan.image, options.straighten && !options.detect_only);
   Finding finding;
   finding.found = !sheet.cards.empty();
   finding.message = finding.found ? count_of(sheet.cards.size()) : reason_without_cards(sheet, scan.image);
-  finding.details = {{"result", sheet.result}, {"cards", Json::array()}};
+  finding.details = json_of(sheet);
   int straightened = 0;
-  for (const SheetCard& card : sheet.cards) {
-    Json entry = {{"column", card.column}, {"rectangle", json_of(card.rectangle)}};
-    if (!options.detect_only) {
-      SplitCard part = take_card(options, scan.image, card.rectangle);
-      entry["straightened"] = part.straightened;
-      straightened += part.straightened ? 1 : 0;
-      finding.pictures.push_back(std::move(part.picture));
-    }
-    finding.details["cards"].push_back(std::move(entry));
+  for (std::size_t i = 0; i < sheet.cards.size(); ++i) {
+    const SheetCard& card = sheet.cards[i];
+    straightened += card.seen.straightened;
+    if (options.detect_only) continue;
+    finding.details["cards"][i]["straightened"] = card.seen.straightened != 0;
+    finding.pictures.push_back(take_card(scan.image, card));
   }
   if (finding.found && options.straighten) finding.message += ", " + std::to_string(straightened) + " straightened";
   finding.draw = [sheet](Canvas& canvas) { draw(sheet, canvas, kGreen); };

@@ -1,61 +1,71 @@
 /**
  * @file corners.h
- * @brief Geometry of the corner search: collecting edge points, intersecting border lines, judging corners.
+ * @brief From border lines to the corners of a card: intersecting, ordering, judging.
  */
 #ifndef VANTREL_AUTOCLIP_CORNERS_H
 #define VANTREL_AUTOCLIP_CORNERS_H
 
-#include "lines/border_line.h"
-#include "vantrel.h"
+#include <array>
+#include <optional>
+
+#include "geometry/line.h"
+
+namespace vantrel::autoclip {
+
+using geometry::Line;
+using geometry::PerSide;
+
+using Corner = geometry::Point<float>;
+using Corners = geometry::Quadrilateral<float>;
+
+/** Four corners in any order. */
+using CornerList = std::array<Corner, 4>;
+
+/** Solves a X + b Y = e, c X + d Y = f; a singular system gives infinite or undefined values. */
+Corner solve_two(double a, double b, double c, double d, double e, double f);
+
+/** Corners as far as they were computed: `count` of them, or none of the pair in which it failed. */
+struct Intersections {
+  CornerList corners{};
+  int count = 0;
+
+  bool complete() const { return count == 4; }
+};
 
 /**
- * Collects the edge pixels of one direction class in rows [rowFrom, rowTo) x columns [colFrom, colTo), row by row.
- * Trusts its arguments; `points` needs room for every pixel of the band.
- *
- * @param edge, dir edge and direction maps, `stride` bytes from row to row.
- * @param count     receives the number of points.
- * @return 1.
+ * Intersects the border lines: top with left, top with right, bottom with left, bottom with right. y is a memory row,
+ * and half a pixel is added to both coordinates. Ends at the first pair of lines that is degenerate.
  */
-VANTREL_API int CalcPointCenter2(unsigned char* edge, unsigned char* dir, typePoint* points, int& count, int rowFrom,
-                                 int rowTo, int colFrom, int colTo, int stride, int dirValue);
+Intersections intersect(const PerSide<Line>& lines);
 
-/** As CalcPointCenter2 over rows x cols pixels without row padding; `points` receives (row, column) pairs of floats. */
-VANTREL_API int CalcPointCenter(unsigned char* edge, unsigned char* dir, float* points, int& count, int rows, int cols,
-                                int dirValue);
+/** Below 0, 0 or above 0 as the first y is less, equal or more; above 0 when one is no number. */
+int compare_y(float a, float b);
+
+/** Orders corners whose y counts from the top: the upper two, then the lower two, each left before right. */
+Corners in_reading_order(const CornerList& corners);
+
+/** The bounding box of ordered corners, in whole pixels. */
+struct CornerBox {
+  int left;
+  int top;
+  int right;
+  int bottom;
+
+  /** Whether it covers at least half of the width, of the height and of their sum. */
+  bool covers_half(int rows, int cols) const;
+};
+
+CornerBox bounding_box(const Corners& corners);
+
+/** Turns memory rows into rows counted from the top, orders the corners and moves them into the image. */
+Corners placed_in_image(const CornerList& corners, int rows, int cols);
 
 /**
- * Solves a X + b Y = e, c X + d Y = f by Gauss-Jordan elimination; `col` is X and `row` is Y. A singular system gives
- * infinite or undefined values.
+ * Orders corners whose y counts from the top already, and moves their columns into the image: below 0 to 1, above cols
+ * to cols - 1.
  */
-VANTREL_API typePoint CalcUnknownFun(double a, double b, double c, double d, double e, double f);
+Corners moved_into_columns(const CornerList& corners, int cols);
 
-/**
- * Intersects the four border lines.
- *
- * @param lineNormal, lineDistance the lines, laid out as vantrel::BorderLines says.
- * @param corners receives four (column, memory row) pairs, each with half a pixel added: top with left, top with right,
- *                bottom with left, bottom with right.
- * @return false when a pair of lines is degenerate; the corners may then be partly written.
- */
-VANTREL_API bool CalIntersectPoint(double* lineNormal, double* lineDistance, float* corners);
-
-/**
- * Turns corners into rows counted from the top, orders them (top-left, top-right, bottom-left, bottom-right), clamps
- * them to the image and judges them.
- *
- * @param corners four (column, memory row) pairs in any order; rewritten in place.
- * @param box     receives the bounding box in whole pixels, four (x, y) pairs in the same order.
- * @return true when the box covers at least half of the width, of the height and of their sum.
- */
-VANTREL_API bool VerifyCorrectLoc(float* corners, float* box, int rows, int cols);
-
-/**
- * As VerifyCorrectLoc for corners whose rows already count from the top, clamping only columns: below 0 to 1, above
- * cols to cols - 1.
- */
-VANTREL_API bool VerifyCorrectLoc_M(float* box, float* corners, int rows, int cols);
-
-/** Compares the first floats of two 8-byte elements: -1, 0 or 1; 1 when either is not a number. */
-VANTREL_API int comp_ycoord(const void* p, const void* q);
+}  // namespace vantrel::autoclip
 
 #endif

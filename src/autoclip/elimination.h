@@ -5,7 +5,7 @@
 #ifndef VANTREL_AUTOCLIP_ELIMINATION_H
 #define VANTREL_AUTOCLIP_ELIMINATION_H
 
-namespace vantrel {
+namespace vantrel::autoclip {
 
 /** Stands in for a pivot of exactly zero: the computation finishes, with large results. */
 inline constexpr double kTinyPivot = 1e-7;
@@ -28,6 +28,6 @@ void eliminate(double (&a)[N][N], double (&rhs)[N]) {
   }
 }
 
-}  // namespace vantrel
+}  // namespace vantrel::autoclip
 
 #endif

@@ -1,41 +1,64 @@
 /**
  * @file warp.h
  * @brief Filling a rectangle of an image by inverse mapping with bilinear sampling.
- *
- * `rect` is x-min, y-min, x-max, y-max, inclusive, y counted from the top; it is written from column 0 of the
- * destination, its last row in memory row 0. What would lie outside the destination is not written.
- * `depth` is 8, or anything else for three bytes a pixel; both images must have that depth.
  */
 #ifndef VANTREL_AUTOCLIP_WARP_H
 #define VANTREL_AUTOCLIP_WARP_H
 
-#include "vantrel.h"
+#include <cstdint>
+
+#include "autoclip/mapping.h"
+#include "image/view.h"
+
+namespace vantrel::autoclip {
+
+/** A sampling position along one axis: the two neighbours, kept inside the image, and the weight of the second. */
+struct AxisPosition {
+  int first;
+  int second;
+  float weight;
+};
 
 /**
- * Maps every position of `rect` with `coeffs` (see SolveMultiUnknownFunc) into the source and samples it there.
+ * Splits a position (pixel centres lie at whole numbers) among `count` pixels. Beyond the last one it repeats that; the
+ * weight is taken before clamping, so a position between -1 and 0 extrapolates.
+ */
+AxisPosition locate(float position, int count);
+
+/** The value between four bytes; at most 255, but not kept from falling below 0. */
+int interpolate(int top_left, int top_right, int bottom_left, int bottom_right, float fx, float fy);
+
+/** The value of a one-byte image at a fractional position; white when there is nothing to sample. */
+int sample(image::ConstPixels plane, float col, float row);
+
+/** The positions that are mapped, in whole pixels, bounds included; y counts from the top. */
+struct WarpArea {
+  int x_min;
+  int y_min;
+  int x_max;
+  int y_max;
+  std::int64_t width; /**< with fractional bounds not always that of the whole pixels */
+  std::int64_t height;
+
+  /** Bounds that need not be whole: these are truncated, and so are the width and height between them. */
+  static WarpArea between(double x_min, double y_min, double x_max, double y_max);
+};
+
+/**
+ * Maps every position of the area into the source and writes what is sampled there: x_min to column 0 of the target,
+ * y_max (or what the height makes of it) to memory row 0. What would lie outside the target is not written.
  *
- * @param dst an image of the source's width, which also gives its stride.
- * @return true.
+ * @param channels bytes of a pixel in both: 1, 3 or 4.
  */
-VANTREL_API bool ConvertImg2(BITMAPPTR* src, BITMAPPTR* dst, double* coeffs, double* rect, int depth);
-
-/** As ConvertImg2 into an image of the rectangle's width. */
-VANTREL_API bool ConvertImg(BITMAPPTR* src, BITMAPPTR* dst, double* coeffs, double* rect, int depth);
+void warp(image::ConstPixels source, image::Pixels target, int channels, const Mapping& mapping, const WarpArea& area);
 
 /**
- * Copies `rect` into an image of the rectangle's width, without mapping. With 8 bits the rectangle's y counts memory
- * rows and comes out upside down; otherwise y counts from the top and the picture stays upright. Positions outside the
- * source are left as they are in `dst`.
- */
-VANTREL_API bool ConvertImg3(BITMAPPTR* src, BITMAPPTR* dst, double* coeffs, double* rect, int depth);
-
-/**
- * Samples one byte a pixel at a fractional position, rows counted as in memory. Positions beyond the last row or column
- * repeat it; between -1 and 0 they extrapolate, so the result may be negative.
+ * Copies the area, without mapping, to the same places in the target. Positions outside the source are passed over.
  *
- * @param depth unused.
- * @return the value, at most 255.
+ * @param upside_down y counts memory rows of the source.
  */
-VANTREL_API int Bilinear(float col, float row, unsigned char* plane, int rows, int cols, int stride, int depth);
+void copy_area(image::ConstPixels source, image::Pixels target, int channels, const WarpArea& area, bool upside_down);
+
+}  // namespace vantrel::autoclip
 
 #endif

@@ -24,6 +24,7 @@ struct Moments {
   Moments& operator+=(const Moments& other);
 };
 
+/** Rows and columns of the window on each side of its middle. */
 inline constexpr int kWindowReach = 8;
 inline constexpr int kWindowSide = 2 * kWindowReach + 1;
 
@@ -60,7 +61,7 @@ class CornerWindow {
   }
 
   Moments sum_column(int x, int y) const {
-    const Span rows = common({y - kWindowReach, y + kWindowReach + 1}, scene_.inner_rows());
+    const Span rows = common({y - kWindowReach, y + kWindowReach + 1}, inner_rows(scene_.image));
     Moments sum;
     for (int v = rows.first; v < rows.end; ++v) {
       const int gx = scene_.across_columns(x, v);
@@ -82,7 +83,7 @@ class CornerWindow {
  * @param bottom the row that stands in where the line runs below the image.
  */
 template <class Rules>
-std::optional<int> find_corner(const Scene<Rules>& scene, Line line, Walk walk, Diagonal diagonal, int bottom) {
+std::optional<int> find_corner(const Scene<Rules>& scene, Peak line, Walk walk, Diagonal diagonal, int bottom) {
   CornerWindow<Rules> window(scene, diagonal);
   for (int x = walk.first; (walk.end - x) * walk.step > 0; x += walk.step) {
     const std::optional<int> y = Rules::corner_row(scene.votes.row_at(line, x), bottom);

@@ -29,16 +29,23 @@ int largest_magnitude(const std::int16_t* values, int count) {
 
 }  // namespace
 
+int ColourPixel::difference(const unsigned char* a, const unsigned char* b) {
+  std::uint16_t squares[kColours];
+  squared_differences(a, b, kColours, squares);
+  const int distance = truncated_root(sum_of_colours(squares));
+  return b[0] + b[1] + b[2] < a[0] + a[1] + a[2] ? -distance : distance;
+}
+
 int gray_row_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
-  const auto [later, here, earlier] = run;
-  for (int i = 0; i < count; ++i) result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]));
+  const auto [before, here, after] = run;
+  for (int i = 0; i < count; ++i) result[i] = static_cast<std::int16_t>(std::abs(after[i] - before[i]));
   return largest_magnitude(result, count);
 }
 
 int gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
-  const auto [later, here, earlier] = run;
+  const auto [before, here, after] = run;
   for (int i = 0; i < count; ++i) {
-    result[i] = static_cast<std::int16_t>(std::abs(later[i] - earlier[i]) - std::abs(here[i + 1] - here[i - 1]));
+    result[i] = static_cast<std::int16_t>(std::abs(after[i] - before[i]) - std::abs(here[i + 1] - here[i - 1]));
   }
   return largest_magnitude(result, count);
 }
@@ -46,7 +53,7 @@ int gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result
 int colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) {
   std::uint16_t across_rows[kColours * kRunLength];
   std::uint16_t across_columns[kColours * kRunLength];
-  squared_differences(run.later, run.earlier, kColours * count, across_rows);
+  squared_differences(run.after, run.before, kColours * count, across_rows);
   squared_differences(run.here + kColours, run.here - kColours, kColours * count, across_columns);
   // Most pixels lie on flat ground: their distances are compared as squares and need no root.
   const int least = (edge + 1) * (edge + 1);
@@ -60,14 +67,3 @@ int colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) 
 }
 
 }  // namespace vantrel::cardcut
-
-int ColorDiff(unsigned char r1, unsigned char g1, unsigned char b1, unsigned char r2, unsigned char g2,
-              unsigned char b2) {
-  const int red = r2 - r1;
-  const int green = g2 - g1;
-  const int blue = b2 - b1;
-  const std::uint32_t square =
-      SQUARE_TABLE[std::abs(red)] + SQUARE_TABLE[std::abs(green)] + SQUARE_TABLE[std::abs(blue)];
-  const int distance = vantrel::cardcut::truncated_root(static_cast<int>(square));
-  return red + green + blue < 0 ? -distance : distance;
-}

@@ -7,8 +7,6 @@
 
 #include <cstdint>
 
-#include "cardcut/card_cut.h"
-
 namespace vantrel::cardcut {
 
 /** Pixels of one gray level. */
@@ -20,16 +18,15 @@ struct GrayPixel {
 /** Pixels of blue, green and red. */
 struct ColourPixel {
   static constexpr int kBytes = 3;
-  static int difference(const unsigned char* a, const unsigned char* b) {
-    return ColorDiff(a[2], a[1], a[0], b[2], b[1], b[0]);
-  }
+  /** The Euclidean distance, truncated; negative when `b` is darker by the sum of its channels. */
+  static int difference(const unsigned char* a, const unsigned char* b);
 };
 
-/** The first of some consecutive pixels of a row, and those two rows later and two rows earlier in memory. */
+/** The first of some consecutive pixels of a row, and those two rows before and two rows after it in memory. */
 struct Run {
-  const unsigned char* later;
+  const unsigned char* before;
   const unsigned char* here;
-  const unsigned char* earlier;
+  const unsigned char* after;
 };
 
 /** The longest run whose contrasts are taken at once. */

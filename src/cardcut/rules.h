@@ -8,18 +8,13 @@
 #define VANTREL_CARDCUT_RULES_H
 
 #include <algorithm>
-#include <cstdint>
 #include <optional>
 
 #include "cardcut/difference.h"
+#include "cardcut/find_card.h"
+#include "geometry/hough.h"
 
 namespace vantrel::cardcut {
-
-/** Rows or columns from `first` to before `end`. */
-struct Span {
-  int first;
-  int end;
-};
 
 /** Columns from `first`, by `step` (1 or -1), to before `end`. */
 struct Walk {
@@ -28,13 +23,18 @@ struct Walk {
   int step;
 };
 
-/** A rectangle before it is cut to 16 bits a member. */
-struct Bounds {
-  std::int64_t left;
-  std::int64_t top;
-  std::int64_t right;
-  std::int64_t bottom;
-};
+// A line is voted for, and then lies on edges, in more than one in so many columns of the image's width.
+inline constexpr int kLowerShare = 4;
+inline constexpr int kUpperShare = 3;
+
+/** Lower borders of both sides are one when they lie at most so many rows apart in the middle of the image. */
+inline constexpr int kMostDisagreement = 33;
+
+/** A row of print has more pixels than this that change more across columns than across rows. */
+inline constexpr int kMostChangesWithoutPrint = 7;
+
+/** The lines that the upper border is looked for among: 86.5 to 92.5 degrees. */
+inline constexpr geometry::AngleSpan kUpperAngles = {3, 15};
 
 /** The search by gray levels. */
 struct GrayRules {
@@ -43,8 +43,7 @@ struct GrayRules {
   static constexpr int kEdge = 10;   // a difference above this is an edge
   static constexpr int kPrint = 29;  // rows whose column changes exceed their row changes by more hold print
 
-  // What stays when a bound is not found: the image itself.
-  static constexpr Bounds defaults(std::int64_t cols, std::int64_t rows) { return {0, rows - 1, cols - 1, 0}; }
+  static constexpr Rect default_card(int rows, int cols) { return default_gray_card(rows, cols); }
 
   // The lower border. Its pixels in the side thirds only need to change across rows.
   static constexpr Span lower_rows(int rows) { return {5, rows / 3}; }
@@ -55,8 +54,8 @@ struct GrayRules {
   static constexpr bool kMiddleAddsRightHits = true;  // those on a refused line of the right third count as well
   static constexpr int kept_bottom(int bottom, int) { return bottom; }
 
-  // The upper border's first row, from which it is looked for downwards.
-  static constexpr int upper_row(int rows) { return 17 * rows / 20; }
+  // The upper border, looked for downwards.
+  static constexpr Span upper_rows(int rows) { return {3 * rows / 4 + 1, 17 * rows / 20 + 1}; }
 
   // Every pixel votes by its own bytes.
   static constexpr int right_shift(int) { return 0; }
@@ -82,8 +81,7 @@ struct ColourRules {
   static constexpr int kEdge = 20;
   static constexpr int kPrint = 59;
 
-  // A narrow margin is given away rather than kept.
-  static constexpr Bounds defaults(std::int64_t cols, std::int64_t rows) { return {10, rows - 30, cols - 10, 50}; }
+  static constexpr Rect default_card(int rows, int cols) { return default_colour_card(rows, cols); }
 
   static constexpr Span lower_rows(int rows) { return {50, rows / 4}; }
   static constexpr Contrasts& kSideContrasts = colour_contrasts;
@@ -94,7 +92,7 @@ struct ColourRules {
   // No card begins above the lowest fifth: a line up there belongs to its print.
   static constexpr int kept_bottom(int bottom, int rows) { return bottom > rows / 5 ? rows / 6 : bottom; }
 
-  static constexpr int upper_row(int rows) { return 18 * rows / 20; }
+  static constexpr Span upper_rows(int rows) { return {3 * rows / 4 + 1, 18 * rows / 20 + 1}; }
 
   // By how many bytes those examined lie behind the pixel that votes. The right band begins at two thirds of the row's
   // bytes and the upper band at an eighth, which need not be where a pixel begins; the middle band begins at byte

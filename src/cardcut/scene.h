@@ -8,14 +8,20 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "cardcut/hough.h"
 #include "cardcut/rules.h"
-#include "cardcut/vote_table.h"
-#include "image/bitmap.h"
+#include "image/view.h"
 
 namespace vantrel::cardcut {
 
 /** How far the differences across rows and the wide ones across columns reach. */
 inline constexpr int kReach = 2;
+
+/** The rows of an image whose differences lie inside it. */
+constexpr Span inner_rows(ConstPixels image) { return {kReach, image.rows - kReach}; }
+
+/** The columns of an image that have a neighbour on each side. */
+constexpr Span inner_columns(ConstPixels image) { return {1, image.cols - 1}; }
 
 /** The image and the votes of the present stage. */
 template <class Rules>
@@ -23,20 +29,16 @@ struct Scene {
   using Pixel = typename Rules::Pixel;
 
   ConstPixels image;
-  VoteTable& votes;
+  HoughAccumulator& votes;
 
   const unsigned char* pixel(int x, int y) const { return image.row(y) + std::ptrdiff_t{x} * Pixel::kBytes; }
-
-  /** The rows whose differences lie inside the image. */
-  Span inner_rows() const { return {kReach, image.rows - kReach}; }
 
   int across_rows(int x, int y) const { return Pixel::difference(pixel(x, y + kReach), pixel(x, y - kReach)); }
   int across_columns(int x, int y) const { return Pixel::difference(pixel(x + kReach, y), pixel(x - kReach, y)); }
 
   /** Whether a horizontal border runs through the pixel; never where the difference would reach out of the image. */
   bool border_at(int x, int y) const {
-    const auto [first, end] = inner_rows();
-    return y >= first && y < end && std::abs(across_rows(x, y)) > Rules::kEdge;
+    return inner_rows(image).contains(y) && std::abs(across_rows(x, y)) > Rules::kEdge;
   }
 };
 

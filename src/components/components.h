@@ -1,52 +1,49 @@
 /**
  * @file components.h
- * @brief Eight-connected components of an edge map, by run-length coding in one pass.
+ * @brief The eight-connected components of an edge map, as boxes.
  */
 #ifndef VANTREL_COMPONENTS_COMPONENTS_H
 #define VANTREL_COMPONENTS_COMPONENTS_H
 
-#include "components/block_list.h"
+#include <span>
 
-/** A run of foreground pixels in one row. */
-struct _RUN {
-  unsigned short start;
-  unsigned short end; /**< inclusive */
-  _BNODE* node;       /**< the character it belongs to */
+#include "geometry/span.h"
+#include "image/view.h"
+#include "image/work_array.h"
+
+namespace vantrel::components {
+
+/** The nodes of a block list's pool. */
+inline constexpr int kPoolNodes = 10'000;
+
+/** So many components are kept at once: of the pool's nodes two go to the group and the line that hold the others. */
+inline constexpr int kMostComponents = kPoolNodes - 2;
+
+/** The longest side of an edge map: boxes have signed 16-bit bounds. */
+inline constexpr int kLongestSide = 32767;
+
+/** The components of an edge map. */
+class ComponentBoxes {
+ public:
+  /**
+   * Finds the components; check `ready` before use. Runs that touch no component while there is no room for another one
+   * are dropped.
+   *
+   * @param edge 0 = foreground; no side longer than kLongestSide.
+   */
+  explicit ComponentBoxes(image::ConstPixels edge);
+
+  bool ready() const { return ready_; }
+
+  /** The box of each, in the order in which they were met: by ascending first row. */
+  std::span<const geometry::Rect> all() const { return boxes_.all().first(count_); }
+
+ private:
+  bool ready_ = false;
+  std::size_t count_ = 0;
+  image::WorkArray<geometry::Rect> boxes_;
 };
 
-/**
- * Stores the components of an edge map as the characters of one line of one group.
- *
- * @param edge rows x cols bytes, 0 = foreground, rows padded to whole 32-bit words.
- * @param list a constructed list.
- * @return true when there is at least one component; false also for sides above 32767 and for no memory.
- */
-VANTREL_API bool Gray2Bin(unsigned char* edge, _BLIST& list, int rows, int cols);
-
-/**
- * Stores the components of a 1-bit image (foreground 0) as the characters of one line of one group, in order of
- * creation. A character's `bottom` is its first row and `top` its last. Runs for which the pool has no node are
- * dropped.
- *
- * @param bitmap width and height are read as unsigned 16-bit values.
- * @return 1 when at least one character was stored, otherwise 0.
- */
-VANTREL_API int Extract_Eight_Connected_Components(BITMAPPTR bitmap, _BLIST& list);
-
-/**
- * Adds the run [start, end) of row `row` to the component it touches in the row before, merging components that it
- * connects, or to a new one. Trusts its arguments.
- *
- * @param prevRuns, prevCount the runs of the row before; `prevIndex` is the scan position among them.
- * @param curRuns, curCount   the runs of this row so far; the run is appended.
- * @param lastChar            the last character of the line, kept up to date.
- * @param width               unused.
- * @param label               the next label, advanced for a new character.
- * @return 1, or 0 when no node was left for a new character.
- */
-VANTREL_API int ECC_SetRunComponent(unsigned short start, unsigned short end, unsigned short row, _RUN* prevRuns,
-                                    _RUN* curRuns, unsigned short prevCount, unsigned short& prevIndex,
-                                    unsigned short& curCount, _BLIST& list, _BNODE* line, _BNODE*& lastChar,
-                                    unsigned short width, int& label);
+}  // namespace vantrel::components
 
 #endif

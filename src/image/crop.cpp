@@ -1,9 +1,9 @@
+#include "image/crop.h"
+
 #include <algorithm>
 #include <cstring>
 
-#include "image/bitmap.h"
-
-namespace vantrel {
+namespace vantrel::image {
 namespace {
 
 /** Copies what of [left, left + width) lies on the source row, `pixel_bytes` bytes a pixel. */
@@ -41,28 +41,17 @@ void copy_bits(const ConstPixels& source, int r, unsigned char* target, int left
 }
 
 }  // namespace
-}  // namespace vantrel
 
-int CutRectImage(BITMAPPTR* src, BITMAPPTR* dst, MYRECT rect) {
-  if (src == nullptr || src->pInfo == nullptr || dst == nullptr) return -1;
-  // The size wraps to 16 bits as the rectangle's members do.
-  const auto height = static_cast<std::int16_t>(std::abs(rect.top - rect.bottom) + 1);
-  const auto width = static_cast<std::int16_t>(rect.right - rect.left + 1);
-  const BITMAPINFOHEADER& header = *src->pInfo;
-  const int depth = header.biBitCount;
-  if (!CreateImage(dst, width, height, depth, header.biXPelsPerMeter, header.biYPelsPerMeter)) return -1;
-  if (depth != 1 && depth != 8 && depth != 24) return -1;
-
-  const vantrel::ConstPixels source = vantrel::const_pixels_of(*src);
-  const vantrel::Pixels target = vantrel::pixels_of(*dst);
-  for (int k = 0; k < height; ++k) {
-    const int r = rect.bottom + k;
+void copy_rectangle(ConstPixels source, Pixels target, int left, int first_row, int bit_count) {
+  for (int k = 0; k < target.rows; ++k) {
+    const int r = first_row + k;
     if (r < 0 || r >= source.rows) continue;
-    if (depth == 1) {
-      vantrel::copy_bits(source, r, target.row(k), rect.left, width);
+    if (bit_count == 1) {
+      copy_bits(source, r, target.row(k), left, target.cols);
     } else {
-      vantrel::copy_pixels(source.row(r), source.cols, target.row(k), rect.left, width, depth / 8);
+      copy_pixels(source.row(r), source.cols, target.row(k), left, target.cols, bit_count / 8);
     }
   }
-  return 1;
 }
+
+}  // namespace vantrel::image

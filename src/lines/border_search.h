@@ -1,49 +1,93 @@
 /**
  * @file border_search.h
- * @brief The search for card borders among edge points: three acceptances over one Hough vote.
- *
- * Points are shifted in place to the image's centre (rows / 2, cols / 2). The angle tables hold the sine and cosine of
- * whole degrees 0 to 179. Lines are written to the slots described at vantrel::BorderLines, each value rounded to
- * single precision.
+ * @brief The search for the border of one side among edge points: a Hough vote, and what must hold for its peaks.
  */
 #ifndef VANTREL_LINES_BORDER_SEARCH_H
 #define VANTREL_LINES_BORDER_SEARCH_H
 
-#include "components/block_list.h"
-#include "lines/border_line.h"
+#include <span>
 
-/**
- * Finds the two strongest near-horizontal (dirClass 0: sides 0 and 1) or the two near-vertical borders (dirClass 2:
- * side 2 with normals of 150 to 179 degrees, side 3 with 0 to 29) without looking at the image.
- *
- * @param count number of points; fewer than 2 find nothing.
- * @return 1 when both were found and written (any other dirClass: 1, nothing written), 0 otherwise.
- */
-VANTREL_API int Compute_Hough_Angle(double* lineNormal, double* lineDistance, typePoint* points, int rows, int cols,
-                                    int count, int dirClass, double* sinTable, double* cosTable);
+#include "geometry/line.h"
+#include "lines/hough.h"
+#include "lines/levels.h"
+#include "lines/verify_components.h"
 
-/**
- * Finds the border line of one side and accepts it after tests of the area beyond it.
- *
- * @param gray     rows x cols gray image, rows padded to whole 32-bit words.
- * @param line     the line node whose children are the components of the edge map.
- * @param edge     the edge map, in the gray image's geometry.
- * @param count    number of points; fewer than 50 find nothing.
- * @param dirClass 0 for sides 0 and 1, 2 for sides 2 and 3.
- * @param wbClass  EstimateWB of the whole image.
- * @return 0: no acceptable line; the side's slots may have been partly written. 1: one clear horizontal line. 2: one of
- *         two horizontal candidates, or a vertical line (any other dirClass: 2, nothing written).
- */
-VANTREL_API int Compute_Hough_Angle2(unsigned char* gray, _BNODE* line, unsigned char* edge, double* lineNormal,
-                                     double* lineDistance, typePoint* points, int rows, int cols, int count,
-                                     int dirClass, double* sinTable, double* cosTable, int side, short wbClass);
+namespace vantrel::lines {
 
-/**
- * As Compute_Hough_Angle2, but horizontal borders are reported as level lines, need fewer votes on side 1, yield sooner
- * to the runner-up, and are tested by the darkness beyond them and VerifyCorrectLineV_3_ORVA alone.
- */
-VANTREL_API int Compute_Hough_Angle3(unsigned char* gray, _BNODE* line, unsigned char* edge, double* lineNormal,
-                                     double* lineDistance, typePoint* points, int rows, int cols, int count,
-                                     int dirClass, double* sinTable, double* cosTable, int side, short wbClass);
+/** What a search knows of the image besides its edge points. */
+struct BorderScene {
+  Levels gray;
+  image::ConstPixels edge;                    /**< rows padded to whole 32-bit words, the padding included */
+  std::span<const geometry::Rect> components; /**< boxes of the edge map's components */
+  geometry::Side side;
+  Brightness brightness; /**< of the whole image */
+};
+
+/** The points in which the two ways to accept a horizontal border differ. */
+struct HorizontalRules {
+  int bottom_quorum;          /**< votes needed at the bottom: the width over this (at the top: over 4) */
+  bool level;                 /**< report the level line through the peak's distance */
+  bool differs_in_brightness; /**< the strongest line needs a brightness beyond it other than the image's */
+  bool eager_for_runner_up;   /**< more reasons to prefer the runner-up */
+  bool judges_clutter;        /**< the band beyond must pass BandClutter too */
+  CutRules cuts;
+};
+
+inline constexpr HorizontalRules kTiltedBorders{4, false, true, false, true, kTiltedCuts};
+inline constexpr HorizontalRules kLevelBorders{5, true, false, true, false, kLevelCuts};
+
+/** Fewer edge points than this make no border. */
+inline constexpr int kLeastPoints = 50;
+
+/** How a border was found. */
+enum class Acceptance : int {
+  kNone = 0,
+  kClear = 1, /**< one clear horizontal line */
+  kChosen = 2 /**< one of two horizontal candidates, or a vertical line */
+};
+
+/** How much of a line was settled when a search ended, accepted or not. */
+enum class Settled { kNothing, kNormal, kLine };
+
+/** The answer of a search. */
+struct Border {
+  Acceptance acceptance = Acceptance::kNone;
+  Settled settled = Settled::kNothing;
+  geometry::Line line{}; /**< every value rounded to single precision; as far as it is settled */
+  double votes = 0;      /**< for that line */
+  bool complete = true;  /**< false: a test had no memory, and was taken to fail */
+};
+
+/** A search for one border. Near-horizontal borders lie within 15 degrees, near-vertical ones within 20. */
+class BorderSearch {
+ public:
+  /**
+   * @param direction that of the points; one that makes no border finds nothing to object to, and settles nothing.
+   * @param rules     for horizontal borders.
+   */
+  BorderSearch(const BorderScene& scene, Direction direction, const AngleTables& tables, const HorizontalRules& rules);
+
+  bool ready() const { return votes_.ready(); }
+  void vote(std::span<const EdgePoint> centred_points) { votes_.vote(centred_points); }
+  Border accept() const;
+
+ private:
+  Border accept_horizontal() const;
+  Border accept_vertical() const;
+  bool background_beyond(int L) const;
+  bool strongest_passes(int L) const;
+  bool prefers_runner_up(const Peak& strongest, const Peak& runner_up, int L1, int L2, Border& border) const;
+
+  const BorderScene& scene_;
+  Direction direction_;
+  const HorizontalRules& rules_;
+  HoughAccumulator votes_;
+};
+
+/** Searches among the edge points of one band. */
+Border find_border(const BorderScene& scene, const EdgeMaps& maps, const geometry::Rect& band, Direction direction,
+                   const AngleTables& tables);
+
+}  // namespace vantrel::lines
 
 #endif

@@ -1,86 +1,132 @@
 /**
  * @file hough.h
- * @brief The Hough vote that all line searches share: centred points, split votes, peaks, lines.
+ * @brief The Hough vote that all border searches share: centred points, split votes, peaks, lines.
  *
- * A line is x cos(t) + y sin(t) = rho, x a column and y a memory row, both relative to the image's centre; t is in
- * whole degrees, rho in whole pixels.
+ * A line is x cos(t) + y sin(t) = rho, x a column and y a memory row, both relative to the image's centre (cols / 2,
+ * rows / 2); t is in whole degrees. A cell's angle index is t, its distance index is rho in whole pixels plus the
+ * longer side of the image.
  */
 #ifndef VANTREL_LINES_HOUGH_H
 #define VANTREL_LINES_HOUGH_H
 
+#include <array>
 #include <span>
 
-#include "lines/border_line.h"
-#include "lines/matrix.h"
+#include "geometry/hough.h"
+#include "geometry/line.h"
+#include "image/work_array.h"
+#include "lines/edge_maps.h"
 
-namespace vantrel {
+namespace vantrel::lines {
 
-/** Whole degrees first to last; empty when last < first. */
-struct AngleSpan {
-  int first = 0;
-  int last = -1;
-};
+using geometry::AngleSpan;
+using Peak = geometry::Peak<double>;
 
 /** The angles of a vote or of a search, in increasing order: one span, or two around the vertical. */
 struct Angles {
   AngleSpan low;
   AngleSpan high{};
+
+  constexpr int size() const { return low.size() + high.size(); }
 };
 
-/** The caller's sines and cosines of 0 to 179 degrees. */
+/** Sines and cosines of 0 to 179 degrees, from wherever they are kept. */
 struct AngleTables {
   const double* sin;
   const double* cos;
 };
 
-/** A cell of the accumulator; the default is what a search that sees no vote reports. */
-struct Peak {
-  int row = 0; /**< rho plus the longer side of the image */
-  int angle = 0;
-  double score = 0.0;
+/** The tables themselves. */
+struct DegreeTables {
+  double sin[180];
+  double cos[180];
+
+  DegreeTables();
+  operator AngleTables() const { return {sin, cos}; }
 };
 
-/** Moves points to the image's centre, in place. */
-void centre_points(std::span<typePoint> points, int rows, int cols);
+/** The centre of an image, from which points are counted in the vote. */
+struct Centre {
+  int row;
+  int col;
 
-/** The votes of centred points for the lines of one image. */
+  Centre(int rows, int cols) : row(rows / 2), col(cols / 2) {}
+  EdgePoint relative(const EdgePoint& point) const {
+    return {point.row - static_cast<float>(row), point.col - static_cast<float>(col)};
+  }
+};
+
+/** The votes of edge points for the lines of one image. */
 class HoughAccumulator {
  public:
-  /** Allocates cells for lines of these angles; tells by `ready` whether there was memory. */
+  /** Allocates cells for lines of these angles; check `ready` before use. */
   HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables);
-  HoughAccumulator(const HoughAccumulator&) = delete;
-  HoughAccumulator& operator=(const HoughAccumulator&) = delete;
-  ~HoughAccumulator();
 
-  bool ready() const { return cells_ != nullptr; }
+  bool ready() const { return cells_.ready(); }
 
-  /** Gives every point one vote per angle, split between the two distances next to it. */
-  void vote(std::span<const typePoint> points);
+  /** Gives every point, relative to the centre, one vote per angle, split between the two distances next to it. */
+  void vote(std::span<const EdgePoint> centred_points);
 
-  /** The first strongest cell of the searched angles, row by row; cells near `excluded` are passed over. */
+  /** The first strongest cell of the searched angles, by distance, then angle; cells near `excluded` are passed over.
+   */
   Peak strongest(const Angles& searched, const Peak* excluded = nullptr) const;
 
   /** The distance of a peak's line from the image's origin: the line's c. */
   double distance(const Peak& peak) const;
 
   /** The line of a peak, every value rounded to single precision. */
-  BorderLine line(const Peak& peak) const;
+  geometry::Line line(const Peak& peak) const;
 
  private:
   int column(int angle) const;
+  std::size_t index(int distance, int angle) const;
 
-  int rows_;
-  int cols_;
+  Centre centre_;
   Angles voted_;
   AngleTables tables_;
-  int centre_row_; /**< the accumulator row of rho = 0 */
-  int row_count_;
-  double** cells_ = nullptr;
+  int zero_; /**< the distance index of rho = 0 */
+  image::WorkArray<double> cells_;
+  int distances_; /**< how many there are */
 };
+
+/** Hands points to a search in blocks, moved to the image's centre; the last ones when it ends. */
+template <class Search>
+class PointFeed {
+ public:
+  PointFeed(Search& search, int rows, int cols) : search_(search), centre_(rows, cols) {}
+  PointFeed(const PointFeed&) = delete;
+  PointFeed& operator=(const PointFeed&) = delete;
+  ~PointFeed() { flush(); }
+
+  /** Returns the point as it votes. */
+  EdgePoint add(const EdgePoint& point) {
+    if (count_ == block_.size()) flush();
+    return block_[count_++] = centre_.relative(point);
+  }
+
+ private:
+  void flush() {
+    search_.vote(std::span(block_).first(count_));
+    count_ = 0;
+  }
+
+  Search& search_;
+  Centre centre_;
+  std::array<EdgePoint, 256> block_;
+  std::size_t count_ = 0;
+};
+
+/** Lets the edge points of a band vote. */
+template <class Search>
+void vote_band(const EdgeMaps& maps, const geometry::Rect& band, Direction direction, Search& search) {
+  PointFeed feed(search, maps.edge().rows, maps.edge().cols);
+  maps.for_each_point(band, direction,
+                      [&](int r, int c) { feed.add({static_cast<float>(r), static_cast<float>(c)}); });
+}
 
 /** The row or column at which a line of this distance is taken to run. */
 int crossing(double distance);
 
-}  // namespace vantrel
+}  // namespace vantrel::lines
 
 #endif

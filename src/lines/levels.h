@@ -5,40 +5,37 @@
 #ifndef VANTREL_LINES_LEVELS_H
 #define VANTREL_LINES_LEVELS_H
 
-#include "image/bitmap.h"
+#include "geometry/span.h"
+#include "image/view.h"
 
-/**
- * Classifies the rectangle rows [rowFrom, rowTo) x columns [colFrom, colTo). Trusts its arguments.
- *
- * @return 1: more than three bright pixels (above 180) to a dark one; 2: more than three dark ones to a bright one;
- *         0: neither, or empty.
- */
-VANTREL_API int EstimateWB(unsigned char* gray, int rowFrom, int rowTo, int colFrom, int colTo, int stride);
+namespace vantrel::lines {
 
-/**
- * Tells whether more than 7/22 of the rectangle is dark (below 128), its area taken as
- * (rowTo - rowFrom + 1) * (colTo - colFrom + 1). Trusts its arguments.
- *
- * @param side unused.
- * @return 1 or 0.
- */
-VANTREL_API int EstimateBlkPixel(unsigned char* gray, int rowFrom, int rowTo, int colFrom, int colTo, int stride,
-                                 int side);
-
-namespace vantrel {
-
-/** Rows [row_from, row_to) x columns [col_from, col_to). */
-struct Region {
-  int row_from;
-  int row_to;
-  int col_from;
-  int col_to;
+/** What most of an area's pixels are. */
+enum class Brightness : int {
+  kMixed = 0,
+  kBright = 1, /**< more than three bright pixels to a dark one */
+  kDark = 2    /**< more than three dark pixels to a bright one */
 };
 
-/** EstimateWB and EstimateBlkPixel, reading nothing behind the last row of the image. */
-int brightness_class(const ConstPixels& gray, const Region& region);
-bool mostly_dark(const ConstPixels& gray, const Region& region);
+/**
+ * Gray levels as one run of bytes: columns beyond the end of a row are the first ones of the rows that follow, and
+ * whatever would lie behind the last row is not there. An area may reach that far: a tilted line crosses the image's
+ * first row or column well outside the image.
+ */
+struct Levels {
+  image::ConstPixels pixels;
+  int row_bytes; /**< from the start of a row to its end: of a padded image the padding counts too */
+};
 
-}  // namespace vantrel
+/** The levels of an image whose rows are padded, as they lie in memory. */
+inline Levels padded_levels(image::ConstPixels pixels) { return {pixels, static_cast<int>(pixels.stride)}; }
+
+/** Classifies an area, an empty one as mixed. Bright is what lies above 180. */
+Brightness brightness_of(const Levels& levels, const geometry::Rect& area);
+
+/** Whether more than 7/22 of an area is dark (below 128), taken as one row and one column larger than it is. */
+bool mostly_dark(const Levels& levels, const geometry::Rect& area);
+
+}  // namespace vantrel::lines
 
 #endif

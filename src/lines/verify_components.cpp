@@ -1,29 +1,25 @@
-#include <cstdint>
+#include "lines/verify_components.h"
+
 #include <cstdlib>
 
-#include "lines/border_line.h"
-#include "lines/verify.h"
-
-namespace vantrel {
+namespace vantrel::lines {
 namespace {
 
-/** The extent of a component; sides wrap to 16 bits as rectangles do. */
+using geometry::Rect;
+using geometry::Side;
+
+/** The extent of a component; its sides wrap to 16 bits, which is what they are kept in. */
 struct Extent {
   int w;
   int h;
   std::int64_t area;
 };
 
-Extent extent_of(const MYRECT& rect) {
-  const auto w = static_cast<std::int16_t>(rect.right - rect.left + 1);
-  const auto h = static_cast<std::int16_t>(std::abs(rect.top - rect.bottom) + 1);
+Extent extent_of(const Rect& box) {
+  const auto w = static_cast<std::int16_t>(box.cols.size());
+  // A box handed in from outside may have its rows the wrong way round.
+  const auto h = static_cast<std::int16_t>(std::abs(box.rows.last() - box.rows.first) + 1);
   return {w, h, std::int64_t{w} * h};
-}
-
-/** Calls `visit` with the rectangle and extent of every component. */
-template <class Visit>
-void for_each_component(const _BNODE* line, Visit visit) {
-  for (const _BNODE* node = line->child; node != nullptr; node = node->next) visit(node->rect, extent_of(node->rect));
 }
 
 /** Clutter that may be background: neither a speck, nor a large piece, nor a thin long one. */
@@ -41,73 +37,70 @@ bool is_side_clutter(const Extent& e, std::int64_t band) {
   return e.area < band / 2 && e.w < e.h && 5 * e.w > 2 * e.h;
 }
 
-/** How the two tests for cut components differ. */
-struct CutRules {
-  int width_share; /**< components wider than the width over this are not considered */
-  int few;         /**< so many cut components may be wide */
-};
+}  // namespace
 
-bool cuts_little(const _BNODE* line, int L, int rows, int cols, const CutRules& rules) {
-  const int margin = rows / 70;
-  const std::int64_t high = std::int64_t{L} + margin > rows ? rows - 1 : std::int64_t{L} + margin;
-  // Not 0 when the margin leaves the image: a component that starts in row 0 still counts as cut.
-  const std::int64_t low = std::int64_t{L} - margin >= 0 ? std::int64_t{L} - margin : 1;
-  int count = 0;
-  std::int64_t width = 0;
-  for_each_component(line, [&](const MYRECT& rect, const Extent& e) {
-    if (e.h > rows / 3 || e.w > cols / rules.width_share) return;
-    if ((rect.bottom < low && low < rect.top) || (rect.bottom < high && high < rect.top)) {
-      ++count;
-      width += e.w;
-    }
-  });
-  return !(count > 6 && cols < 3 * width) && !(count > rules.few && 5 * width > std::int64_t{4} * cols);
+BandClutter::BandClutter(int L, int rows, int cols, Side side)
+    : line_(L),
+      rows_(rows),
+      cols_(cols),
+      margin_(rows / 40),
+      top_(side == Side::kTop),
+      band_((top_ ? std::int64_t{rows} - L + margin_ : std::int64_t{L} + margin_ + 1) * cols) {}
+
+void BandClutter::add(const Rect& box) {
+  const bool beyond = top_ ? box.rows.first > line_ - margin_ : box.rows.last() < line_ + margin_;
+  const Extent extent = extent_of(box);
+  if (!beyond || !is_clutter(extent, band_, rows_, cols_)) return;
+  ++count_;
+  area_ += extent.area;
 }
 
-}  // namespace
-}  // namespace vantrel
-
-using vantrel::Extent;
-
-bool VerifyCorrectLineV_2(_BNODE* line, int L, int rows, int cols, int side, short /*wbClass*/) {
-  const int margin = rows / 40;
-  const bool top = side == vantrel::kTop;
-  const std::int64_t band = (top ? std::int64_t{rows} - L + margin : std::int64_t{L} + margin + 1) * cols;
-  std::int64_t count = 0;
-  std::int64_t area = 0;
-  vantrel::for_each_component(line, [&](const MYRECT& rect, const Extent& e) {
-    const bool beyond = top ? rect.bottom > std::int64_t{L} - margin : rect.top < std::int64_t{L} + margin;
-    if (!beyond || !vantrel::is_clutter(e, band, rows, cols)) return;
-    ++count;
-    area += e.area;
-  });
+bool BandClutter::accepts() const {
   // Moderate clutter, between 1/50 and 3/10 of the band, speaks against the line; less is a clean band, and more (in
   // many pieces or very much of it) cannot be the scanner's background.
-  if (band >= 50 * area) return true;
-  if (10 * area < 3 * band) return false;
-  return count >= cols / 20 || band <= 2 * area;
+  if (band_ >= 50 * area_) return true;
+  if (10 * area_ < 3 * band_) return false;
+  return count_ >= cols_ / 20 || band_ <= 2 * area_;
 }
 
-bool VerifyCorrectLineV_3(_BNODE* line, int L, int rows, int cols, int /*side*/, short /*wbClass*/) {
-  return vantrel::cuts_little(line, L, rows, cols, {2, 2});
+CutComponents::CutComponents(int L, int rows, int cols, const CutRules& rules)
+    : rows_(rows), cols_(cols), rules_(rules) {
+  const int margin = rows / 70;
+  high_ = std::int64_t{L} + margin > rows ? rows - 1 : std::int64_t{L} + margin;
+  // Not 0 when the margin leaves the image: a component that starts in row 0 still counts as cut.
+  low_ = std::int64_t{L} - margin >= 0 ? std::int64_t{L} - margin : 1;
 }
 
-bool VerifyCorrectLineV_3_ORVA(_BNODE* line, int L, int rows, int cols, int /*side*/, short /*wbClass*/) {
-  return vantrel::cuts_little(line, L, rows, cols, {4, 5});
+void CutComponents::add(const Rect& box) {
+  const Extent extent = extent_of(box);
+  if (extent.h > rows_ / 3 || extent.w > cols_ / rules_.width_share) return;
+  const auto runs_through = [&](std::int64_t row) { return box.rows.first < row && row < box.rows.last(); };
+  if (!runs_through(low_) && !runs_through(high_)) return;
+  ++count_;
+  width_ += extent.w;
 }
 
-bool VerifyCorrectLineH_0(_BNODE* line, int L, int rows, int cols, int side, short /*wbClass*/) {
-  const int margin = cols / 70;
-  const bool left = side == vantrel::kLeft;
-  const std::int64_t band = (left ? std::int64_t{L} + margin + 1 : std::int64_t{cols} - L + margin) * rows;
-  int count = 0;
-  std::int64_t area = 0;
-  vantrel::for_each_component(line, [&](const MYRECT& rect, const Extent& e) {
-    const bool beyond = left ? rect.right < std::int64_t{L} + margin : rect.left > std::int64_t{L} - margin;
-    if (!beyond || !vantrel::is_side_clutter(e, band)) return;
-    ++count;
-    area += e.area;
-  });
-  if (band < 50 * area && band > 2 * area && count > 2) return false;
-  return !(band < 2 * area && count <= 14);
+bool CutComponents::accepts() const {
+  return !(count_ > 6 && cols_ < 3 * width_) && !(count_ > rules_.few && 5 * width_ > std::int64_t{4} * cols_);
 }
+
+SideClutter::SideClutter(int L, int rows, int cols, Side side)
+    : line_(L),
+      margin_(cols / 70),
+      left_(side == Side::kLeft),
+      band_((left_ ? std::int64_t{L} + margin_ + 1 : std::int64_t{cols} - L + margin_) * rows) {}
+
+void SideClutter::add(const Rect& box) {
+  const bool beyond = left_ ? box.cols.last() < line_ + margin_ : box.cols.first > line_ - margin_;
+  const Extent extent = extent_of(box);
+  if (!beyond || !is_side_clutter(extent, band_)) return;
+  ++count_;
+  area_ += extent.area;
+}
+
+bool SideClutter::accepts() const {
+  if (band_ < 50 * area_ && band_ > 2 * area_ && count_ > 2) return false;
+  return !(band_ < 2 * area_ && count_ <= 14);
+}
+
+}  // namespace vantrel::lines

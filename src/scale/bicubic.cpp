@@ -1,8 +1,9 @@
 #include <array>
-#include <new>
+#include <cstdint>
 
-#include "scale/resample.h"
-#include "scale/row_stream.h"
+#include "image/work_array.h"
+#include "scale/enlarge.h"
+#include "scale/interleave.h"
 
 namespace vantrel::scale {
 namespace {
@@ -19,20 +20,20 @@ unsigned char clamped(std::int16_t value) {
 }
 
 /**
- * Makes the output rows. Positions without a sample before them and two behind repeat the source pixel. The values
+ * Makes the target's rows. Positions without a pixel before them and two behind repeat the source's pixel. The values
  * between the pixels of a row are kept, unclamped, as long as a later row takes them in: four rows of them.
  */
 class CubicRows {
  public:
-  explicit CubicRows(const Source& source)
-      : source_(source), step_(source.channels), bytes_(source.row_bytes()), end_(bytes_ - 2 * step_) {}
+  CubicRows(ConstPixels source, int channels)
+      : source_(source),
+        step_(channels),
+        bytes_(source.cols * channels),
+        end_(bytes_ - 2 * step_),
+        halves_(2 * static_cast<std::size_t>(bytes_)),
+        between_(kTaps * static_cast<std::size_t>(bytes_)) {}
 
-  bool allocate() {
-    const auto bytes = static_cast<std::size_t>(bytes_);
-    halves_.reset(new (std::nothrow) unsigned char[2 * bytes]);
-    between_.reset(new (std::nothrow) std::int16_t[kTaps * bytes]);
-    return halves_ != nullptr && between_ != nullptr;
-  }
+  bool ready() const { return halves_.ready() && between_.ready(); }
 
   Halves make(int y, bool between_rows) {
     const unsigned char* row = source_.row(y);
@@ -49,12 +50,12 @@ class CubicRows {
   /** Copies the pixels that are too near to the row's ends for the kernel. */
   void copy_ends(const unsigned char* row, unsigned char* result) const;
 
-  const Source& source_;
+  ConstPixels source_;
   int step_;
-  int bytes_;
-  int end_;  // the kernel covers the bytes from `step_` to before `end_`
-  std::unique_ptr<unsigned char[]> halves_;
-  std::unique_ptr<std::int16_t[]> between_;
+  int bytes_;  // in a row
+  int end_;    // the kernel covers the bytes from `step_` to before `end_`
+  image::WorkArray<unsigned char> halves_;
+  image::WorkArray<std::int16_t> between_;
   std::array<int, kTaps> kept_ = {-1, -1, -1, -1};  // the row whose values lie in each quarter of `between_`
 };
 
@@ -108,15 +109,13 @@ Halves CubicRows::make_between(int y) {
 }
 
 }  // namespace
+
+bool enlarge_bicubic(ConstPixels source, Pixels target, int channels) {
+  if (source.empty()) return true;
+  CubicRows rows(source, channels);
+  if (!rows.ready()) return false;
+  write_rows(rows, source, target, channels);
+  return true;
+}
+
 }  // namespace vantrel::scale
-
-bool BiCubicMethod(BITMAPPTR* src, BITMAPPTR* dst, short /*factor*/) {
-  return vantrel::scale::resample<vantrel::scale::CubicRows>(src, dst, 2);
-}
-
-int BiCubicDir(int a, int b, int c, int d) {
-  // Any integers may come here: unsigned until the shift, they wrap.
-  const auto inner = static_cast<unsigned>(b) + static_cast<unsigned>(c);
-  const auto outer = static_cast<unsigned>(a) + static_cast<unsigned>(d);
-  return static_cast<int>(9 * inner - outer + 8) >> 4;
-}

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace vantrel {
+namespace vantrel::segment {
 
 void classify_rows(ConstPixels strip, int limit, std::span<RowClass> rows) {
   for (int r = 0; r < strip.rows; ++r) {
@@ -21,15 +21,15 @@ void bridge_gaps(std::span<RowClass> rows, int gap) {
   }
 }
 
-std::span<Band> collect_bands(std::span<const RowClass> rows, std::span<Band> room) {
+std::span<Span> collect_bands(std::span<const RowClass> rows, std::span<Span> room) {
   std::size_t count = 0;
   auto row = rows.begin();
   while ((row = std::find(row, rows.end(), RowClass::kDense)) != rows.end()) {
     const auto end = std::find(row, rows.end(), RowClass::kSparse);
-    room[count++] = {static_cast<int>(row - rows.begin()), static_cast<int>(end - rows.begin()) - 1};
+    room[count++] = {static_cast<int>(row - rows.begin()), static_cast<int>(end - rows.begin())};
     row = end;
   }
   return room.first(count);
 }
 
-}  // namespace vantrel
+}  // namespace vantrel::segment

@@ -1,28 +1,24 @@
 /**
  * @file bands.h
- * @brief Runs of densely marked rows in a strip of a black-and-white sheet.
+ * @brief Bands: runs of densely marked rows in a strip of a black-and-white sheet.
  */
 #ifndef VANTREL_SEGMENT_BANDS_H
 #define VANTREL_SEGMENT_BANDS_H
 
 #include <span>
 
-#include "image/bitmap.h"
+#include "geometry/span.h"
+#include "image/view.h"
 
-namespace vantrel {
+namespace vantrel::segment {
+
+using geometry::Span;
+using image::ConstPixels;
 
 enum class RowClass : unsigned char { kSparse, kDense };
 
-/** Memory rows first to last, both included. */
-struct Band {
-  int first;
-  int last;
-
-  int height() const { return last - first + 1; }
-  /** The row halfway, rounded down. */
-  int midpoint() const { return (first + last) / 2; }
-  bool operator==(const Band&) const = default;
-};
+/** The row halfway between the first and the last, rounded down. */
+constexpr int middle_row(Span rows) { return (rows.first + rows.last()) / 2; }
 
 /** Classes each row of the strip: dense when it has more than `limit` black pixels. One class a row. */
 void classify_rows(ConstPixels strip, int limit, std::span<RowClass> rows);
@@ -39,8 +35,8 @@ constexpr int most_bands(int rows) { return rows / 2 + rows % 2; }
  * @param room space for most_bands(rows.size()) bands.
  * @return the part of `room` that was filled.
  */
-std::span<Band> collect_bands(std::span<const RowClass> rows, std::span<Band> room);
+std::span<Span> collect_bands(std::span<const RowClass> rows, std::span<Span> room);
 
-}  // namespace vantrel
+}  // namespace vantrel::segment
 
 #endif

@@ -11,15 +11,22 @@
 #include "segment/bands.h"
 #include "segment/groups.h"
 
-namespace vantrel {
+namespace vantrel::segment {
+
+/** A run of columns, and which part of the black pixels in the rows looked at it holds: 0 to 1, 0 when there are none.
+ */
+struct Window {
+  Span cols;
+  double share = 0.0;
+};
 
 /**
- * The first column of the run of `length` columns with the most black pixels in the given rows; of several such runs
- * the mean. A strip narrower than `length` is one run.
+ * The run of `length` columns with the most black pixels in the given rows; of several such runs the one that starts at
+ * the mean of their starts. A strip narrower than `length` is one run.
  *
  * @param profile work memory, one entry a column of the strip.
  */
-int fullest_window(ConstPixels strip, Band rows, int length, std::span<int> profile);
+Window fullest_window(ConstPixels strip, Span rows, int length, std::span<int> profile);
 
 /** What lies between a card and its neighbour, or the image's edge, on one side. */
 struct FreeRows {
@@ -34,15 +41,15 @@ struct FreeRows {
  * Grows a card that is lower than `height`: first on the side with fewer free rows (below, when equal) by up to half of
  * what is missing, then on the other by up to the rest.
  */
-Band complete_height(Band card, int height, FreeRows below, FreeRows above);
+Span complete_height(Span card, int height, FreeRows below, FreeRows above);
 
 /**
  * The completed rows of each group, from the bottom up. Free rows below reach to the completed card there, free rows
  * above to the group there as it is; at the ends they reach to the sheet's edge.
  */
-std::array<Band, kMostGroups> complete_heights(std::span<const Band> bands, const Groups& groups, int height,
+std::array<Span, kMostGroups> complete_heights(std::span<const Span> bands, const Groups& groups, int height,
                                                int sheet_rows);
 
-}  // namespace vantrel
+}  // namespace vantrel::segment
 
 #endif

@@ -11,7 +11,7 @@
 #include "segment/bands.h"
 #include "segment/sheet_layout.h"
 
-namespace vantrel {
+namespace vantrel::segment {
 
 /** Cards in one column at most; what lies further up the sheet is dropped. */
 inline constexpr int kMostGroups = 5;
@@ -25,30 +25,30 @@ struct Groups {
 };
 
 /** The rows of group k, from its first band to its last, with the gaps between them. */
-Band rows_of(std::span<const Band> bands, const Groups& groups, int k);
+Span rows_of(std::span<const Span> bands, const Groups& groups, int k);
 
 /** Gathers the bands from the first one on into groups of no more than `card_height` rows; a single band may be higher.
  */
-Groups merge_bands(std::span<const Band> bands, int card_height);
+Groups merge_bands(std::span<const Span> bands, int card_height);
 
 /**
  * Deals the bands out anew by lines halfway between the centres of neighbouring groups, a centre being the mean of all
  * rows in the group's bands. A group that gets none is dropped.
  */
-void reassign_by_centre(std::span<const Band> bands, Groups& groups);
+void reassign_by_centre(std::span<const Span> bands, Groups& groups);
 
 /**
  * Divides the bands of each two neighbouring groups by the line halfway through the rows of both; six rounds forwards
  * and backwards through the pairs at most.
  */
-void balance_by_midpoint(std::span<const Band> bands, Groups& groups);
+void balance_by_midpoint(std::span<const Span> bands, Groups& groups);
 
 /**
  * Moves one band across the boundary of two neighbouring groups that are too close, too high or too unlike in height,
  * where that leaves enough of a gap and makes their heights not much less alike; rounds as above.
  */
-void balance_by_height(std::span<const Band> bands, Groups& groups, const CardSize& size);
+void balance_by_height(std::span<const Span> bands, Groups& groups, const CardSize& size);
 
-}  // namespace vantrel
+}  // namespace vantrel::segment
 
 #endif

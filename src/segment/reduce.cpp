@@ -1,34 +1,22 @@
 #include "segment/reduce.h"
 
-#include <memory>
-#include <new>
+#include <algorithm>
 
-#include "image/bitmap.h"
+#include "image/work_array.h"
 
-namespace vantrel {
+namespace vantrel::segment {
 namespace {
 
-/**
- * The frame of the three reductions: the gray image of the pixels at multiples of n, what is left over at the right and
- * the top is dropped. `level_at(row, column)` gives the gray level of a source pixel.
- */
+/** `level_at(row, column)` gives the gray level of a source pixel. */
 template <class LevelAt>
-bool reduce(const BITMAPPTR& src, BITMAPPTR& dst, int n, LevelAt level_at) {
-  if (dst.pInfo != nullptr || n <= 0) return false;
-  const BITMAPINFOHEADER& header = *src.pInfo;
-  if (!CreateImage(&dst, header.biWidth / n, header.biHeight / n, 8, header.biXPelsPerMeter / n,
-                   header.biYPelsPerMeter / n)) {
-    return false;
-  }
-  const ConstPixels source = const_pixels_of(src);
-  const Pixels target = pixels_of(dst);
+void reduce(ConstPixels source, Pixels target, int n, LevelAt level_at) {
+  if (target.empty()) return;
   for (int r = 0; r < target.rows; ++r) {
     const unsigned char* from = source.row(r * n);
     unsigned char* to = target.row(r);
     std::ptrdiff_t column = 0;
     for (int c = 0; c < target.cols; ++c, column += n) to[c] = level_at(from, column);
   }
-  return true;
 }
 
 unsigned char colour_level(const unsigned char* row, std::ptrdiff_t column) {
@@ -53,8 +41,8 @@ unsigned char black_if(bool black) { return black ? 0 : 255; }
  * Black is what is darker than 27/32 of the mean: 27 * sum >> 13. With the sum of the same column in the row before
  * added, 27 * (sum + before) >> 14 takes the same share of the average of both means.
  */
-void binarise_first_row(unsigned char* row, int width, int& sum, int* sums) {
-  for (int c = 0; c < width; ++c) {
+void binarise_first_row(unsigned char* row, int& sum, std::span<int> sums) {
+  for (std::size_t c = 0; c < sums.size(); ++c) {
     sum = next_sum(sum, row[c]);
     sums[c] = sum;
     row[c] = black_if(row[c] < (27 * sum) >> 13);
@@ -68,35 +56,30 @@ void binarise_pixel(unsigned char& pixel, int& sum, int& before) {
 }
 
 }  // namespace
-}  // namespace vantrel
 
-bool Color2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n) {
-  return vantrel::reduce(*src, *dst, n, vantrel::colour_level);
-}
+void reduce_colour(ConstPixels source, Pixels target, int n) { reduce(source, target, n, colour_level); }
 
-bool Gray2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n) {
-  return vantrel::reduce(*src, *dst, n, vantrel::gray_level);
-}
+void reduce_gray(ConstPixels source, Pixels target, int n) { reduce(source, target, n, gray_level); }
 
-bool Bin2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n) {
-  return vantrel::reduce(*src, *dst, n, vantrel::bit_level);
-}
+void reduce_bits(ConstPixels source, Pixels target, int n) { reduce(source, target, n, bit_level); }
 
-bool Moving_Average(unsigned char* pixels, int width, int rows, int stride) {
-  if (width <= 0 || rows <= 0) return true;
-  const std::unique_ptr<int[]> sums(new (std::nothrow) int[static_cast<std::size_t>(width)]);
-  if (sums == nullptr) return false;
+bool binarise(Pixels image) {
+  if (image.empty()) return true;
+  image::WorkArray<int> sums(static_cast<std::size_t>(image.cols));
+  if (!sums.ready()) return false;
 
-  int sum = 256 * pixels[0];
-  vantrel::binarise_first_row(pixels, width, sum, sums.get());
-  for (int r = 1; r < rows; ++r) {
-    unsigned char* row = pixels + std::ptrdiff_t{r} * stride;
+  int sum = 256 * image.data[0];
+  binarise_first_row(image.data, sum, sums.all());
+  for (int r = 1; r < image.rows; ++r) {
+    unsigned char* row = image.row(r);
     // The scan turns round at the end of each row, so that the mean carries on from a neighbour.
     if (r % 2 == 1) {
-      for (int c = width - 1; c >= 0; --c) vantrel::binarise_pixel(row[c], sum, sums[static_cast<std::size_t>(c)]);
+      for (int c = image.cols - 1; c >= 0; --c) binarise_pixel(row[c], sum, sums[static_cast<std::size_t>(c)]);
     } else {
-      for (int c = 0; c < width; ++c) vantrel::binarise_pixel(row[c], sum, sums[static_cast<std::size_t>(c)]);
+      for (int c = 0; c < image.cols; ++c) binarise_pixel(row[c], sum, sums[static_cast<std::size_t>(c)]);
     }
   }
   return true;
 }
+
+}  // namespace vantrel::segment

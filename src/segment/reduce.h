@@ -5,30 +5,32 @@
 #ifndef VANTREL_SEGMENT_REDUCE_H
 #define VANTREL_SEGMENT_REDUCE_H
 
-#include "vantrel.h"
+#include "image/view.h"
+
+namespace vantrel::segment {
+
+using image::ConstPixels;
+using image::Pixels;
 
 /**
- * Make a gray image of every n-th pixel of every n-th row of a 24-, 8- or 1-bit image, with 1/n of its resolution.
+ * Fill `target` with the gray levels of the source's pixels at multiples of n; what is left over at the right and the
+ * top is dropped.
  *
- * @param src the depth in the name is trusted.
- * @param dst must be empty (`pInfo` null); receives the image.
- * @param n   the factor; 0 or negative is refused.
- * @return false when `dst` is not empty, `n` is not positive (nothing is touched) or there is no memory.
+ * Colour becomes 0.114 blue + 0.587 green + 0.299 red, truncated; a set bit becomes 255.
  *
- * Colour becomes 0.114 blue + 0.587 green + 0.299 red, truncated; a set bit becomes 255, whatever the palette says.
+ * @param target source.rows / n rows of source.cols / n gray levels.
  */
-VANTREL_API bool Color2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n);
-VANTREL_API bool Gray2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n);
-VANTREL_API bool Bin2ScaledGray(BITMAPPTR* src, BITMAPPTR* dst, int n);
+void reduce_colour(ConstPixels source, Pixels target, int n);
+void reduce_gray(ConstPixels source, Pixels target, int n);
+void reduce_bits(ConstPixels source, Pixels target, int n);
 
 /**
- * Binarises gray pixels in place: a pixel below 27/32 of a running mean over a serpentine scan, averaged with the mean
- * stored for its column in the row before, becomes 0, any other 255 (P. D. Wellner, "Adaptive Thresholding for the
- * DigitalDesk", 1993). Trusts its arguments.
+ * Makes gray levels black (0) and white (255), by a running mean over a serpentine scan.
  *
- * @param pixels first row; `stride` bytes from row to row.
  * @return false when there is no memory; the pixels are then untouched.
  */
-VANTREL_API bool Moving_Average(unsigned char* pixels, int width, int rows, int stride);
+bool binarise(Pixels image);
+
+}  // namespace vantrel::segment
 
 #endif

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-namespace vantrel {
+namespace vantrel::segment {
 
-float dots_per_inch(const BITMAPINFOHEADER& header) {
-  return static_cast<float>(std::min(header.biXPelsPerMeter, header.biYPelsPerMeter)) / 39.37f;
+float dots_per_inch(int x_pels_per_metre, int y_pels_per_metre) {
+  return static_cast<float>(std::min(x_pels_per_metre, y_pels_per_metre)) / 39.37f;
 }
 
 int reduction_factor(float dots_per_inch) {
@@ -23,7 +23,7 @@ CardSize card_size(float dots_per_inch, int factor) {
   return size;
 }
 
-bool has_two_columns(ConstPixels sheet, const CardSize& size) {
+bool has_two_columns(image::ConstPixels sheet, const CardSize& size) {
   if (sheet.cols <= 2 * size.length) return false;
   int marked_rows = 0;
   for (int r = 0; r < sheet.rows; ++r) {
@@ -33,4 +33,4 @@ bool has_two_columns(ConstPixels sheet, const CardSize& size) {
   return marked_rows <= size.height / 8;
 }
 
-}  // namespace vantrel
+}  // namespace vantrel::segment

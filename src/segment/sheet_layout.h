@@ -6,17 +6,17 @@
 #ifndef VANTREL_SEGMENT_SHEET_LAYOUT_H
 #define VANTREL_SEGMENT_SHEET_LAYOUT_H
 
-#include "image/bitmap.h"
+#include "image/view.h"
 
-namespace vantrel {
+namespace vantrel::segment {
 
 /** Scans below this resolution are refused. */
 inline constexpr float kLeastDotsPerInch = 250.0f;
 
-/** The coarser of the two resolutions, in dots per inch. */
-float dots_per_inch(const BITMAPINFOHEADER& header);
+/** The coarser of two resolutions in pixels per metre, in dots per inch. */
+float dots_per_inch(int x_pels_per_metre, int y_pels_per_metre);
 
-/** The factor that brings a scan to about 100 dots per inch. */
+/** The factor that brings a scan to about 100 dots per inch; at least 3 for the resolutions that are not refused. */
 int reduction_factor(float dots_per_inch);
 
 /** The sizes by which cards are told apart, in rows and columns of the reduced sheet. */
@@ -36,8 +36,8 @@ CardSize card_size(float dots_per_inch, int factor);
  *
  * @param sheet black (0) and white (255) pixels.
  */
-bool has_two_columns(ConstPixels sheet, const CardSize& size);
+bool has_two_columns(image::ConstPixels sheet, const CardSize& size);
 
-}  // namespace vantrel
+}  // namespace vantrel::segment
 
 #endif

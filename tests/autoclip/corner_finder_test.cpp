@@ -1,5 +1,5 @@
 // The corners of drawn cards.
-#include "autoclip/corner_finder.h"
+#include "autoclip/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Edge points of a band, intersections of border lines, and the order and judgement of corners.
-#include "autoclip/corners.h"
+#include "autoclip/exports.h"
 
 #include <gtest/gtest.h>
 

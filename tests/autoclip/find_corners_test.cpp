@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "autoclip/corner_finder.h"
+#include "autoclip/exports.h"
 #include "support/scans.h"
 
 namespace {

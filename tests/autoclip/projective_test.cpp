@@ -1,5 +1,5 @@
 // The plane projective mapping through four point pairs.
-#include "autoclip/projective.h"
+#include "autoclip/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Bilinear sampling and the warps.
-#include "autoclip/warp.h"
+#include "autoclip/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "cardcut/card_cut.h"
+#include "cardcut/exports.h"
 #include "support/drawing.h"
 
 namespace {

@@ -1,8 +1,7 @@
 // The card rectangle by gray levels.
-#include "cardcut/card_cut.h"
-
 #include <gtest/gtest.h>
 
+#include "cardcut/exports.h"
 #include "support/drawing.h"
 
 namespace {

@@ -135,6 +135,41 @@ def test_bilevel_scan_has_nothing_to_correct(tool, drawn, tmp_path):
 # Corners from a reduced copy.
 
 
+@pytest.fixture
+def half_degree(tmp_path):
+    """The pixels of a scan whose card is found on a copy only, and its file at 300 dpi."""
+    pixels, _ = scans.draw_scan(1203, 751, -2.5, seed=25)
+    return pixels, scans.save(pixels, tmp_path / "half-degree.png")
+
+
+def test_copy_is_searched_where_the_scan_shows_less(tool, half_degree):
+    itself = tool("clip", half_degree[1], "--detect-only", "--scale", 1, "--json").json[0]
+    assert (itself["scale"], itself["searched"], itself["sides_found"]) == (1, {"width": 1203, "height": 751}, 0)
+    copy = tool("clip", half_degree[1], "--detect-only", "--scale", 2, "--json", ok=True).json[0]
+    own = tool("clip", half_degree[1], "--detect-only", "--json", ok=True).json[0]
+    assert (own["scale"], own["searched"], own["sides_found"]) == (2, {"width": 601, "height": 375}, 4)
+    for member in ("sides", "corners", "box", "tilt"):
+        assert own[member] == copy[member]
+
+
+def test_card_found_on_a_copy_is_cut_from_the_scan(tool, half_degree, tmp_path):
+    pixels, path = half_degree
+    tool("clip", path, "-o", tmp_path / "own.png", ok=True)
+    tool("clip", path, "-o", tmp_path / "copy.png", "--scale", 2, ok=True)
+    assert (tmp_path / "own.png").read_bytes() == (tmp_path / "copy.png").read_bytes()
+    tool("clip", path, "-o", tmp_path / "frame.png", "--size", "scan", ok=True)
+    status, expected = library.call("clip", scans.reduced(pixels, 2), pixels, 2)
+    assert status == 1 and np.array_equal(scans.load(tmp_path / "frame.png"), expected)
+
+
+@pytest.mark.parametrize("dpi", [0, 100, 900])
+def test_scale_is_all_the_reduction_there_is(tool, tmp_path, dpi):
+    pixels, _ = scans.draw_scan(1803, 1121, 2, seed=4)
+    path = scans.save(pixels, tmp_path / "s.png", dpi=dpi)
+    report = tool("clip", path, "--detect-only", "--scale", 2, "--json").json[0]
+    assert (report["scale"], report["searched"]) == (2, {"width": 901, "height": 560})
+
+
 @pytest.mark.parametrize("scale", [2, 3, 4])
 def test_scale_finds_on_a_copy_and_cuts_the_full_scan(tool, tmp_path, scale):
     pixels, truth = scans.draw_scan(1803, 1121, 2, seed=4)
@@ -154,11 +189,11 @@ def test_reduced_copy_is_the_mean_of_blocks(tool, tmp_path):
     # With a copy reduced by hand the same corners are found as with the tool's own.
     pixels, _ = scans.draw_scan(1803, 1121, 2, seed=4)
     path = scans.save(pixels, tmp_path / "s.png")
-    blocks = pixels[: 373 * 3, : 601 * 3].reshape(373, 3, 601, 3, 3).mean(axis=(1, 3))
-    reduced = scans.save(np.rint(blocks).astype(np.uint8), tmp_path / "r.png", dpi=100)
+    reduced = scans.save(scans.reduced(pixels, 3), tmp_path / "r.png", dpi=100)
     own = tool("clip", path, "-o", tmp_path / "a.png", "--scale", 3, "--json", ok=True).json[0]
     given = tool("clip", path, "-o", tmp_path / "b.png", "--scale", 3, "--analyse", reduced, "--json", ok=True).json[0]
-    assert np.abs(corners_of(own) - corners_of(given)).max() <= 1.5
+    assert own["sides"] == given["sides"] and own["corners"] == given["corners"]
+    assert (tmp_path / "a.png").read_bytes() == (tmp_path / "b.png").read_bytes()
     assert given["searched"] == {"width": 601, "height": 373}
 
 
@@ -226,6 +261,7 @@ def test_json_tells_all_that_was_found(tool, drawn, scan, tmp_path):
     found = corners_of(report)
     assert np.abs(found - truth).max() < 1.0
     # Every corner lies on its two lines, in positions of pixel centres with rows counted from the bottom.
+    assert (report["scale"], report["searched"]) == (1, {"width": 700, "height": 440})
     for name, (x, y) in report["corners"].items():
         for side in name.split("_"):
             line = report["sides"][side]

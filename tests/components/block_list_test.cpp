@@ -1,5 +1,5 @@
 // The block list: its pool, the links of its tree, moving, sorting and tidying.
-#include "components/block_list.h"
+#include "components/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Eight-connected components of edge maps and bilevel images.
-#include "components/components.h"
+#include "components/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Image blocks: their layout, copies, the adoption of a caller's block, and their release.
-#include "image/bitmap.h"
+#include "image/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Colour to gray, and interleaved colour to planes.
-#include "image/convert.h"
+#include "image/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The exported data, as a program linked with the library sees it.
-#include "image/library_path.h"
+#include "image/loading/exports.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "image/library_path.h"
+#include "image/loading/exports.h"
 
 namespace {
 

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "image/library_path.h"
-#include "image/loaded_images.h"
+#include "image/loading/exports.h"
+#include "image/loading/loaded_images.h"
 
 namespace {
 
-using vantrel::LoadedImage;
-using vantrel::name_of_image;
-using vantrel::store_folder;
+using vantrel::image::LoadedImage;
+using vantrel::image::name_of_image;
+using vantrel::image::store_folder;
 
 constexpr int kHeaders[4] = {};
 constexpr const void* kProgram = &kHeaders[0];

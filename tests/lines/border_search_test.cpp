@@ -1,5 +1,5 @@
 // The three line searches on points laid out by hand.
-#include "lines/border_search.h"
+#include "lines/exports.h"
 
 #include <gtest/gtest.h>
 

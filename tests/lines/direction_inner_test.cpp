@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "lines/sobel.h"
+#include "lines/edges.h"
 
-namespace vantrel {
+namespace vantrel::lines {
 namespace {
 
 /** The class by the angle itself, in single precision, folded into half a turn. */
@@ -26,10 +26,11 @@ TEST(DirectionClass, IsThatOfTheAngleForEveryGradientThatBytesCanMake) {
   constexpr int kMost = 4 * 255;
   for (int across = -kMost; across <= kMost; ++across) {
     for (int along = -kMost; along <= kMost; ++along) {
-      ASSERT_EQ(direction_class(across, along), class_by_angle(across, along)) << across << ", " << along;
+      ASSERT_EQ(static_cast<int>(direction_of(across, along)), class_by_angle(across, along))
+          << across << ", " << along;
     }
   }
 }
 
 }  // namespace
-}  // namespace vantrel
+}  // namespace vantrel::lines

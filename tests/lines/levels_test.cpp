@@ -1,5 +1,5 @@
 // Brightness classes and black level of rectangles.
-#include "lines/levels.h"
+#include "lines/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The matrix of doubles.
-#include "lines/matrix.h"
+#include "lines/exports.h"
 
 #include <gtest/gtest.h>
 

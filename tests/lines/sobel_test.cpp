@@ -1,5 +1,5 @@
 // Sobel edge and direction maps.
-#include "lines/sobel.h"
+#include "lines/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The tests of candidate border lines.
-#include "lines/verify.h"
+#include "lines/exports.h"
 
 #include <gtest/gtest.h>
 

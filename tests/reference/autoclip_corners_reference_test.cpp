@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "autoclip/corners.h"
+#include "autoclip/exports.h"
 #include "reference/autoclip_corners.h"
 #include "support/random.h"
 #include "support/scans.h"

@@ -1,7 +1,7 @@
 /** The corner finders and the whole operation against the plain ones, over drawn scans. */
 #include <gtest/gtest.h>
 
-#include "autoclip/corner_finder.h"
+#include "autoclip/exports.h"
 #include "reference/autoclip_finder.h"
 #include "support/random.h"
 #include "support/scans.h"

@@ -5,8 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "autoclip/projective.h"
-#include "autoclip/warp.h"
+#include "autoclip/exports.h"
 #include "reference/autoclip_warp.h"
 #include "support/random.h"
 #include "support/scans.h"

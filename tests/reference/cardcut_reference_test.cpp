@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "cardcut/card_cut.h"
+#include "cardcut/exports.h"
 #include "reference/cardcut_finders.h"
 #include "support/drawing.h"
 #include "support/image.h"

@@ -7,7 +7,7 @@
 
 #include <vector>
 
-#include "components/block_list.h"
+#include "components/exports.h"
 
 namespace reference::components {
 

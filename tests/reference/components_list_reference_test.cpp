@@ -1,7 +1,7 @@
 /** The block list against a plain model of it, over long random sequences of operations. */
 #include <gtest/gtest.h>
 
-#include "components/block_list.h"
+#include "components/exports.h"
 #include "reference/components_list_model.h"
 #include "reference/components_nodes.h"
 #include "support/random.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "components/components.h"
+#include "components/exports.h"
 #include "reference/components_flood.h"
 #include "reference/components_nodes.h"
 #include "support/random.h"

@@ -1,7 +1,7 @@
 /** Gray conversion, plane splitting and cropping against the plain ones. */
 #include <gtest/gtest.h>
 
-#include "image/convert.h"
+#include "image/exports.h"
 #include "reference/image_convert.h"
 #include "support/random.h"
 #include "support/scans.h"

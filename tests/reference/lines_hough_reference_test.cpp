@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "components/components.h"
-#include "lines/border_search.h"
+#include "components/exports.h"
+#include "lines/exports.h"
 #include "reference/components_nodes.h"
 #include "reference/lines_hough.h"
 #include "reference/lines_sobel.h"

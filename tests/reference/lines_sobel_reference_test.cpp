@@ -4,8 +4,7 @@
 #include <cmath>
 #include <optional>
 
-#include "lines/levels.h"
-#include "lines/sobel.h"
+#include "lines/exports.h"
 #include "reference/lines_sobel.h"
 #include "support/random.h"
 #include "support/scans.h"

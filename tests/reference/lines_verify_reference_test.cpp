@@ -1,7 +1,7 @@
 /** The tests of candidate lines against the plain ones. */
 #include <gtest/gtest.h>
 
-#include "lines/verify.h"
+#include "lines/exports.h"
 #include "reference/components_nodes.h"
 #include "reference/lines_verify.h"
 #include "support/random.h"

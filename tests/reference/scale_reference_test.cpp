@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "reference/scale_resample.h"
-#include "scale/resample.h"
+#include "scale/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 

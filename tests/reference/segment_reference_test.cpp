@@ -7,7 +7,7 @@
 
 #include "reference/segment_cards.h"
 #include "reference/segment_reduce.h"
-#include "segment/reduce.h"
+#include "segment/exports.h"
 #include "support/drawing.h"
 #include "support/image.h"
 #include "support/random.h"

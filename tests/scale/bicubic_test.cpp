@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "scale/resample.h"
+#include "scale/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 

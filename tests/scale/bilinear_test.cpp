@@ -4,7 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
-#include "scale/resample.h"
+#include "scale/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 

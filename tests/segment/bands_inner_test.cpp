@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace vantrel;
+using namespace vantrel::segment;
 using testing_sheets::Sheet;
 
 /** Rows from a picture of them: '#' is dense. */
@@ -30,9 +30,9 @@ std::string bridged(const std::string& picture, int gap) {
   return picture_of(rows);
 }
 
-std::vector<Band> bands_of(const std::string& picture) {
-  std::vector<Band> room(static_cast<std::size_t>(most_bands(static_cast<int>(picture.size()))));
-  const std::span<Band> bands = collect_bands(rows_from(picture), room);
+std::vector<Span> bands_of(const std::string& picture) {
+  std::vector<Span> room(static_cast<std::size_t>(most_bands(static_cast<int>(picture.size()))));
+  const std::span<Span> bands = collect_bands(rows_from(picture), room);
   return {bands.begin(), bands.end()};
 }
 
@@ -66,9 +66,9 @@ TEST(Bands, NothingIsBridgedToTheEdges) {
 }
 
 TEST(Bands, AreMaximalRuns) {
-  EXPECT_EQ(bands_of("##..###.#"), (std::vector<Band>{{0, 1}, {4, 6}, {8, 8}}));
-  EXPECT_EQ(bands_of("...##.."), (std::vector<Band>{{3, 4}}));
-  EXPECT_EQ(bands_of("####"), (std::vector<Band>{{0, 3}}));
+  EXPECT_EQ(bands_of("##..###.#"), (std::vector<Span>{{0, 2}, {4, 7}, {8, 9}}));
+  EXPECT_EQ(bands_of("...##.."), (std::vector<Span>{{3, 5}}));
+  EXPECT_EQ(bands_of("####"), (std::vector<Span>{{0, 4}}));
   EXPECT_TRUE(bands_of("....").empty());
   EXPECT_TRUE(bands_of("").empty());
 }
@@ -80,9 +80,9 @@ TEST(Bands, EverySecondRowFillsTheRoom) {
   EXPECT_EQ(most_bands(0), 0);
 }
 
-TEST(Bands, MidpointIsRoundedDown) {
-  EXPECT_EQ((Band{3, 6}.midpoint()), 4);
-  EXPECT_EQ((Band{3, 6}.height()), 4);
+TEST(Bands, MiddleRowIsRoundedDown) {
+  EXPECT_EQ(middle_row({3, 7}), 4);
+  EXPECT_EQ(middle_row({4, 7}), 5);
 }
 
 }  // namespace

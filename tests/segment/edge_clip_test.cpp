@@ -1,5 +1,5 @@
 // Border rows from edge counts, and the two projections.
-#include "segment/edge_clip.h"
+#include "segment/edgeclip/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "segment/reduce.h"
+#include "segment/exports.h"
 
 namespace {
 

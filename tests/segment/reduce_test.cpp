@@ -1,5 +1,5 @@
 // Reduced gray copies by subsampling.
-#include "segment/reduce.h"
+#include "segment/exports.h"
 
 #include <gtest/gtest.h>
 

@@ -5,22 +5,15 @@
 
 namespace {
 
-using namespace vantrel;
+using namespace vantrel::segment;
 using testing_sheets::Sheet;
 
-BITMAPINFOHEADER with_resolution(int x, int y) {
-  BITMAPINFOHEADER header{};
-  header.biXPelsPerMeter = x;
-  header.biYPelsPerMeter = y;
-  return header;
-}
-
 TEST(SheetLayout, ResolutionIsTheCoarserOfTwo) {
-  EXPECT_EQ(dots_per_inch(with_resolution(11811, 23622)), 11811.0f / 39.37f);
-  EXPECT_EQ(dots_per_inch(with_resolution(23622, 11811)), 11811.0f / 39.37f);
-  EXPECT_LT(dots_per_inch(with_resolution(9842, 11811)), kLeastDotsPerInch);
-  EXPECT_GE(dots_per_inch(with_resolution(9843, 11811)), kLeastDotsPerInch);
-  EXPECT_LT(dots_per_inch(with_resolution(-5, 11811)), 0.0f);
+  EXPECT_EQ(dots_per_inch(11811, 23622), 11811.0f / 39.37f);
+  EXPECT_EQ(dots_per_inch(23622, 11811), 11811.0f / 39.37f);
+  EXPECT_LT(dots_per_inch(9842, 11811), kLeastDotsPerInch);
+  EXPECT_GE(dots_per_inch(9843, 11811), kLeastDotsPerInch);
+  EXPECT_LT(dots_per_inch(-5, 11811), 0.0f);
 }
 
 TEST(SheetLayout, FactorBringsAScanToAbout100DotsPerInch) {

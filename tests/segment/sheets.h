@@ -5,7 +5,7 @@
 #ifndef VANTREL_TESTS_SEGMENT_SHEETS_H
 #define VANTREL_TESTS_SEGMENT_SHEETS_H
 
-#include "image/bitmap.h"
+#include "image/view.h"
 #include "support/drawing.h"
 
 namespace testing_sheets {
@@ -23,7 +23,7 @@ class Sheet {
     return *this;
   }
 
-  vantrel::ConstPixels view() const { return {image_.record().pBits, image_.height(), cols_, image_.stride()}; }
+  vantrel::image::ConstPixels view() const { return {image_.record().pBits, image_.height(), cols_, image_.stride()}; }
 
  private:
   static constexpr int kPadding = 3;

@@ -78,6 +78,67 @@ class Regions(ctypes.Structure):
     _fields_ = [("counts", ctypes.c_int32 * 2), ("columns", (Rect * 5) * 2)]
 
 
+class View(ctypes.Structure):
+    """vantrel_image"""
+
+    _fields_ = [("data", ctypes.c_void_p), ("width", ctypes.c_int32), ("height", ctypes.c_int32),
+                ("stride", ctypes.c_ssize_t), ("format", ctypes.c_int), ("dpi", ctypes.c_double)]
+
+
+class Options(ctypes.Structure):
+    """vantrel_find_options"""
+
+    _fields_ = [("size", ctypes.c_size_t), ("methods", ctypes.POINTER(ctypes.c_int)), ("method_count", ctypes.c_size_t),
+                ("analysis_dpi", ctypes.c_double), ("most_cards", ctypes.c_int32), ("straighten", ctypes.c_int32)]
+
+
+class Side(ctypes.Structure):
+    """vantrel_side"""
+
+    _fields_ = [("found", ctypes.c_int32), ("confidence", ctypes.c_double)]
+
+
+class Card(ctypes.Structure):
+    """vantrel_card"""
+
+    _fields_ = [("size", ctypes.c_size_t), ("quad", ctypes.c_double * 8), ("side", Side * 4), ("tilt", ctypes.c_double),
+                ("confidence", ctypes.c_double), ("method", ctypes.c_int)]
+
+    @property
+    def sides(self):
+        """side name -> found"""
+        return {name: bool(side.found) for name, side in zip(SIDES, self.side)}
+
+    @property
+    def corner_points(self):
+        """Four rows of (x, y), ordered as CORNERS."""
+        return np.array(self.quad, dtype=float).reshape(4, 2)[[0, 1, 3, 2]]
+
+
+class Line(ctypes.Structure):
+    """vantrel_line"""
+
+    _fields_ = [("a", ctypes.c_double), ("b", ctypes.c_double), ("c", ctypes.c_double)]
+
+
+class DarkSide(ctypes.Structure):
+    """vantrel_dark_side; the band is left, top, right, bottom"""
+
+    _fields_ = [("line", Line), ("band", ctypes.c_int32 * 4), ("found", ctypes.c_int32), ("votes", ctypes.c_double)]
+
+
+class DarkGlass(ctypes.Structure):
+    """vantrel_dark_glass"""
+
+    _fields_ = [("size", ctypes.c_size_t), ("reduction", ctypes.c_int32), ("width", ctypes.c_int32),
+                ("height", ctypes.c_int32), ("has_lines", ctypes.c_int32), ("has_corners", ctypes.c_int32),
+                ("side", DarkSide * 4), ("corners", ctypes.c_double * 8), ("box", ctypes.c_int32 * 4)]
+
+
+GRAY, RGB = 1, 3  # vantrel_format
+DARK_GLASS, FLAT_LIGHT, SHEET = 1, 2, 3  # vantrel_method
+
+
 def stride_of(width, bits):
     return (width * bits + 31) // 32 * 4
 
@@ -195,6 +256,23 @@ class Library:
         block, found = Block(self.gray(image)), CornerSearch()
         self._so.vantrel_find_corners(block.record, ctypes.byref(found))
         return found
+
+    def find(self, image, dpi=0.0, method=DARK_GLASS, analysis_dpi=0.0):
+        """vantrel_find with one method, on a gray or colour picture: its cards, and what was seen on dark glass."""
+        pixels = np.ascontiguousarray(np.asarray(image), dtype=np.uint8)
+        height, width = pixels.shape[:2]
+        view = View(pixels.ctypes.data, width, height, pixels.strides[0], GRAY if pixels.ndim == 2 else RGB, dpi)
+        options = Options(ctypes.sizeof(Options), (ctypes.c_int * 1)(method), 1, analysis_dpi, 0, 0)
+        handle = ctypes.c_void_p()
+        status = self._so.vantrel_find(ctypes.byref(view), ctypes.byref(options), ctypes.byref(handle))
+        if status != 0:
+            raise RuntimeError(f"vantrel_find: {status}")
+        cards, seen = [Card(ctypes.sizeof(Card))], DarkGlass(ctypes.sizeof(DarkGlass))
+        while self._so.vantrel_cards_get(handle, ctypes.c_size_t(len(cards) - 1), ctypes.byref(cards[-1])) == 0:
+            cards.append(Card(ctypes.sizeof(Card)))
+        self._so.vantrel_cards_dark_glass(handle, ctypes.byref(seen))
+        self._so.vantrel_cards_release(handle)
+        return cards[:-1], seen
 
     def card_rectangle(self, image):
         """The card finder's answer on a light lid, CutCard or CutCard24 by depth: (done, box)."""

@@ -1,0 +1,23 @@
+/**
+ * @file words.h
+ * @brief Names and sentences that several commands share.
+ */
+#ifndef VANTREL_CLI_WORDS_H
+#define VANTREL_CLI_WORDS_H
+
+#include <vantrel_cards.h>
+
+#include <array>
+#include <string>
+
+namespace tool {
+
+/** By vantrel_side_index. */
+inline constexpr std::array kSideNames = {"top", "bottom", "left", "right"};
+
+/** Why there is no card: the library's sentence, with the number that bounds what it takes. */
+std::string words_of(vantrel_reason reason);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,47 @@
+#include "autoclip/gradient_corners.h"
+
+#include "lines/edge_maps.h"
+#include "lines/pair_search.h"
+
+namespace vantrel::autoclip {
+namespace {
+
+using geometry::Rect;
+using geometry::Side;
+using lines::Direction;
+
+/** Two opposite borders by the edge pixels of one direction. */
+lines::BorderPair find_pair(const lines::EdgeMaps& maps, const Rect& area, Direction direction,
+                            const lines::AngleTables& tables, bool& complete) {
+  if (!maps.has_points(area, direction, lines::kLeastPairPoints)) return {};
+  lines::PairSearch search(area.rows.end, area.cols.end, direction == Direction::kAcrossRows, tables);
+  complete = complete && search.ready();
+  if (!search.ready()) return {};
+  vote_band(maps, area, direction, search);
+  return search.find();
+}
+
+}  // namespace
+
+GradientSearch find_gradient_corners(image::ConstPixels gray) {
+  GradientSearch search;
+  if (gray.empty()) return search;
+  lines::EdgeMaps maps(gray);
+  search.complete = maps.ready();
+  if (!maps.ready()) return search;
+  // The whole image as interior leaves the operator's margins: a frame of 1/15 of the rows and 1/25 of the columns.
+  // Its sides are kept in 16 bits: of a longer one nothing, or another part, is passed over.
+  const Rect whole{{0, gray.rows}, {0, gray.cols}};
+  maps.detect({{0, static_cast<std::int16_t>(gray.rows)}, {0, static_cast<std::int16_t>(gray.cols)}});
+
+  const lines::DegreeTables tables;
+  const lines::BorderPair level = find_pair(maps, whole, Direction::kAcrossRows, tables, search.complete);
+  if (!level.found) return search;
+  const lines::BorderPair upright = find_pair(maps, whole, Direction::kAlongRows, tables, search.complete);
+  if (!upright.found) return search;
+  search.has_lines = true;
+  search.corners = intersect({{level.first, level.second, upright.first, upright.second}});
+  return search;
+}
+
+}  // namespace vantrel::autoclip

@@ -1,0 +1,145 @@
+#include "cardcut/hough.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace vantrel::cardcut {
+
+using geometry::Span;
+
+namespace {
+
+// Not the full constant: the last bits of the tabulated sines and cosines decide where votes fall.
+constexpr double kPi = 3.14159265;
+
+/** The longest diagonal for which counters of all distances stay within the library's limit of 2^31 - 1 bytes. */
+constexpr std::int64_t kLongestDiagonal =
+    std::numeric_limits<std::int32_t>::max() / (kAngles * std::int64_t{sizeof(std::int32_t)}) - 1;
+
+/** The diagonal in whole pixels. */
+std::int64_t diagonal(std::int64_t cols, std::int64_t rows) {
+  const auto square = static_cast<std::uint64_t>(cols * cols) + static_cast<std::uint64_t>(rows * rows);
+  return static_cast<std::int64_t>(std::sqrt(static_cast<double>(square)) + 0.5);
+}
+
+int rounded(float value) { return static_cast<int>(static_cast<double>(value) + 0.5); }
+
+using Trigonometry = double(double);
+
+std::array<float, kAngles> table_of(Trigonometry& function) {
+  std::array<float, kAngles> table{};
+  for (int k = 0; k < kAngles; ++k) {
+    const double angle = ((k - kHorizontal) * 0.5 + 90.0) * kPi / 180.0;
+    table[static_cast<std::size_t>(k)] = static_cast<float>(function(angle));
+  }
+  return table;
+}
+
+}  // namespace
+
+bool HoughAccumulator::reaches(int rows, int cols) { return diagonal(cols, rows) <= kLongestDiagonal; }
+
+HoughAccumulator::HoughAccumulator(int rows, int cols, std::span<const Span> bands)
+    : cols_(cols),
+      centre_(cols / 2),
+      diagonal_(static_cast<int>(diagonal(cols, rows))),
+      sine_(table_of(std::sin)),
+      cosine_(table_of(std::cos)),
+      counters_(counters_for(bands)) {}
+
+std::size_t HoughAccumulator::counters_for(std::span<const Span> bands) const {
+  int distances = 0;
+  for (const Span band : bands) distances = std::max(distances, distances_of(band).size());
+  return static_cast<std::size_t>(distances) * kAngles;
+}
+
+Span HoughAccumulator::distances_of(Span band) const {
+  if (band.empty() || cols_ <= 0) return {};
+  // Rounding keeps the order of what it rounds, so the corners of the band have the extreme distances at each angle.
+  int least = std::numeric_limits<int>::max();
+  int most = 0;
+  for (std::size_t k = 0; k < kAngles; ++k) {
+    for (const int row : {band.first, band.last()}) {
+      for (const int column : {0, cols_ - 1}) {
+        const int distance =
+            rounded(static_cast<float>(column - centre_) * cosine_[k] + static_cast<float>(row) * sine_[k]);
+        least = std::min(least, distance);
+        most = std::max(most, distance);
+      }
+    }
+  }
+  const Span distances = geometry::common({least, most + 1}, {0, diagonal_ + 1});
+  return distances.empty() ? Span{} : distances;
+}
+
+void HoughAccumulator::clear(Span band) {
+  distances_ = distances_of(band);
+  std::fill_n(counters_.get(), std::ptrdiff_t{distances_.size()} * kAngles, 0);
+}
+
+std::int32_t HoughAccumulator::votes(int distance, int angle) const {
+  if (!distances_.contains(distance)) return 0;
+  return counters_[static_cast<std::size_t>(distance - distances_.first) * kAngles + static_cast<std::size_t>(angle)];
+}
+
+Peak HoughAccumulator::strongest(int distance) const {
+  Peak best = {distance, kHorizontal, 0};
+  for (int k = 0; k < kAngles; ++k) {
+    if (votes(distance, k) > best.votes) best = {distance, k, votes(distance, k)};
+  }
+  return best;
+}
+
+std::optional<Peak> HoughAccumulator::peak(int distance, int neighbour, int share) const {
+  const Peak best = strongest(distance);
+  if (std::int64_t{share} * best.votes <= cols_ || votes(neighbour, best.angle) > best.votes) return std::nullopt;
+  return best;
+}
+
+// Of the distances from 0 to the diagonal neither search looks at the last, nor the upper one at the first.
+
+std::optional<Peak> HoughAccumulator::lowest_peak(int share) const {
+  const Span searched = geometry::common(distances_, {0, diagonal_});
+  for (int distance = searched.first; distance < searched.end; ++distance) {
+    if (const auto line = peak(distance, distance + 1, share)) return line;
+  }
+  return std::nullopt;
+}
+
+std::optional<Peak> HoughAccumulator::highest_peak(int share) const {
+  const Span searched = geometry::common(distances_, {1, diagonal_});
+  for (int distance = searched.last(); distance >= searched.first; --distance) {
+    if (const auto line = peak(distance, distance - 1, share)) return line;
+  }
+  return std::nullopt;
+}
+
+int HoughAccumulator::row_at(Peak line, int column) const {
+  const auto angle = static_cast<std::size_t>(line.angle);
+  const float across = static_cast<float>(column - centre_) * cosine_[angle];
+  return rounded((static_cast<float>(line.distance) - across) / sine_[angle]);
+}
+
+RowVotes::RowVotes(HoughAccumulator& accumulator, int row, geometry::AngleSpan angles)
+    : accumulator_(accumulator), angles_(angles) {
+  for (std::size_t k = 0; k < kAngles; ++k) row_part_[k] = static_cast<float>(row) * accumulator.sine_[k];
+}
+
+void RowVotes::add(int column) {
+  const auto x = static_cast<float>(column - accumulator_.centre_);
+  int distance[kAngles];
+  for (std::size_t k = 0; k < kAngles; ++k) distance[k] = rounded(x * accumulator_.cosine_[k] + row_part_[k]);
+
+  std::int32_t* const counters = accumulator_.counters_.get();
+  const int nearest = accumulator_.distances_.first;
+  const auto distances = static_cast<unsigned>(accumulator_.distances_.size());
+  const auto [first, last] = angles_;
+  for (int k = first; k <= last; ++k) {
+    // Distances below 0 have no counters. As unsigned numbers they lie above the last counter too.
+    const int offset = distance[k] - nearest;
+    if (static_cast<unsigned>(offset) < distances) ++counters[offset * kAngles + k];
+  }
+}
+
+}  // namespace vantrel::cardcut

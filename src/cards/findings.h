@@ -1,0 +1,66 @@
+/**
+ * @file findings.h
+ * @brief What was found on one scan, and by which method: what a handle points at.
+ */
+#ifndef VANTREL_CARDS_FINDINGS_H
+#define VANTREL_CARDS_FINDINGS_H
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "cards/limits.h"
+#include "vantrel_cards.h"
+
+namespace vantrel::cards {
+
+/** The methods in the order in which they are tried by default. */
+inline constexpr std::array kMethods = {VANTREL_METHOD_DARK_GLASS, VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
+
+/** Distinguishes a handle from other memory. */
+inline constexpr std::uint64_t kHandleTag = 0x76616e7472656c63;
+
+}  // namespace vantrel::cards
+
+struct vantrel_cards {
+  std::uint64_t tag = vantrel::cards::kHandleTag;
+  std::size_t count = 0;
+  std::array<vantrel_card, vantrel::cards::kMostCards> cards{};
+  std::array<vantrel_reason, vantrel::cards::kMethods.size()> reasons = {
+      VANTREL_REASON_NOT_TRIED, VANTREL_REASON_NOT_TRIED, VANTREL_REASON_NOT_TRIED};
+  // What only one method knows; its `size` stays 0 while there is nothing to tell.
+  vantrel_dark_glass dark_glass{};
+  vantrel_flat_light flat_light{};
+  vantrel_sheet sheet{};
+};
+
+namespace vantrel::cards {
+
+/** Whether there is such a method. */
+constexpr bool is_method(vantrel_method method) {
+  return method == VANTREL_METHOD_DARK_GLASS || method == VANTREL_METHOD_FLAT_LIGHT || method == VANTREL_METHOD_SHEET;
+}
+
+/** Where the reason of a method that there is stands. */
+constexpr std::size_t index_of(vantrel_method method) { return static_cast<std::size_t>(method) - 1; }
+
+/** Adds a card; there is room. */
+inline void add_card(vantrel_cards& found, const vantrel_card& card) { found.cards[found.count++] = card; }
+
+/** How many sides were found. */
+constexpr int count_found(const vantrel_side (&sides)[4]) {
+  int count = 0;
+  for (const vantrel_side& side : sides) count += side.found;
+  return count;
+}
+
+/** The mean over the sides. */
+constexpr double mean_confidence(const vantrel_side (&sides)[4]) {
+  double sum = 0.0;
+  for (const vantrel_side& side : sides) sum += side.confidence;
+  return sum / 4;
+}
+
+}  // namespace vantrel::cards
+
+#endif

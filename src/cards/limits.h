@@ -1,0 +1,33 @@
+/**
+ * @file limits.h
+ * @brief The numbers that bound what is taken, each from the room whose it is.
+ */
+#ifndef VANTREL_CARDS_LIMITS_H
+#define VANTREL_CARDS_LIMITS_H
+
+#include <cstdint>
+#include <limits>
+
+#include "cardcut/find_card.h"
+#include "scale/enlarge.h"
+#include "segment/groups.h"
+#include "segment/sheet_layout.h"
+
+namespace vantrel::cards {
+
+/** The longest side of a scan that is searched: the finders keep positions in 16 bits. */
+inline constexpr int kMostFinderSide = std::numeric_limits<std::int16_t>::max();
+
+/** The shortest side of a coloured scan on a flat, light background. */
+inline constexpr int kLeastColourSide = cardcut::kLeastColourSide;
+
+/** The least dots per inch of a sheet, and the most cards on one, in two columns. */
+inline constexpr int kLeastSheetDpi = static_cast<int>(segment::kLeastDotsPerInch);
+inline constexpr int kMostCards = 2 * segment::kMostGroups;
+
+/** The longest side of an image that is enlarged. */
+inline constexpr int kMostEnlargedSide = scale::kLongestSide;
+
+}  // namespace vantrel::cards
+
+#endif

@@ -1,0 +1,26 @@
+#include "image/gray.h"
+
+namespace vantrel::image {
+
+void to_gray(ConstPixels colour, Pixels gray) {
+  for (int r = 0; r < gray.rows; ++r) {
+    const unsigned char* pixel = colour.row(r);
+    unsigned char* level = gray.row(r);
+    for (int c = 0; c < gray.cols; ++c, pixel += 3) level[c] = gray_level(pixel[0], pixel[1], pixel[2]);
+  }
+}
+
+void split_planes(ConstPixels colour, const std::array<unsigned char*, 3>& planes, std::ptrdiff_t plane_stride) {
+  const auto [first, second, third] = planes;
+  for (int r = 0; r < colour.rows; ++r) {
+    const unsigned char* pixel = colour.row(r);
+    const std::ptrdiff_t row = std::ptrdiff_t{r} * plane_stride;
+    for (int c = 0; c < colour.cols; ++c, pixel += 3) {
+      first[row + c] = pixel[0];
+      second[row + c] = pixel[1];
+      third[row + c] = pixel[2];
+    }
+  }
+}
+
+}  // namespace vantrel::image

@@ -1,0 +1,28 @@
+/**
+ * @file gray.h
+ * @brief Colour to gray, and interleaved colour to planes.
+ */
+#ifndef VANTREL_IMAGE_GRAY_H
+#define VANTREL_IMAGE_GRAY_H
+
+#include <array>
+
+#include "image/view.h"
+
+namespace vantrel::image {
+
+/** The gray level of a colour: (2 blue + 9 green + 5 red) / 16, truncated. */
+constexpr unsigned char gray_level(int blue, int green, int red) {
+  // The weights are sixteenths, coarser than the usual luminance weights; their sum keeps the level within a byte.
+  return static_cast<unsigned char>((2 * blue + 9 * green + 5 * red) / 16);
+}
+
+/** Writes the gray levels of blue, green and red pixels; both views have the same size. */
+void to_gray(ConstPixels colour, Pixels gray);
+
+/** Splits pixels of three bytes into three planes of one stride. */
+void split_planes(ConstPixels colour, const std::array<unsigned char*, 3>& planes, std::ptrdiff_t plane_stride);
+
+}  // namespace vantrel::image
+
+#endif

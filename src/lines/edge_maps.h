@@ -1,0 +1,67 @@
+/**
+ * @file edge_maps.h
+ * @brief The edge and direction maps of a scan, and the edge points collected from them.
+ */
+#ifndef VANTREL_LINES_EDGE_MAPS_H
+#define VANTREL_LINES_EDGE_MAPS_H
+
+#include <cstddef>
+
+#include "geometry/span.h"
+#include "image/view.h"
+#include "image/work_array.h"
+#include "lines/edges.h"
+
+namespace vantrel::lines {
+
+/** An edge point: memory row and column. */
+struct EdgePoint {
+  float row;
+  float col;
+};
+
+/** Calls `found(row, column)` for every edge pixel of one direction byte in an area, row by row. */
+template <class Found>
+void for_each_edge(image::ConstPixels edge, image::ConstPixels direction, const geometry::Rect& area, int value,
+                   Found found) {
+  for (int r = area.rows.first; r < area.rows.end; ++r) {
+    const unsigned char* edges = edge.row(r);
+    const unsigned char* directions = direction.row(r);
+    for (int c = area.cols.first; c < area.cols.end; ++c) {
+      if (edges[c] == kEdge && directions[c] == value) found(r, c);
+    }
+  }
+}
+
+/** The edge and direction maps of a gray image. Their rows are padded to whole 32-bit words, the padding no edge. */
+class EdgeMaps {
+ public:
+  /** Allocates maps without an edge; check `ready` before use. */
+  explicit EdgeMaps(image::ConstPixels gray);
+
+  bool ready() const { return edge_.ready() && direction_.ready(); }
+
+  /** Marks the edges outside the interior rectangle (see mark_edges). */
+  void detect(const geometry::Rect& interior);
+
+  /** Calls `found(row, column)` for every edge pixel of a direction in an area, row by row. */
+  template <class Found>
+  void for_each_point(const geometry::Rect& area, Direction direction, Found found) const {
+    for_each_edge(edge(), {direction_.get(), gray_.rows, gray_.cols, stride_}, area, static_cast<int>(direction), found);
+  }
+
+  /** Whether an area has at least so many of them. */
+  bool has_points(const geometry::Rect& area, Direction direction, int least) const;
+
+  image::ConstPixels edge() const { return {edge_.get(), gray_.rows, gray_.cols, stride_}; }
+
+ private:
+  image::ConstPixels gray_;
+  std::ptrdiff_t stride_;
+  image::WorkArray<unsigned char> edge_;
+  image::WorkArray<unsigned char> direction_;
+};
+
+}  // namespace vantrel::lines
+
+#endif

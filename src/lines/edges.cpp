@@ -1,0 +1,93 @@
+#include "lines/edges.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace vantrel::lines {
+namespace {
+
+/** A gradient makes an edge when its magnitude, truncated to an integer, is above 200: its square is at least 201^2. */
+constexpr int kEdgeMagnitudeSquared = 201 * 201;
+
+/** Where direction classes meet, as tangents of the angle from the across-rows axis. */
+struct ClassBounds {
+  double across_to_diagonal; /**< kAcrossRows and kRising, first quadrant */
+  double diagonal_to_along;  /**< kRising and kAlongRows, first quadrant */
+  double along_to_diagonal;  /**< kAlongRows and kFalling, second quadrant */
+  double diagonal_to_across; /**< kFalling and kAcrossRows, second quadrant */
+};
+
+/**
+ * The bounds are the odd eighths of half a turn, to five decimals: 0.39269, 1.17809, 1.96345, 2.74883. Angles of the
+ * lower half-plane are folded up by 3.14159, a little less than half a turn, which moves their bounds up by 0.0000027.
+ */
+constexpr ClassBounds kUpper{0.41420292, 2.41416409, 2.41452366, 0.41428804};
+constexpr ClassBounds kLower{0.41420603, 2.41418221, 2.41450554, 0.41428493};
+
+/** Three neighbouring rows, in memory order. */
+struct RowTriple {
+  const unsigned char* before;
+  const unsigned char* here;
+  const unsigned char* after;
+};
+
+/** Computes the gradients in columns [from, to) of a row and marks them in its edge and direction rows. */
+void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
+  const auto [before, here, after] = gray;
+  for (int j = from; j < to; ++j) {
+    const int across_rows =
+        (before[j - 1] + 2 * before[j] + before[j + 1]) - (after[j - 1] + 2 * after[j] + after[j + 1]);
+    const int along_rows =
+        (before[j + 1] + 2 * here[j + 1] + after[j + 1]) - (before[j - 1] + 2 * here[j - 1] + after[j - 1]);
+    if (across_rows * across_rows + along_rows * along_rows < kEdgeMagnitudeSquared) {
+      edge[j] = kNoEdge;
+      direction[j] = static_cast<unsigned char>(Direction::kNone);
+    } else {
+      edge[j] = kEdge;
+      direction[j] = static_cast<unsigned char>(direction_of(across_rows, along_rows));
+    }
+  }
+}
+
+}  // namespace
+
+Direction direction_of(int across_rows, int along_rows) {
+  using enum Direction;
+  const bool lower = along_rows < 0;
+  const ClassBounds& bound = lower ? kLower : kUpper;
+  const double across = lower ? -across_rows : across_rows;
+  const double along = lower ? -along_rows : along_rows;
+  if (across > 0) {
+    if (along < across * bound.across_to_diagonal) return kAcrossRows;
+    return along < across * bound.diagonal_to_along ? kRising : kAlongRows;
+  }
+  if (along > -across * bound.along_to_diagonal) return kAlongRows;
+  return along > -across * bound.diagonal_to_across ? kFalling : kAcrossRows;
+}
+
+void mark_edges(image::ConstPixels gray, image::Pixels edge, image::Pixels direction, const geometry::Rect& interior) {
+  const int row_margin = gray.rows / 15;
+  const int col_margin = gray.cols / 25;
+  // The last two rows and columns are never visited.
+  const int col_end = gray.cols - 2;
+  const int skip_from = std::clamp(interior.cols.first + col_margin + 1, 1, std::max(col_end, 1));
+  const int skip_to = std::clamp(interior.cols.end - col_margin, skip_from, std::max(col_end, skip_from));
+
+  for (int i = 1; i < gray.rows - 2; ++i) {
+    const RowTriple triple{gray.row(i - 1), gray.row(i), gray.row(i + 1)};
+    unsigned char* edges = edge.row(i);
+    unsigned char* directions = direction.row(i);
+    if (i > interior.rows.first + row_margin && i < interior.rows.end - row_margin) {
+      const auto skipped = static_cast<std::size_t>(skip_to - skip_from);
+      mark_row(triple, edges, directions, 1, skip_from);
+      std::memset(edges + skip_from, kNoEdge, skipped);
+      std::memset(directions + skip_from, static_cast<int>(Direction::kNone), skipped);
+      mark_row(triple, edges, directions, skip_to, col_end);
+    } else {
+      mark_row(triple, edges, directions, 1, col_end);
+    }
+  }
+}
+
+}  // namespace vantrel::lines
