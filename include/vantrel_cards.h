@@ -329,11 +329,12 @@ typedef struct vantrel_dark_glass {
   int32_t reduction; /**< the analysed copy was so many times smaller than the scan */
   int32_t width;     /**< of the analysed copy */
   int32_t height;
-  int32_t has_lines;          /**< whether `sides` is filled */
-  int32_t has_corners;        /**< whether `corners` and `box` are filled; they were refused unless there is a card */
+  int32_t has_lines;          /**< whether `sides` tells more than the bands */
+  int32_t has_corners;        /**< whether what follows `sides` is filled; it was refused unless there is a card */
   vantrel_dark_side sides[4]; /**< by vantrel_side_index */
   vantrel_quad corners;
   vantrel_rect box; /**< the corners' bounding box; its bounds are pixels that it includes */
+  double tilt;      /**< of the corners, as in vantrel_card */
 } vantrel_dark_glass;
 
 /** What the method for a flat, light background saw. Set `size` to its sizeof. */

@@ -56,10 +56,16 @@ vantrel_rect box_in_scan(const autoclip::CornerBox& box, int times) {
   return {box.left * times, box.top * times, box.right * times, box.bottom * times};
 }
 
-vantrel_dark_side side_in_scan(Side side, const FoundSide& found, const Analysed& analysed) {
-  const geometry::Rect band = autoclip::side_band(side, analysed.rows, analysed.cols).area;
-  return {line_in_scan(found.line, analysed), rect_in_scan(band, analysed), found.found ? 1 : 0,
-          found.found ? found.votes : 0.0};
+/** A side's band, and, once lines were looked for, what was found there. */
+vantrel_dark_side side_in_scan(Side side, const CornerSearch& search, const Analysed& analysed) {
+  vantrel_dark_side result{};
+  result.band = rect_in_scan(autoclip::side_band(side, analysed.rows, analysed.cols).area, analysed);
+  if (!search.has_lines()) return result;
+  const FoundSide& found = search.sides[side];
+  result.line = line_in_scan(found.line, analysed);
+  result.found = found.found ? 1 : 0;
+  result.votes = found.found ? found.votes : 0.0;
+  return result;
 }
 
 /** The share of an edge that lies on border pixels. */
@@ -76,12 +82,11 @@ vantrel_dark_glass details_of(const CornerSearch& search, const Analysed& analys
   details.height = analysed.rows;
   details.has_lines = search.has_lines() ? 1 : 0;
   details.has_corners = search.has_corners() ? 1 : 0;
-  for (int side = 0; side < 4 && search.has_lines(); ++side) {
-    details.sides[side] = side_in_scan(core_side(side), search.sides[core_side(side)], analysed);
-  }
+  for (int side = 0; side < 4; ++side) details.sides[side] = side_in_scan(core_side(side), search, analysed);
   if (search.has_corners()) {
     details.corners = scaled(quad_of(search.corners), analysed.times);
     details.box = box_in_scan(search.box, analysed.times);
+    details.tilt = tilt(details.corners);
   }
   return details;
 }
@@ -94,7 +99,7 @@ vantrel_card card_of(const CornerSearch& search, const Analysed& analysed) {
   for (int side = 0; side < 4; ++side) {
     card.sides[side] = evidence(search.sides[core_side(side)], lengths[static_cast<std::size_t>(side)]);
   }
-  card.tilt = tilt(corners);
+  card.tilt = tilt(card.corners);
   card.confidence = mean_confidence(card.sides);
   card.method = VANTREL_METHOD_DARK_GLASS;
   return card;

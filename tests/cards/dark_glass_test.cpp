@@ -175,6 +175,7 @@ TEST(DarkGlass, TellsTheTiltClockwise) {
     EXPECT_NEAR(card.corners.bottom_right.y, corners[7], 2);
     // the lines of the sides run through the corners
     const vantrel_dark_glass details = details_of(cards);
+    EXPECT_EQ(details.tilt, card.tilt);
     for (const int side : {VANTREL_SIDE_TOP, VANTREL_SIDE_LEFT}) {
       const vantrel_line& line = details.sides[side].line;
       EXPECT_NEAR(line.a * card.corners.top_left.x + line.b * card.corners.top_left.y, line.c, 0.2);
@@ -231,6 +232,9 @@ TEST(DarkGlass, HasNothingToTellOfABlankScan) {
   EXPECT_EQ(details.has_lines, 0);
   EXPECT_EQ(details.has_corners, 0);
   expect_line(details.sides[VANTREL_SIDE_TOP].line, 0, 0, 0);
+  // But where it looked.
+  EXPECT_EQ(pictures::bounds(details.sides[VANTREL_SIDE_TOP].band), (std::array{0, 0, 400, 38}));
+  EXPECT_EQ(pictures::bounds(details.sides[VANTREL_SIDE_RIGHT].band), (std::array{320, 0, 400, 300}));
 }
 
 TEST(DarkGlass, GivesTheSameForAPartOfAScanAsForAScan) {

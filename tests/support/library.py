@@ -132,7 +132,8 @@ class DarkGlass(ctypes.Structure):
 
     _fields_ = [("size", ctypes.c_size_t), ("reduction", ctypes.c_int32), ("width", ctypes.c_int32),
                 ("height", ctypes.c_int32), ("has_lines", ctypes.c_int32), ("has_corners", ctypes.c_int32),
-                ("side", DarkSide * 4), ("corners", ctypes.c_double * 8), ("box", ctypes.c_int32 * 4)]
+                ("side", DarkSide * 4), ("corners", ctypes.c_double * 8), ("box", ctypes.c_int32 * 4),
+                ("tilt", ctypes.c_double)]
 
 
 GRAY, RGB = 1, 3  # vantrel_format
