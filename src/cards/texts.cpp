@@ -53,9 +53,9 @@ const char* text_of(vantrel_reason reason) {
     case VANTREL_REASON_SCAN_TOO_LARGE:
       return "a side of the scan is too long to be searched";
     case VANTREL_REASON_RESOLUTION_UNKNOWN:
-      return "the resolution of the scan is not known";
+      return "the resolution is not known";
     case VANTREL_REASON_RESOLUTION_TOO_LOW:
-      return "the resolution of the scan is too low";
+      return "the resolution is too low";
   }
   return "an unknown reason";
 }
