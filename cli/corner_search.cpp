@@ -29,14 +29,6 @@ Json verdict_of(vantrel_reason reason) {
   }
 }
 
-/** How far the middle between the upper and the lower edge is turned, in degrees; positive clockwise. */
-double tilt_of(const vantrel_quad& q) {
-  constexpr double kDegrees = 57.29577951308232;
-  const double top = std::atan2(q.top_right.y - q.top_left.y, q.top_right.x - q.top_left.x);
-  const double bottom = std::atan2(q.bottom_right.y - q.bottom_left.y, q.bottom_right.x - q.bottom_left.x);
-  return (top + bottom) / 2 * kDegrees;
-}
-
 std::string one_decimal(double value) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%.1f", value);
@@ -58,7 +50,7 @@ std::string defaulted_sides(const CornerSearch& search) {
  */
 Json json_of_line(const vantrel_dark_glass& seen, const vantrel_dark_side& side) {
   const double a = side.line.a;
-  const double b = -side.line.b;
+  const double b = 0.0 - side.line.b;  // which keeps a zero positive
   const double c = side.line.c / seen.reduction - a / 2 + b * (seen.height - 0.5);
   return {{"a", a}, {"b", b}, {"c", static_cast<float>(c)}, {"found", side.found != 0}};
 }
@@ -117,7 +109,7 @@ CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
 std::string words_of(const CornerSearch& search) {
   if (!search.has_card()) return words_of(search.reason);
   return std::to_string(search.sides_found()) + " of 4 sides found" + defaulted_sides(search) + ", tilt " +
-         one_decimal(tilt_of(search.corners())) + " degrees";
+         one_decimal(search.seen.tilt) + " degrees";
 }
 
 Json json_of(const vantrel_quad& corners) {
@@ -144,13 +136,12 @@ Json json_of(const CornerSearch& search) {
                {"searched", {{"width", seen.width}, {"height", seen.height}}}};
   if (seen.has_lines != 0) json["sides"] = json_of_sides(seen);
   if (seen.has_corners != 0) {
-    const vantrel_quad corners = search.corners();
-    json["corners"] = json_of(corners);
+    json["corners"] = json_of(search.corners());
     json["box"] = {{"left", seen.box.left * search.scale},
                    {"top", seen.box.top * search.scale},
                    {"right", seen.box.right * search.scale},
                    {"bottom", seen.box.bottom * search.scale}};
-    json["tilt"] = std::round(tilt_of(corners) * 1000) / 1000;
+    json["tilt"] = std::round(seen.tilt * 1000) / 1000;
   }
   return json;
 }
