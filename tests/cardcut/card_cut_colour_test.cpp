@@ -158,6 +158,15 @@ TEST(CutCard24, AcceptsAMiddleLineOverAFifthOfTheWidth) {
   EXPECT_EQ(cut(short_line)[3], 50) << "36 columns from 60 on";
 }
 
+TEST(CutCard24, CountsTheMiddleCheckFromZero) {
+  // 45 columns of the right third are enough votes for a candidate and one column too few for its check. They are not
+  // added to the 36 of the middle line.
+  Image image(180, 400, 24, kGround);
+  fill(image, 35, 96, 60, 200, kCard);
+  ladder(image, 130, 175, 0, 90);
+  EXPECT_EQ(cut(image)[3], 50);
+}
+
 /** An upper border that changes the blue of even columns and the red of odd ones, in `columns` columns. */
 Image two_coloured_upper_border(int width, int columns) {
   Image image(width, 400, 24, kGround);

@@ -146,6 +146,12 @@ TEST(CutCard, CarriesTheRightCheckCountIntoTheMiddleCheck) {
   EXPECT_EQ(cut(alone), (Bounds{0, 149, 119, 0}));
 }
 
+TEST(CutCard, RefusesAnImageWhoseVotesDoNotFitInABlock) {
+  Image wide(25565281, 1, 8);  // 25565282 distances of 21 counters of 4 bytes are 41 bytes more than 2^31 - 1
+  MYRECT rect{};
+  EXPECT_FALSE(CutCard(wide.ptr(), rect));
+}
+
 TEST(CutCard, CountsDifferencesFromElevenLevels) {
   Image weak(120, 150, 8, kGround);
   fill(weak, 0, 120, 30, 60, kGround + 10);

@@ -1,6 +1,7 @@
 // The two enlarging entries.
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <utility>
 
 #include "support/image.h"
@@ -76,6 +77,17 @@ TEST_P(EnlargingEntry, RoundsTheWidthUpToAMultipleOfFour) {
       Image out;
       ASSERT_EQ(enlarge(image, out), 1);
       expect_size(out, 12, 6, depth);
+    }
+  }
+}
+
+TEST_P(EnlargingEntry, EnlargesImagesWithoutPixels) {
+  for (const auto& [width, height, wider] : {std::tuple{0, 5, 0}, std::tuple{5, 0, 12}, std::tuple{0, 0, 0}}) {
+    for (const int depth : {8, 24}) {
+      Image image(width, height, depth);
+      Image out;
+      ASSERT_EQ(enlarge(image, out), 1) << width << " x " << height;
+      expect_size(out, wider, 2 * height, depth);
     }
   }
 }

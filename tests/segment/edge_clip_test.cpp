@@ -49,6 +49,13 @@ TEST(ClipImg, WithoutStrongEdgesTheExtremeRowsAreGiven) {
   expect_rows(slope, 0, 39);
 }
 
+TEST(ClipImg, AnImageWithoutPixelsHasItsExtremeRowsToo) {
+  Image narrow(0, 40, 8);
+  expect_rows(narrow, 0, 39);
+  Image low(40, 0, 8);
+  expect_rows(low, 0, -1);
+}
+
 TEST(ClipImg, AThinLineIsReportedByTheRowBeforeIt) {
   for (int height : {96, 104, 160}) {
     Image scan(200, height, 8, 255);
