@@ -7,33 +7,28 @@
 
 #include <vector>
 
-#include "components/exports.h"
 #include "reference/components_flood.h"
+#include "support/block_list.h"
 
 namespace reference::components {
 
-/** A block list that is destroyed at the end of the scope. */
+/** A block list that component records go into and come out of. */
 class BlockList {
  public:
-  explicit BlockList(unsigned long initial = 500, unsigned long step = 100) { list_.Constructor(initial, step); }
-  BlockList(const BlockList&) = delete;
-  BlockList& operator=(const BlockList&) = delete;
-  ~BlockList() { list_.Destructor(); }
+  explicit BlockList(unsigned long initial = 500, unsigned long step = 100) : list_(initial, step) {}
 
   _BLIST& operator*() { return list_; }
   _BLIST* operator->() { return &list_; }
 
   /** The only line of the only group; it is made when there is none. */
   _BNODE* line() {
-    if (list_.IsEmpty()) list_.RequestLine(list_.RequestGroup(nullptr, nullptr, MYRECT{}), nullptr, nullptr, MYRECT{});
+    if (list_.IsEmpty()) list_.line(list_.group());
     return list_.GetHead()->child;
   }
 
   /** Appends a character to the only line. */
   void append(const Character& c) {
-    const MYRECT rect{static_cast<short>(c.left), static_cast<short>(c.top), static_cast<short>(c.right),
-                      static_cast<short>(c.bottom), 0};
-    last_ = list_.RequestCharacter(line(), last_, nullptr, rect);
+    last_ = list_.RequestCharacter(line(), last_, nullptr, support::rect(c.left, c.top, c.right, c.bottom));
     last_->pixelCount = static_cast<std::uint32_t>(c.pixels);
     last_->label = c.label;
   }
@@ -50,7 +45,7 @@ class BlockList {
   }
 
  private:
-  _BLIST list_{};
+  support::List list_;
   _BNODE* last_ = nullptr;
 };
 
