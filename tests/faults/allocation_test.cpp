@@ -274,6 +274,25 @@ TEST(AllocationFailure, EndsTheCopiesOfImagesTooLargeToEnlarge) {
   }
 }
 
+TEST(AllocationFailure, EndsTheResampling) {
+  Image shallow(8, 8, 4, 99);  // its rows are shorter than the bytes read
+  Image out(64, 64, 8);
+  for (const auto resample : {BiLinearMethod, BiCubicMethod}) {
+    EXPECT_GE(fail_each_allocation([&](auto failed) {
+                const auto result = resample(shallow.ptr(), out.ptr(), 2);
+                EXPECT_EQ(result, !failed());
+              }),
+              2);
+  }
+}
+
+TEST(AllocationFailure, DoesNotTouchTheResamplingOfNoRows) {
+  Image empty(8, 0, 8), out(16, 4, 8);
+  for (const auto resample : {BiLinearMethod, BiCubicMethod}) {
+    EXPECT_EQ(0, fail_each_allocation([&](auto) { EXPECT_TRUE(resample(empty.ptr(), out.ptr(), 2)); }));
+  }
+}
+
 TEST(AllocationFailure, EndsTheSegmentation) {
   for (const int bit_count : {1, 8, 24}) {
     Image sheet(1200, 1500, bit_count, 255);

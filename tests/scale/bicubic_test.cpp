@@ -201,8 +201,22 @@ TEST(BiCubicMethod, WritesNothingForASideThatIsNegativeInSixteenBits) {
     Bytes out(64, 0xEE);
     BITMAPINFOHEADER header{};
     BITMAPPTR record{&header, nullptr, out.data()};
-    BiCubicMethod(image.ptr(), &record, 2);
+    // no columns are no work, a negative number of rows is none that could be allocated
+    EXPECT_EQ(BiCubicMethod(image.ptr(), &record, 2), height == 1);
     EXPECT_EQ(out, Bytes(64, 0xEE)) << width << " x " << height;
+  }
+}
+
+TEST(BiCubicMethod, RefusesANegativeWidthOrHeightThatIsPositiveInSixteenBits) {
+  for (const auto& [width, height] : {std::pair{-65535, 1}, std::pair{1, -65535}}) {
+    Image image(1, 1, 8, 9);
+    image.header().biWidth = width;
+    image.header().biHeight = height;
+    Bytes out(64, 0xEE);
+    BITMAPINFOHEADER header{};
+    BITMAPPTR record{&header, nullptr, out.data()};
+    EXPECT_FALSE(BiCubicMethod(image.ptr(), &record, 2)) << width << " x " << height;
+    EXPECT_EQ(out, Bytes(64, 0xEE));
   }
 }
 

@@ -103,6 +103,14 @@ TEST(CardSeg, TwoHundredAndFiftyDotsPerInchAreEnough) {
   expect_cards(enough, {}, {});
 }
 
+TEST(CardSeg, AnEmptyRecordIsNoImage) {
+  BITMAPPTR nothing{};
+  RectRegions regions = untouched_regions();
+  EXPECT_EQ(CardSeg(&nothing, regions), -1);
+  EXPECT_EQ(regions.firstCount, 0);
+  EXPECT_EQ(regions.secondCount, 0);
+}
+
 TEST(CardSeg, OtherDepthsAreRefused) {
   for (int depth : {4, 16, 32}) {
     Image sheet(100, 100, depth, 255);
