@@ -32,13 +32,8 @@ int end_of_parsing(const CLI::App& parser, const CLI::ParseError& error) {
   return kWrongUsage;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  tool::open_console();
-  tool::clean_up_on_signals();
-  std::signal(SIGPIPE, SIG_IGN);
-
+/** What the command line asks for: parsed and done. Throws what the commands throw. */
+int parse_and_run(int argc, char** argv) {
   CLI::App parser("Image pre-processing for scanned business cards", "vantrel");
   parser.set_version_flag("--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
   parser.set_help_flag("-h,--help", "Print this help and end");
@@ -51,6 +46,17 @@ int main(int argc, char** argv) {
     return run(parser, commands);
   } catch (const CLI::ParseError& error) {
     return end_of_parsing(parser, error);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  tool::open_console();
+  tool::clean_up_on_signals();
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    return parse_and_run(argc, argv);
   } catch (const tool::WrongUsage& error) {
     tool::print_error(std::string("vantrel: ") + error.what() + "\n");
     return kWrongUsage;

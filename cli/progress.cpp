@@ -48,9 +48,7 @@ bool Progress::conclude() {
 }
 
 void Progress::print(const Report& report) {
-  if (!report.succeeded()) {
-    print_error(line_of(report));
-  } else if (style_ == Style::kLinesOnConsole) {
+  if (!report.succeeded() || style_ == Style::kLinesOnConsole) {
     print_error(line_of(report));
   } else if (style_ == Style::kLines) {
     print_out(line_of(report));
