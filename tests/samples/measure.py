@@ -63,12 +63,24 @@ def measure_clip(library, path, truth):
         record["copy"] = same(picture, result)
     if picture.mode == "1":
         return record
+    record.update(measure_find(library, path, truth))
     found = library.find_corners(picture)
     record["verdict"] = VERDICTS[found.verdict]
     record["sides"] = found.sides
     if "corners" in truth and all(found.sides.values()):
         record["corner_error"] = corner_error(found, truth)
         record["picture_error"] = picture_error(result, ART[path])
+    return record
+
+
+def measure_find(library, path, truth):
+    """What vantrel_find answers by default, with the method for dark glass: the sides it sees, and on which reduction."""
+    cards, seen = library.find(open_sample(path), float(truth.get("dpi", 0)))
+    record = {"found_cards": len(cards), "found_reduction": seen.reduction}
+    if cards:
+        record["found_sides"] = [name for name, found in cards[0].sides.items() if found]
+        if "corners" in truth and len(record["found_sides"]) == 4:
+            record["found_error"] = corner_error(cards[0], truth)
     return record
 
 
