@@ -1,49 +1,98 @@
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <vector>
+
 #include "autoclip/exports.h"
+#include "edges.h"
+#include "measure.h"
 #include "scans.h"
 
 namespace {
 
-/** A scan of a card that nearly fills its dark glass, at 150, 300 and 600 dots per inch. */
+using benchmark_scans::EdgeMaps;
+using benchmark_scans::measure;
+using benchmark_scans::Passed;
+using benchmark_scans::work_on;
+using support::Image;
+
 void scan_sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"width", "height"})
-      ->Args({650, 450})
-      ->Args({1300, 900})
-      ->Args({2600, 1800})
-      ->Unit(benchmark::kMillisecond);
+  benchmark_scans::scan_sizes(benchmark);
+  benchmark->Unit(benchmark::kMillisecond);
 }
 
-support::Image drawn(const benchmark::State& state, int bit_count) {
-  return benchmark_scans::card_scan(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), bit_count,
-                                    benchmark_scans::kDarkGlass);
+/** A scan of a card that nearly fills its dark glass. */
+Image drawn(const benchmark::State& state, int bit_count) {
+  return benchmark_scans::card_scan(state, bit_count, benchmark_scans::kDarkGlass);
 }
 
 template <int bit_count>
 void auto_clip(benchmark::State& state) {
-  support::Image scan = drawn(state, bit_count);
-  for (auto _ : state) {
-    support::Image out;
-    if (AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1) != 1) state.SkipWithError("not clipped");
-  }
-  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
+  Image scan = drawn(state, bit_count);
+  measure(state, work_on(scan), [&] {
+    Image out;
+    return AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1) == 1;
+  });
 }
 
-void find_corners(benchmark::State& state) {
-  support::Image scan = drawn(state, 8);
+/** Corners that were searched for along the scan's sides; the scan's own are a failure to find any. */
+template <class Search>
+void find_corners(benchmark::State& state, Search search) {
+  Image scan = drawn(state, 8);
+  measure(state, work_on(scan), [&] { return search(scan.ptr()); });
+}
+
+bool find_with_record(BITMAPPTR* gray) {
   vantrel_corner_search found{};
-  for (auto _ : state) {
-    if (vantrel_find_corners(scan.ptr(), &found) != 1) state.SkipWithError("no corners");
-  }
-  int sides = 0;
-  for (const vantrel_border& side : found.side) sides += side.found;
-  state.counters["sides found"] = sides;
-  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
+  const bool is_card = vantrel_find_corners(gray, &found) == 1;
+  return is_card && std::all_of(found.side, found.side + 4, [](const vantrel_border& side) { return side.found == 1; });
 }
 
-template <int bit_count>
+bool find_without_record(BITMAPPTR* gray) {
+  std::array<float, 8> corners{}, box{};
+  return ClipNameCardRedundantImg(gray, corners.data(), box.data()) == 1 && corners[0] > 10;
+}
+
+void find_by_gradient(benchmark::State& state) {
+  Image scan = benchmark_scans::leaning_card(state);
+  std::array<float, 8> corners{}, box{};
+  measure(state, work_on(scan), [&] { return AutoDetectCorner(scan.ptr(), corners.data(), box.data()); });
+}
+
+/** Pixels are those of the edge map, which is the scan's with its padding; bytes those of both maps. */
+template <class Collect>
+void collect_points(benchmark::State& state, Collect collect_from) {
+  EdgeMaps maps(drawn(state, 8), Passed::kNothing);
+  const auto bytes = static_cast<std::int64_t>(maps.edge.size());
+  int count = 0;
+  measure(
+      state, {bytes, 2 * bytes}, [&] { collect_from(maps, count); }, [&] { return count > maps.rows; });
+  state.counters["points"] = count;
+}
+
+void collect_pairs(benchmark::State& state) {
+  std::vector<float> pairs;
+  collect_points(state, [&](EdgeMaps& maps, int& count) {
+    pairs.resize(2 * maps.edge.size());
+    CalcPointCenter(maps.edge.data(), maps.direction.data(), pairs.data(), count, maps.rows, maps.stride, 0);
+  });
+}
+
+void collect_records(benchmark::State& state) {
+  std::vector<typePoint> points;
+  collect_points(state, [&](EdgeMaps& maps, int& count) {
+    points.resize(maps.edge.size());
+    CalcPointCenter2(maps.edge.data(), maps.direction.data(), points.data(), count, 0, maps.rows, 0, maps.cols,
+                     maps.stride, 0);
+  });
+}
+
+/** All but the outermost pixels; `narrow` is for a result as wide as they are. */
+template <auto convert, int bit_count, bool narrow>
 void warp(benchmark::State& state) {
-  support::Image scan = drawn(state, bit_count);
+  Image scan = drawn(state, bit_count);
   const auto w = static_cast<float>(state.range(0));
   const auto h = static_cast<float>(state.range(1));
   float frame[8] = {1, 1, w - 2, 1, 1, h - 2, w - 2, h - 2};
@@ -51,15 +100,48 @@ void warp(benchmark::State& state) {
   double coeffs[8];
   double rect[4] = {1, 1, w - 2.0, h - 2.0};
   SolveMultiUnknownFunc(coeffs, frame, corners, 8);
-  support::Image out(static_cast<int>(w), static_cast<int>(h), bit_count, 0xFF);
-  for (auto _ : state) ConvertImg2(scan.ptr(), out.ptr(), coeffs, rect, bit_count);
-  state.SetBytesProcessed(state.iterations() * scan.header().biSizeImage);
+  Image out(scan.width() - (narrow ? 2 : 0), scan.height(), bit_count, 0xFF);
+  const int middle = out.width() / 2 * bit_count / 8;
+  measure(
+      state, work_on(scan), [&] { convert(scan.ptr(), out.ptr(), coeffs, rect, bit_count); },
+      [&] { return out.at(0, middle) != 0xFF && out.at(scan.height() - 3, middle) != 0xFF; });
+}
+
+/** Every pixel's own place, moved by a fraction. Items are samples. */
+void sample(benchmark::State& state) {
+  Image scan = drawn(state, 8);
+  const auto sum = [&](float by) {
+    std::int64_t levels = 0;
+    for (int r = 0; r < scan.height(); ++r) {
+      for (int c = 0; c < scan.width(); ++c) {
+        levels += Bilinear(static_cast<float>(c) + by, static_cast<float>(r) + by, scan.ptr()->pBits, scan.height(),
+                           scan.width(), scan.stride(), 8);
+      }
+    }
+    return levels;
+  };
+  std::int64_t expected = 0;
+  for (int r = 0; r < scan.height(); ++r) expected = std::accumulate(scan.row(r), scan.row(r) + scan.width(), expected);
+  if (sum(0) != expected) {
+    state.SkipWithError("whole places are not their pixels");
+    return;
+  }
+  measure(state, work_on(scan), [&] { return sum(0.375f) != 0; });
 }
 
 }  // namespace
 
 BENCHMARK(auto_clip<8>)->Name("AutoClipRedundantImg/gray")->Apply(scan_sizes);
 BENCHMARK(auto_clip<24>)->Name("AutoClipRedundantImg/colour")->Apply(scan_sizes);
-BENCHMARK(find_corners)->Name("vantrel_find_corners")->Apply(scan_sizes);
-BENCHMARK(warp<8>)->Name("ConvertImg2/gray")->Apply(scan_sizes);
-BENCHMARK(warp<24>)->Name("ConvertImg2/colour")->Apply(scan_sizes);
+BENCHMARK_CAPTURE(find_corners, record, find_with_record)->Name("vantrel_find_corners")->Apply(scan_sizes);
+BENCHMARK_CAPTURE(find_corners, plain, find_without_record)->Name("ClipNameCardRedundantImg")->Apply(scan_sizes);
+BENCHMARK(find_by_gradient)->Name("AutoDetectCorner")->Apply(benchmark_scans::leaning_sizes);
+BENCHMARK(collect_pairs)->Name("CalcPointCenter")->Apply(scan_sizes);
+BENCHMARK(collect_records)->Name("CalcPointCenter2")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg, 8, true>)->Name("ConvertImg/gray")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg, 24, true>)->Name("ConvertImg/colour")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg2, 8, false>)->Name("ConvertImg2/gray")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg2, 24, false>)->Name("ConvertImg2/colour")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg3, 8, true>)->Name("ConvertImg3/gray")->Apply(scan_sizes);
+BENCHMARK(warp<ConvertImg3, 24, true>)->Name("ConvertImg3/colour")->Apply(scan_sizes);
+BENCHMARK(sample)->Name("Bilinear")->Apply(scan_sizes);
