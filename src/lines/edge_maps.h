@@ -47,7 +47,8 @@ class EdgeMaps {
   /** Calls `found(row, column)` for every edge pixel of a direction in an area, row by row. */
   template <class Found>
   void for_each_point(const geometry::Rect& area, Direction direction, Found found) const {
-    for_each_edge(edge(), {direction_.get(), gray_.rows, gray_.cols, stride_}, area, static_cast<int>(direction), found);
+    for_each_edge(edge(), {direction_.get(), gray_.rows, gray_.cols, stride_}, area, static_cast<int>(direction),
+                  found);
   }
 
   /** Whether an area has at least so many of them. */

@@ -79,8 +79,8 @@ void centre_and_vote(std::span<typePoint> points, int rows, int cols, Search& se
 
 /** The direction of a class number; one that makes no border for all others. */
 Direction border_direction(int dir_class) {
-  const bool makes_border = dir_class == static_cast<int>(Direction::kAcrossRows) ||
-                            dir_class == static_cast<int>(Direction::kAlongRows);
+  const bool makes_border =
+      dir_class == static_cast<int>(Direction::kAcrossRows) || dir_class == static_cast<int>(Direction::kAlongRows);
   return makes_border ? static_cast<Direction>(dir_class) : Direction::kNone;
 }
 

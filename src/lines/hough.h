@@ -120,8 +120,7 @@ class PointFeed {
 template <class Search>
 void vote_band(const EdgeMaps& maps, const geometry::Rect& band, Direction direction, Search& search) {
   PointFeed feed(search, maps.edge().rows, maps.edge().cols);
-  maps.for_each_point(band, direction,
-                      [&](int r, int c) { feed.add({static_cast<float>(r), static_cast<float>(c)}); });
+  maps.for_each_point(band, direction, [&](int r, int c) { feed.add({static_cast<float>(r), static_cast<float>(c)}); });
 }
 
 /** The row or column at which a line of this distance is taken to run. */

@@ -1,10 +1,9 @@
 // The corners of drawn cards.
-#include "autoclip/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 
+#include "autoclip/exports.h"
 #include "support/scans.h"
 
 namespace {

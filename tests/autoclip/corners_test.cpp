@@ -1,6 +1,4 @@
 // Edge points of a band, and intersections of border lines.
-#include "autoclip/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "autoclip/exports.h"
 #include "support/image.h"
 
 namespace {

@@ -1,11 +1,11 @@
 // The plane projective mapping through four point pairs.
-#include "autoclip/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
+
+#include "autoclip/exports.h"
 
 namespace {
 

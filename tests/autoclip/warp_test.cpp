@@ -1,12 +1,11 @@
 // Bilinear sampling and the warps.
-#include "autoclip/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <limits>
 
+#include "autoclip/exports.h"
 #include "support/drawing.h"
 #include "support/image.h"
 

@@ -1,8 +1,7 @@
 // The block list: its pool and the links of its tree.
-#include "components/exports.h"
-
 #include <gtest/gtest.h>
 
+#include "components/exports.h"
 #include "components/lists.h"
 
 namespace {

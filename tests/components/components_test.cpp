@@ -1,11 +1,10 @@
 // Eight-connected components of edge maps and bilevel images.
-#include "components/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "components/exports.h"
 #include "components/lists.h"
 #include "support/block_list.h"
 #include "support/image.h"

@@ -1,4 +1,5 @@
-// A host that has functions of its own under the names of the library's: they must not be called in the library's place.
+// A host that has functions of its own under the names of the library's: they must not be called in the library's
+// place.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -34,8 +35,8 @@ std::vector<unsigned char> scan() {
 }  // namespace
 
 // The dynamic linker finds these before the library's own.
-__attribute__((visibility("default"))) void Sobel_Operator(unsigned char*, unsigned char*, unsigned char*, int, int, int,
-                                                           MYRECT) {
+__attribute__((visibility("default"))) void Sobel_Operator(unsigned char*, unsigned char*, unsigned char*, int, int,
+                                                           int, MYRECT) {
   ++calls;
 }
 __attribute__((visibility("default"))) void SortCharacter(_BLIST&, _BNODE*) { ++calls; }
@@ -69,7 +70,7 @@ int main() {
   card = {};
   const int enlarged = BiLinear(&handle, &card);
   std::free(card.pInfo);
-  std::printf("clipped %d, middle %d, cut %d, enlarged %d, calls of the host's own functions: %d\n", clipped, middle, cut,
-              enlarged, calls);
+  std::printf("clipped %d, middle %d, cut %d, enlarged %d, calls of the host's own functions: %d\n", clipped, middle,
+              cut, enlarged, calls);
   return clipped == 1 && middle == 230 && cut == 1 && enlarged == 1 && calls == 0 ? 0 : 1;
 }

@@ -1,10 +1,9 @@
 // Image blocks: their layout, copies, the adoption of a caller's block, and their release.
-#include "image/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
 
+#include "image/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 

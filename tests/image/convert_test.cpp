@@ -1,8 +1,7 @@
 // Colour to gray, and interleaved colour to planes.
-#include "image/exports.h"
-
 #include <gtest/gtest.h>
 
+#include "image/exports.h"
 #include "support/image.h"
 
 namespace {

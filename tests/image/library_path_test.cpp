@@ -1,12 +1,12 @@
 // The exported data, as a program linked with the library sees it.
-#include "image/loading/exports.h"
-
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <filesystem>
 #include <string>
+
+#include "image/loading/exports.h"
 
 namespace {
 

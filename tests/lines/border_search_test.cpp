@@ -1,9 +1,8 @@
 // The search for the border of one side.
-#include "lines/exports.h"
-
 #include <gtest/gtest.h>
 
 #include "lines/border_scan.h"
+#include "lines/exports.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Brightness classes and black level of rectangles.
-#include "lines/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
+
+#include "lines/exports.h"
 
 namespace {
 

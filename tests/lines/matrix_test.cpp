@@ -1,9 +1,9 @@
 // The matrix of doubles.
-#include "lines/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
+
+#include "lines/exports.h"
 
 namespace {
 

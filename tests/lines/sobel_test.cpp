@@ -1,11 +1,10 @@
 // Sobel edge and direction maps.
-#include "lines/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <vector>
 
+#include "lines/exports.h"
 #include "support/image.h"
 
 namespace {

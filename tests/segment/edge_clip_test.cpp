@@ -1,10 +1,9 @@
 // Border rows from edge counts, and the two projections.
-#include "segment/edgeclip/exports.h"
-
 #include <gtest/gtest.h>
 
 #include <numeric>
 
+#include "segment/edgeclip/exports.h"
 #include "support/image.h"
 
 namespace {

@@ -1,8 +1,7 @@
 // Reduced gray copies by subsampling.
-#include "segment/exports.h"
-
 #include <gtest/gtest.h>
 
+#include "segment/exports.h"
 #include "support/image.h"
 #include "support/random.h"
 
