@@ -1,4 +1,4 @@
-# Compiles through ccache where it is installed. The precompiled headers of the tool and the tests need its leave to
+# Compiles through ccache where it is installed. The precompiled header of the tests needs its leave to
 # overlook the times of files and the macros __TIME__ and __DATE__, which nothing here uses.
 find_program(VANTREL_CCACHE ccache)
 if(VANTREL_CCACHE)
