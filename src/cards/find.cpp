@@ -7,15 +7,17 @@
 namespace vantrel::cards {
 namespace {
 
+// No default: of a method that is not listed here the compiler warns.
 vantrel_status find_by(vantrel_method method, const vantrel_image& scan, const Request& request, vantrel_cards& found) {
   switch (method) {
     case VANTREL_METHOD_DARK_GLASS:
       return find_on_dark_glass(scan, request, found);
     case VANTREL_METHOD_FLAT_LIGHT:
       return find_on_flat_light(scan, request, found);
-    default:
+    case VANTREL_METHOD_SHEET:
       return find_on_sheet(scan, request, found);
   }
+  return VANTREL_OK;
 }
 
 }  // namespace

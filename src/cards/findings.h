@@ -5,6 +5,7 @@
 #ifndef VANTREL_CARDS_FINDINGS_H
 #define VANTREL_CARDS_FINDINGS_H
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -14,8 +15,17 @@
 
 namespace vantrel::cards {
 
-/** The methods in the order in which they are tried by default. */
+/** Every method, in the order in which they are tried by default. */
 inline constexpr std::array kMethods = {VANTREL_METHOD_DARK_GLASS, VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
+
+/** Why each method found nothing, by index_of. */
+using Reasons = std::array<vantrel_reason, kMethods.size()>;
+
+inline constexpr Reasons kNothingTried = [] {
+  Reasons reasons{};
+  reasons.fill(VANTREL_REASON_NOT_TRIED);
+  return reasons;
+}();
 
 /** Distinguishes a handle from other memory. */
 inline constexpr std::uint64_t kHandleTag = 0x76616e7472656c63;
@@ -26,8 +36,7 @@ struct vantrel_cards {
   std::uint64_t tag = vantrel::cards::kHandleTag;
   std::size_t count = 0;
   std::array<vantrel_card, vantrel::cards::kMostCards> cards{};
-  std::array<vantrel_reason, vantrel::cards::kMethods.size()> reasons = {
-      VANTREL_REASON_NOT_TRIED, VANTREL_REASON_NOT_TRIED, VANTREL_REASON_NOT_TRIED};
+  vantrel::cards::Reasons reasons = vantrel::cards::kNothingTried;
   // What only one method knows; its `size` stays 0 while there is nothing to tell.
   vantrel_dark_glass dark_glass{};
   vantrel_flat_light flat_light{};
@@ -38,7 +47,7 @@ namespace vantrel::cards {
 
 /** Whether there is such a method. */
 constexpr bool is_method(vantrel_method method) {
-  return method == VANTREL_METHOD_DARK_GLASS || method == VANTREL_METHOD_FLAT_LIGHT || method == VANTREL_METHOD_SHEET;
+  return std::find(kMethods.begin(), kMethods.end(), method) != kMethods.end();
 }
 
 /** Where the reason of a method that there is stands. */
