@@ -7,8 +7,7 @@
 namespace vantrel::lines {
 namespace {
 
-/** A gradient makes an edge when its magnitude, truncated to an integer, is above 200: its square is at least 201^2. */
-constexpr int kEdgeMagnitudeSquared = 201 * 201;
+constexpr int kLeastSquare = kLeastEdgeMagnitude * kLeastEdgeMagnitude;
 
 /** Where direction classes meet, as tangents of the angle from the across-rows axis. */
 struct ClassBounds {
@@ -40,7 +39,7 @@ void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* directi
         (before[j - 1] + 2 * before[j] + before[j + 1]) - (after[j - 1] + 2 * after[j] + after[j + 1]);
     const int along_rows =
         (before[j + 1] + 2 * here[j + 1] + after[j + 1]) - (before[j - 1] + 2 * here[j - 1] + after[j - 1]);
-    if (across_rows * across_rows + along_rows * along_rows < kEdgeMagnitudeSquared) {
+    if (across_rows * across_rows + along_rows * along_rows < kLeastSquare) {
       edge[j] = kNoEdge;
       direction[j] = static_cast<unsigned char>(Direction::kNone);
     } else {

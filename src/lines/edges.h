@@ -14,6 +14,9 @@ namespace vantrel::lines {
 inline constexpr unsigned char kEdge = 0;
 inline constexpr unsigned char kNoEdge = 255;
 
+/** The magnitude of a gradient, truncated to an integer, that makes an edge. */
+inline constexpr int kLeastEdgeMagnitude = 201;
+
 /** The bytes of a direction map: the gradient's angle, folded into half a turn and rounded to a quarter of it. */
 enum class Direction : unsigned char {
   kAcrossRows = 0, /**< as on a horizontal border */
@@ -27,7 +30,7 @@ enum class Direction : unsigned char {
 Direction direction_of(int across_rows, int along_rows);
 
 /**
- * Marks the edge pixels (gradient magnitude above 200) and their directions outside an interior rectangle.
+ * Marks the edge pixels (gradients of kLeastEdgeMagnitude and more) and their directions outside an interior rectangle.
  *
  * Visits rows 1 to rows - 3 and columns 1 to cols - 3; all other pixels of the maps stay as they were. Pixels more than
  * rows / 15 rows and cols / 25 columns inside the interior are marked as no edge without being looked at. The operator

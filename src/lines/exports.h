@@ -27,7 +27,8 @@ struct typePoint {
  * Visits rows 1 to rows - 3 and columns 1 to cols - 3; all other pixels of the maps stay as they were.
  *
  * @param gray     rows x cols gray levels, `stride` bytes from row to row.
- * @param edge     same geometry; receives 0 for an edge pixel (gradient magnitude above 200), otherwise 255.
+ * @param edge     same geometry; receives 0 for an edge pixel (a gradient of kLeastEdgeMagnitude or more), otherwise
+ * 255.
  * @param dir      same geometry; receives the gradient's direction class: 0 across the rows, 2 along the rows, 1 and 3
  *                 between them, 4 for no edge.
  * @param interior columns `left` to `right`, rows `top` to `bottom` (here top < bottom). Pixels more than rows / 15
