@@ -29,15 +29,20 @@ void walk(const WarpArea& area, const Pixels& target, int channels, Fill fill) {
   }
 }
 
-template <int kChannels>
+template <Rim kRim>
+AxisPosition locate_with(float position, int count) {
+  return locate(kRim == Rim::kRepeated ? std::max(position, 0.0f) : position, count);
+}
+
+template <int kChannels, Rim kRim>
 void warp_pixels(const ConstPixels& source, const Pixels& target, const Mapping& c, const WarpArea& area) {
   const auto last_row = static_cast<float>(source.rows - 1);
   walk(area, target, kChannels, [&](int x, int y, unsigned char* pixel) {
     const double d = x * c[6] + (y * c[7] + 1.0);
     const float u = map_coordinate(c[0], c[1], c[2], d, x, y);
     const float v = map_coordinate(c[3], c[4], c[5], d, x, y);
-    const AxisPosition row = locate(last_row - v, source.rows);
-    const AxisPosition col = locate(u, source.cols);
+    const AxisPosition row = locate_with<kRim>(last_row - v, source.rows);
+    const AxisPosition col = locate_with<kRim>(u, source.cols);
     const unsigned char* before = source.row(row.first);
     const unsigned char* after = source.row(row.second);
     const std::ptrdiff_t left = std::ptrdiff_t{col.first} * kChannels;
@@ -47,6 +52,19 @@ void warp_pixels(const ConstPixels& source, const Pixels& target, const Mapping&
           interpolate(before[left + k], before[right + k], after[left + k], after[right + k], col.weight, row.weight));
     }
   });
+}
+
+template <Rim kRim>
+void warp_with(const ConstPixels& source, const Pixels& target, int channels, const Mapping& mapping,
+               const WarpArea& area) {
+  switch (channels) {
+    case 1:
+      return warp_pixels<1, kRim>(source, target, mapping, area);
+    case 3:
+      return warp_pixels<3, kRim>(source, target, mapping, area);
+    default:
+      return warp_pixels<4, kRim>(source, target, mapping, area);
+  }
 }
 
 }  // namespace
@@ -86,16 +104,10 @@ WarpArea WarpArea::between(double x_min, double y_min, double x_max, double y_ma
   return {whole(x_min), whole(y_min), whole(x_max), whole(y_max), whole(x_max - x_min + 1), whole(y_max - y_min + 1)};
 }
 
-void warp(ConstPixels source, Pixels target, int channels, const Mapping& mapping, const WarpArea& area) {
+void warp(ConstPixels source, Pixels target, int channels, const Mapping& mapping, const WarpArea& area, Rim rim) {
   if (source.empty()) return;
-  switch (channels) {
-    case 1:
-      return warp_pixels<1>(source, target, mapping, area);
-    case 3:
-      return warp_pixels<3>(source, target, mapping, area);
-    default:
-      return warp_pixels<4>(source, target, mapping, area);
-  }
+  if (rim == Rim::kRepeated) return warp_with<Rim::kRepeated>(source, target, channels, mapping, area);
+  warp_with<Rim::kExtrapolated>(source, target, channels, mapping, area);
 }
 
 void copy_area(ConstPixels source, Pixels target, int channels, const WarpArea& area, bool upside_down) {

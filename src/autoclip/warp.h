@@ -44,13 +44,20 @@ struct WarpArea {
   static WarpArea between(double x_min, double y_min, double x_max, double y_max);
 };
 
+/** What is sampled less than a pixel before the first row or column. Further out, and behind the last, all repeat. */
+enum class Rim {
+  kExtrapolated, /**< what the first two pixels lead to, of which a byte keeps the low 8 bits: the given interface's */
+  kRepeated      /**< the first pixel */
+};
+
 /**
  * Maps every position of the area into the source and writes what is sampled there: x_min to column 0 of the target,
  * y_max (or what the height makes of it) to memory row 0. What would lie outside the target is not written.
  *
  * @param channels bytes of a pixel in both: 1, 3 or 4.
  */
-void warp(image::ConstPixels source, image::Pixels target, int channels, const Mapping& mapping, const WarpArea& area);
+void warp(image::ConstPixels source, image::Pixels target, int channels, const Mapping& mapping, const WarpArea& area,
+          Rim rim = Rim::kExtrapolated);
 
 /**
  * Copies the area, without mapping, to the same places in the target. Positions outside the source are passed over.

@@ -88,7 +88,9 @@ void cut(const vantrel_image& scan, const vantrel_quad& corners, double margin, 
   const autoclip::Mapping mapping =
       autoclip::solve_mapping(frame_of(pixels.cols, pixels.rows, margin), sampled_at(single_precision(corners)));
   const autoclip::WarpArea whole = {0, 0, pixels.cols - 1, pixels.rows - 1, pixels.cols, pixels.rows};
-  autoclip::warp(memory_rows(scan), pixels, layout_of(scan.format).bytes, mapping, whole);
+  // The outermost half pixel of the scan lies before the middle of its first pixel, where the given interface's warp
+  // leads out of the range of a byte.
+  autoclip::warp(memory_rows(scan), pixels, layout_of(scan.format).bytes, mapping, whole, autoclip::Rim::kRepeated);
 }
 
 bool lies_within(const vantrel_rect& rectangle, const vantrel_image& image) {

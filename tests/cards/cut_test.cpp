@@ -146,6 +146,20 @@ TEST(CardsCut, RepeatsPixelsBeyondTheScan) {
             (std::vector<int>{0, 0, 0, 10, 20, 20, 20}));
 }
 
+TEST(CardsCut, RepeatsTheOutermostHalfPixelToo) {
+  const auto gray = [](int level) { return Colour{level, level, level, 0}; };
+  // Before the middle of the first pixel the cut is black as that is, not what the step to white would lead to.
+  for (const Rows rows : {Rows::kFromTop, Rows::kFromBottom}) {
+    Memory across(2, 1, VANTREL_FORMAT_GRAY, rows, 3);
+    across.draw([&](int x, int) { return gray(x == 0 ? 0 : 255); });
+    EXPECT_EQ(cut(across, upright(0, 0, 2, 1), 0, 8, 1), (std::vector<int>{0, 0, 32, 96, 159, 223, 255, 255}));
+    EXPECT_EQ(cut(across, upright(-0.5, 0, 0.5, 1), 0, 2, 1), (std::vector<int>{0, 0}));
+    Memory down(1, 2, VANTREL_FORMAT_GRAY, rows, 3);
+    down.draw([&](int, int y) { return gray(y == 0 ? 255 : 0); });
+    EXPECT_EQ(cut(down, upright(0, 0, 1, 2), 0, 1, 8), (std::vector<int>{255, 255, 223, 159, 96, 32, 0, 0}));
+  }
+}
+
 TEST(CardsCut, IsTheSameFromAPartOfAScan) {
   const Memory memory = ramps(12, 12, VANTREL_FORMAT_BGR, Rows::kFromBottom);
   vantrel_image part = memory.image();
