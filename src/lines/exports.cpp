@@ -101,11 +101,13 @@ struct SearchArguments {
 
 int search_border(const SearchArguments& given, const HorizontalRules& rules) {
   if (given.points.size() < kLeastPoints) return 0;
-  const LineBoxes boxes(given.line);
+  const Direction direction = border_direction(given.dir_class);
+  // Points that make no border are asked for no components, and the line need not be one.
+  const LineBoxes boxes(direction == Direction::kNone ? nullptr : given.line);
   const BorderScene scene{padded_levels(padded_map(given.gray, given.rows, given.cols)),
                           padded_map(given.edge, given.rows, given.cols), boxes.all(), static_cast<Side>(given.side),
                           static_cast<Brightness>(given.wb_class)};
-  BorderSearch search(scene, border_direction(given.dir_class), given.tables, rules);
+  BorderSearch search(scene, direction, given.tables, rules);
   if (!boxes.ready() || !search.ready()) return 0;
   centre_and_vote(given.points, given.rows, given.cols, search);
   const Border border = search.accept();

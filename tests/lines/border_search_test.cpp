@@ -289,4 +289,17 @@ TEST(ComputeHoughAngle2, WritesNothingForAnotherDirection) {
   }
 }
 
+TEST(ComputeHoughAngle2, LooksAtNoComponentsForAnotherDirection) {
+  Tables tables;
+  std::vector<typePoint> points(50, {3, 3});
+  double normal[8] = {}, distance[4] = {};
+  unsigned char bytes[8 * 8] = {};
+  // Nothing lies at that address.
+  auto* nowhere = reinterpret_cast<_BNODE*>(sizeof(_BNODE));
+  for (auto* const search : {Compute_Hough_Angle2, Compute_Hough_Angle3}) {
+    EXPECT_EQ(search(bytes, nowhere, bytes, normal, distance, points.data(), 8, 8, 50, 1, tables.sin, tables.cos, 0, 0),
+              2);
+  }
+}
+
 }  // namespace
