@@ -1,6 +1,5 @@
 #include "autoclip/corner_finder.h"
 
-#include "components/components.h"
 #include "lines/border_search.h"
 #include "lines/edge_maps.h"
 
@@ -38,8 +37,7 @@ PerSide<Line> lines_of(const CornerSearch& search) {
 
 Verdict run(const lines::Levels& gray, CornerSearch& search) {
   const auto [rows, cols] = std::pair(gray.pixels.rows, gray.pixels.cols);
-  constexpr int kLongest = components::kLongestSide;
-  if (rows < 0 || cols < 0 || rows > kLongest || cols > kLongest) return Verdict::kSideTooLong;
+  if (rows < 0 || cols < 0 || rows > kLongestSide || cols > kLongestSide) return Verdict::kSideTooLong;
 
   lines::EdgeMaps maps(gray.pixels);
   if (!maps.ready()) return Verdict::kNoMemory;

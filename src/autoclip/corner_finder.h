@@ -6,11 +6,15 @@
 #define VANTREL_AUTOCLIP_CORNER_FINDER_H
 
 #include "autoclip/corners.h"
+#include "components/components.h"
 #include "geometry/span.h"
 #include "lines/edges.h"
 #include "lines/levels.h"
 
 namespace vantrel::autoclip {
+
+/** The longest side of a scan that is searched: that of an edge map whose components are found. */
+inline constexpr int kLongestSide = components::kLongestSide;
 
 /** Where a border is looked for, and what stands in for one that is not found. */
 struct SideBand {

@@ -7,6 +7,7 @@
 #include "cards/quad.h"
 #include "cards/reduce.h"
 #include "cards/reduction.h"
+#include "cards/source.h"
 
 namespace vantrel::cards {
 namespace {
@@ -46,12 +47,6 @@ vantrel_line line_in_scan(const geometry::Line& line, const Analysed& analysed) 
   return {line.a, 0.0 - line.b, c * analysed.times};
 }
 
-vantrel_rect rect_in_scan(const geometry::Rect& rect, const Analysed& analysed) {
-  const auto& [rows, cols, times] = analysed;
-  return {rect.cols.first * times, (rows - rect.rows.end) * times, rect.cols.end * times,
-          (rows - rect.rows.first) * times};
-}
-
 vantrel_rect box_in_scan(const autoclip::CornerBox& box, int times) {
   return {box.left * times, box.top * times, box.right * times, box.bottom * times};
 }
@@ -59,7 +54,8 @@ vantrel_rect box_in_scan(const autoclip::CornerBox& box, int times) {
 /** A side's band, and, once lines were looked for, what was found there. */
 vantrel_dark_side side_in_scan(Side side, const CornerSearch& search, const Analysed& analysed) {
   vantrel_dark_side result{};
-  result.band = rect_in_scan(autoclip::side_band(side, analysed.rows, analysed.cols).area, analysed);
+  result.band =
+      rect_in_scan(autoclip::side_band(side, analysed.rows, analysed.cols).area, analysed.rows, analysed.times);
   if (!search.has_lines()) return result;
   const FoundSide& found = search.sides[side];
   result.line = line_in_scan(found.line, analysed);

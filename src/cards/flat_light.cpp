@@ -6,15 +6,10 @@
 #include "cards/quad.h"
 #include "cards/reduce.h"
 #include "cards/reduction.h"
+#include "cards/source.h"
 
 namespace vantrel::cards {
 namespace {
-
-/** A rectangle of memory rows in the coordinates of the scan, `rows` times `times` rows high. */
-vantrel_rect rect_in_scan(const geometry::Rect& rect, int rows, int times) {
-  return {rect.cols.first * times, (rows - rect.rows.end) * times, rect.cols.end * times,
-          (rows - rect.rows.first) * times};
-}
 
 /** Whether pixels of the scan are left in a rectangle, whose bounds may lie anywhere. */
 bool has_pixels(const vantrel_rect& rect, const vantrel_image& scan) {

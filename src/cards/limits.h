@@ -5,9 +5,7 @@
 #ifndef VANTREL_CARDS_LIMITS_H
 #define VANTREL_CARDS_LIMITS_H
 
-#include <cstdint>
-#include <limits>
-
+#include "autoclip/corner_finder.h"
 #include "cardcut/find_card.h"
 #include "scale/enlarge.h"
 #include "segment/groups.h"
@@ -16,7 +14,7 @@
 namespace vantrel::cards {
 
 /** The longest side of a scan that is searched: the finders keep positions in 16 bits. */
-inline constexpr int kMostFinderSide = std::numeric_limits<std::int16_t>::max();
+inline constexpr int kMostFinderSide = autoclip::kLongestSide;
 
 /** The shortest side of a coloured scan on a flat, light background. */
 inline constexpr int kLeastColourSide = cardcut::kLeastColourSide;

@@ -9,13 +9,13 @@
 
 namespace vantrel::cards {
 
-/** The whole number that brings a scan nearest to so many dots per inch; 1 when either is not known. */
+/** The whole number that brings a scan nearest to so many dots per inch; 1 when either is not known or nothing would be
+ * left. */
 int reduction_to(const vantrel_image& scan, double analysis_dpi);
 
 /**
- * The whole number that brings a scan to the resolution at which borders on dark glass are found best: from 280 dots
- * per inch on, to 140 to 210. A scan whose resolution is not known is judged by its longer side, which of a card with a
- * rim of glass is then 600 to 800 pixels long; it is reduced from 1200 on.
+ * The whole number that brings a scan to the resolution at which borders on dark glass are found best. A scan whose
+ * resolution is not known is judged by its longer side.
  */
 int reduction_for_dark_glass(const vantrel_image& scan);
 

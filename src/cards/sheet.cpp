@@ -7,6 +7,7 @@
 #include "cards/quad.h"
 #include "cards/reduce.h"
 #include "cards/reduction.h"
+#include "cards/source.h"
 #include "segment/find_cards.h"
 
 namespace vantrel::cards {
@@ -26,10 +27,6 @@ struct Place {
   double share;
 };
 
-vantrel_rect rect_in_scan(const geometry::Rect& rect, int rows) {
-  return {rect.cols.first, rows - rect.rows.end, rect.cols.end, rows - rect.rows.first};
-}
-
 /** A column's cards from the top down, one at a time; the finder's are in order from the bottom upwards. */
 class FromTop {
  public:
@@ -38,7 +35,7 @@ class FromTop {
   bool empty() const { return cards_.empty(); }
   Place first() const {
     const segment::Card& card = cards_.back();
-    return {rect_in_scan(card.rect, rows_), number_, card.share};
+    return {rect_in_scan(card.rect, rows_, 1), number_, card.share};
   }
   Place take() {
     const Place place = first();
