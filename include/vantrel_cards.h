@@ -38,9 +38,9 @@
  *
  * ## Errors
  *
- * A function that can fail returns a vantrel_status, and VANTREL_OK is 0. On any other status nothing was written and
- * nothing is left to release. That there is no card on a scan is an answer and not an error. Every missing piece of
- * memory is reported as VANTREL_ERROR_MEMORY, never as a different answer.
+ * A function that can fail returns a vantrel_status, and VANTREL_OK is 0. On any other status nothing was written,
+ * but for a handle that becomes null, and nothing is left to release. That there is no card on a scan is an answer and
+ * not an error. Every missing piece of memory is reported as VANTREL_ERROR_MEMORY, never as a different answer.
  *
  * ## Threads
  *
@@ -221,8 +221,9 @@ typedef struct vantrel_find_options {
   const vantrel_method* methods; /**< tried in this order until one finds a card; null: dark glass, flat light, sheet */
   size_t method_count;
   double analysis_dpi; /**< dots per inch at which borders are looked for, by a reduction of the scan by the nearest
-                          whole number; without effect when the scan's are not known. 0: what the scan has; on dark
-                          glass also about 150 to 200, where that shows more sides. Cuts keep the scan's */
+                          whole number; without effect when the scan's are not known or nothing would be left. 0: what
+                          the scan has; on dark glass also about 150 to 200, where that shows more sides. Cuts keep the
+                          scan's */
   int32_t most_cards;  /**< no more cards than this; 0: as many as there are */
   int32_t straighten;  /**< 1: on a sheet, look for each card's own borders around its place; 0: do not */
 } vantrel_find_options;

@@ -17,11 +17,11 @@ const char* text_of(vantrel_status status) {
     case VANTREL_ERROR_RESOLUTION:
       return "the dots per inch are not a number from 0 on";
     case VANTREL_ERROR_OPTION:
-      return "an option has a value that there is not";
+      return "an option has a value, or a record a size, that there is not";
     case VANTREL_ERROR_GEOMETRY:
       return "the corners enclose nothing, or the rectangle is not within the image";
     case VANTREL_ERROR_TARGET:
-      return "the target's size or format does not fit";
+      return "the target's size or format does not fit, or it holds a block already";
     case VANTREL_ERROR_ABSENT:
       return "there is no such card, or the method was not tried";
     case VANTREL_ERROR_MEMORY:
