@@ -160,7 +160,7 @@ TEST(CardsHandle, TellsOfNoCardThatThereIsNot) {
 TEST(CardsHandle, FillsRecordsOfThisSizeOrLarger) {
   const Memory memory = card_on_glass();
   const Cards cards(memory.image());
-  for (const std::size_t more : {0, 8, 1000}) {
+  for (const std::size_t more : {0u, 8u, 1000u}) {
     vantrel_card card = VANTREL_CARD_INIT;
     card.size += more;
     EXPECT_EQ(vantrel_cards_get(cards.get(), 0, &card), VANTREL_OK);
