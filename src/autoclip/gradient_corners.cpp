@@ -7,7 +7,6 @@ namespace vantrel::autoclip {
 namespace {
 
 using geometry::Rect;
-using geometry::Side;
 using lines::Direction;
 
 /** Two opposite borders by the edge pixels of one direction. */

@@ -15,7 +15,6 @@
 namespace vantrel::lines {
 namespace {
 
-using geometry::Line;
 using geometry::Rect;
 using geometry::Side;
 using image::ConstPixels;
