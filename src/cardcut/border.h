@@ -37,8 +37,7 @@ struct ColumnChanges {
 
 /** Lets the edge pixels of a row vote; where a difference would reach out of the image there is no edge. */
 template <class Rules>
-ColumnChanges vote_row(const Scene<Rules>& scene, const Band& band, int y, geometry::AngleSpan angles,
-                       Contrasts& contrasts) {
+ColumnChanges vote_row(Scene<Rules>& scene, const Band& band, int y, geometry::AngleSpan angles, Contrasts& contrasts) {
   const Span columns = band.columns;
   RowVotes votes(scene.votes, y, angles);
   ColumnChanges changes;
@@ -62,7 +61,7 @@ ColumnChanges vote_row(const Scene<Rules>& scene, const Band& band, int y, geome
 
 /** The part of a band whose differences lie inside the image, its votes cleared. No rows when there are no columns. */
 template <class Rules>
-Band begin_votes(const Scene<Rules>& scene, const Band& band) {
+Band begin_votes(Scene<Rules>& scene, const Band& band) {
   Band inner = {common(band.rows, inner_rows(scene.image)), common(band.columns, inner_columns(scene.image)),
                 band.shift};
   if (inner.columns.empty()) inner.rows = {};
@@ -93,7 +92,7 @@ Border check_line(const Scene<Rules>& scene, std::optional<Peak> line, Span colu
 
 /** Votes over a band in the image's lowest part, and the lowest line that they favour. */
 template <class Rules>
-std::optional<Peak> vote_for_lower_line(const Scene<Rules>& scene, const Band& band, Contrasts& contrasts) {
+std::optional<Peak> vote_for_lower_line(Scene<Rules>& scene, const Band& band, Contrasts& contrasts) {
   const Band inner = begin_votes(scene, band);
   for (int y = inner.rows.first; y < inner.rows.end; ++y) vote_row(scene, inner, y, kAllAngles, contrasts);
   return scene.votes.lowest_peak(kLowerShare);
@@ -101,7 +100,7 @@ std::optional<Peak> vote_for_lower_line(const Scene<Rules>& scene, const Band& b
 
 /** The card's lower border in the left third of the image. */
 template <class Rules>
-Border left_lower_border(const Scene<Rules>& scene) {
+Border left_lower_border(Scene<Rules>& scene) {
   const int cols = scene.image.cols;
   const Band band = {Rules::lower_rows(scene.image.rows), {3, cols / 3}, 0};
   return check_line(scene, vote_for_lower_line(scene, band, Rules::kSideContrasts), {0, cols / 3}, kLowerShare);
@@ -109,7 +108,7 @@ Border left_lower_border(const Scene<Rules>& scene) {
 
 /** The card's lower border in the right third. */
 template <class Rules>
-Border right_lower_border(const Scene<Rules>& scene) {
+Border right_lower_border(Scene<Rules>& scene) {
   const int cols = scene.image.cols;
   const int first = 2 * cols / 3;
   const Band band = {Rules::lower_rows(scene.image.rows), {first, cols - 3}, Rules::right_shift(cols)};
@@ -118,7 +117,7 @@ Border right_lower_border(const Scene<Rules>& scene) {
 
 /** The card's lower border in the middle third, after it was found on neither side. */
 template <class Rules>
-Border middle_lower_border(const Scene<Rules>& scene, int right_hits) {
+Border middle_lower_border(Scene<Rules>& scene, int right_hits) {
   const int cols = scene.image.cols;
   const Band band = {Rules::lower_rows(scene.image.rows), Rules::middle_columns(cols), Rules::middle_shift(cols)};
   return check_line(scene, vote_for_lower_line(scene, band, Rules::kContrasts), band.columns, Rules::kMiddleShare,
@@ -130,7 +129,7 @@ Border middle_lower_border(const Scene<Rules>& scene, int right_hits) {
  * print. Only lines of kUpperAngles count.
  */
 template <class Rules>
-Border upper_border(const Scene<Rules>& scene) {
+Border upper_border(Scene<Rules>& scene) {
   const int cols = scene.image.cols;
   const Band band = {Rules::upper_rows(scene.image.rows), {cols / 8, 7 * cols / 8 + 1}, Rules::upper_shift(cols)};
   const Band inner = begin_votes(scene, band);

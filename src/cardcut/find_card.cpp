@@ -22,7 +22,7 @@ struct LowerBorder {
 double strength_of(int hits, int columns) { return static_cast<double>(hits) / columns; }
 
 template <class Rules>
-LowerBorder find_lower_border(const Scene<Rules>& scene) {
+LowerBorder find_lower_border(Scene<Rules>& scene) {
   const HoughAccumulator& votes = scene.votes;
   const int cols = scene.image.cols;
   const Border left = left_lower_border(scene);
@@ -68,7 +68,7 @@ void find_corners(const Scene<Rules>& scene, const LowerBorder& lower, FlatCard&
 }
 
 template <class Rules>
-void find_sides(const Scene<Rules>& scene, FlatCard& card) {
+void find_sides(Scene<Rules>& scene, FlatCard& card) {
   const LowerBorder lower = find_lower_border(scene);
   const int bottom = lower.bottom.value_or(card.rect.rows.first);
   card.rect.rows.first = Rules::kept_bottom(bottom, scene.image.rows);
@@ -89,9 +89,9 @@ FlatCard find(ConstPixels image) {
   if (!HoughAccumulator::reaches(image.rows, image.cols)) return card;
   const Span inner = inner_rows(image);
   const Span bands[] = {common(Rules::lower_rows(image.rows), inner), common(Rules::upper_rows(image.rows), inner)};
-  HoughAccumulator votes(image.rows, image.cols, bands);
-  card.ready = votes.ready();
-  if (card.ready) find_sides(Scene<Rules>{image, votes}, card);
+  Scene<Rules> scene{image, HoughAccumulator(image.rows, image.cols, bands)};
+  card.ready = scene.votes.ready();
+  if (card.ready) find_sides(scene, card);
   return card;
 }
 

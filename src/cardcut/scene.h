@@ -29,7 +29,7 @@ struct Scene {
   using Pixel = typename Rules::Pixel;
 
   ConstPixels image;
-  HoughAccumulator& votes;
+  HoughAccumulator votes;
 
   const unsigned char* pixel(int x, int y) const { return image.row(y) + std::ptrdiff_t{x} * Pixel::kBytes; }
 
