@@ -19,9 +19,9 @@ struct Point {
 
 /** The line a * x + b * y = c, x a column and y a memory row. */
 struct Line {
-  double a = 0.0;
-  double b = 0.0;
-  double c = 0.0;
+  double a;
+  double b;
+  double c;
 };
 
 /** Four corners in reading order. */
