@@ -148,12 +148,14 @@ TEST(FindCorners, SaysWhenASideIsTooLong) {
     EXPECT_EQ(result.verdict, VANTREL_SIDE_TOO_LONG);
     expect_no_lines(result);
   }
-  Image negative(8, 8, 8, 0);
-  negative.header().biWidth = -8;
-  EXPECT_EQ(search(*negative.ptr(), 0).verdict, VANTREL_SIDE_TOO_LONG);
-  negative.header().biWidth = 8;
-  negative.header().biHeight = -8;
-  EXPECT_EQ(search(*negative.ptr(), 0).verdict, VANTREL_SIDE_TOO_LONG);
+  for (const int side : {-1, -8}) {
+    Image negative(8, 8, 8, 0);
+    negative.header().biWidth = side;
+    EXPECT_EQ(search(*negative.ptr(), 0).verdict, VANTREL_SIDE_TOO_LONG);
+    negative.header().biWidth = 8;
+    negative.header().biHeight = side;
+    EXPECT_EQ(search(*negative.ptr(), 0).verdict, VANTREL_SIDE_TOO_LONG);
+  }
 }
 
 TEST(FindCorners, OnlyReadsTheImage) {

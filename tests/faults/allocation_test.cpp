@@ -186,6 +186,14 @@ TEST(AllocationFailure, FindsNoLine) {
                 }
               }));
   }
+  EXPECT_EQ(1, fail_each_allocation([&](auto failed) {
+              std::vector<typePoint> points(60, typePoint{5.0f, 5.0f});
+              double normal[8] = {};
+              double distance[4] = {};
+              const int code =
+                  Compute_Hough_Angle(normal, distance, points.data(), 20, 20, 60, 1, sines.data(), cosines.data());
+              EXPECT_EQ(code, failed() ? 0 : 1);
+            }));
 }
 
 TEST(AllocationFailure, LetsTheDensityVerifiersSayNo) {

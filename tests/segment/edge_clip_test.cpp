@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <utility>
 
 #include "segment/edgeclip/exports.h"
 #include "support/image.h"
@@ -167,6 +168,18 @@ TEST(ClipImg, OtherDepthsAreRefusedWithTheOutputsUntouched) {
     Image scan(64, 64, depth, 255);
     const Rows rows = clip(scan);
     EXPECT_FALSE(rows.done) << depth;
+    EXPECT_EQ(rows.first, -77);
+    EXPECT_EQ(rows.second, -78);
+  }
+}
+
+TEST(ClipImg, NegativeSizesAreRefusedWithTheOutputsUntouched) {
+  for (const auto& [width, height] : {std::pair(-1, 64), std::pair(64, -1), std::pair(-64, -64)}) {
+    Image scan(64, 64, 8, 255);
+    scan.header().biWidth = width;
+    scan.header().biHeight = height;
+    const Rows rows = clip(scan);
+    EXPECT_FALSE(rows.done) << width << " x " << height;
     EXPECT_EQ(rows.first, -77);
     EXPECT_EQ(rows.second, -78);
   }
