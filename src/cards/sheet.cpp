@@ -9,6 +9,7 @@
 #include "cards/reduction.h"
 #include "cards/source.h"
 #include "segment/find_cards.h"
+#include "segment/sheet_layout.h"
 
 namespace vantrel::cards {
 namespace {
@@ -121,10 +122,14 @@ vantrel_status add_places(const vantrel_image& scan, const Request& request, con
 /** The format in which a sheet is segmented. */
 vantrel_format sheet_format(vantrel_format format) { return is_colour(format) ? VANTREL_FORMAT_BGR : format; }
 
-/** Single precision, in which cards are measured; so many dots that nothing is left of the scan are as good as more. */
+/**
+ * As cards are measured: from the whole pixels per metre that files and image blocks keep, so that a scan is segmented
+ * the same however it came. So many dots that nothing is left of the scan are as good as more.
+ */
 float measured_dpi(double dpi) {
-  constexpr double kMost = 1e8;
-  return static_cast<float>(std::min(dpi, kMost));
+  constexpr double kMost = 5e7;
+  const auto per_metre = static_cast<int>(std::min(dpi, kMost) / 0.0254 + 0.5);
+  return segment::dots_per_inch(per_metre, per_metre);
 }
 
 vantrel_reason refusal(double dpi) {

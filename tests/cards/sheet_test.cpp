@@ -53,6 +53,16 @@ TEST(Sheet, FindsCardsInReadingOrderInEveryOrderOfRows) {
   }
 }
 
+TEST(Sheet, IsMeasuredInWholePixelsPerMetre) {
+  // 360 dots per inch are 14173 pixels per metre, 359.995 dots per inch: 2.2 inches are 197 rows of a copy reduced by
+  // 4, not 198.
+  const Memory memory = sheet_with(1600, 1500, {{100, 500, 1300, 900}});
+  const Cards cards(memory.image(360));
+  ASSERT_EQ(cards.count(), 1u);
+  const vantrel_rect place = details_of(cards).cards[0].place;
+  EXPECT_EQ(place.bottom - place.top, 4 * 196 + 1);
+}
+
 TEST(Sheet, FindsNoMoreCardsThanAskedFor) {
   const Memory memory = sheet_with(2400, 2100, kThree);
   for (const int most : {1, 2, 3, 4}) {
