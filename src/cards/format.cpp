@@ -9,25 +9,16 @@ namespace {
 
 constexpr unsigned char kOpaque = 255;
 
-/** The commonest conversion, its layout known to the compiler. */
-template <int kBytes, int kBlue>
-void colour_to_gray(const unsigned char* pixel, unsigned char* level, int count) {
-  constexpr int kRed = 2 - kBlue;
-  for (int i = 0; i < count; ++i, pixel += kBytes) {
-    level[i] = image::gray_level(pixel[kBlue], pixel[1], pixel[kRed]);
-  }
-}
-
 void to_gray(const unsigned char* source, vantrel_format from, unsigned char* target, int count) {
   switch (from) {
     case VANTREL_FORMAT_BGR:
-      return colour_to_gray<3, 0>(source, target, count);
+      return image::row_to_gray<3, 0>(source, target, count);
     case VANTREL_FORMAT_RGB:
-      return colour_to_gray<3, 2>(source, target, count);
+      return image::row_to_gray<3, 2>(source, target, count);
     case VANTREL_FORMAT_BGRA:
-      return colour_to_gray<4, 0>(source, target, count);
+      return image::row_to_gray<4, 0>(source, target, count);
     default:
-      return colour_to_gray<4, 2>(source, target, count);
+      return image::row_to_gray<4, 2>(source, target, count);
   }
 }
 

@@ -3,11 +3,7 @@
 namespace vantrel::image {
 
 void to_gray(ConstPixels colour, Pixels gray) {
-  for (int r = 0; r < gray.rows; ++r) {
-    const unsigned char* pixel = colour.row(r);
-    unsigned char* level = gray.row(r);
-    for (int c = 0; c < gray.cols; ++c, pixel += 3) level[c] = gray_level(pixel[0], pixel[1], pixel[2]);
-  }
+  for (int r = 0; r < gray.rows; ++r) row_to_gray<3, 0>(colour.row(r), gray.row(r), gray.cols);
 }
 
 void split_planes(ConstPixels colour, const std::array<unsigned char*, 3>& planes, std::ptrdiff_t plane_stride) {
