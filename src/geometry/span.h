@@ -8,7 +8,6 @@
 #define VANTREL_GEOMETRY_SPAN_H
 
 #include <algorithm>
-#include <cstdint>
 
 namespace vantrel::geometry {
 
@@ -32,7 +31,6 @@ struct Rect {
   Span rows;
   Span cols;
 
-  constexpr std::int64_t area() const { return std::int64_t{rows.size()} * cols.size(); }
   constexpr bool operator==(const Rect&) const = default;
 };
 
