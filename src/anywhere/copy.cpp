@@ -1,0 +1,134 @@
+#include "anywhere/copy.h"
+
+#include <algorithm>
+
+namespace vantrel::anywhere {
+namespace {
+
+using image::WorkArray;
+
+constexpr int divide_rounded(int value, int by) { return (value >= 0 ? value + by / 2 : value - by / 2) / by; }
+
+/** Adds rows of bytes up, so that reading a large scan is one sweep that vectorises. */
+class ColumnSums {
+ public:
+  explicit ColumnSums(std::size_t bytes) : sums_(bytes) {}
+
+  bool ready() const { return sums_.ready(); }
+  void clear() { std::fill_n(sums_.get(), sums_.size(), std::uint16_t{0}); }
+  // A sum holds 257 rows, far more than a factor has.
+  void add(const unsigned char* row) {
+    std::uint16_t* sum = sums_.get();
+    const std::size_t count = sums_.size();
+    for (std::size_t i = 0; i < count; ++i) sum[i] = static_cast<std::uint16_t>(sum[i] + row[i]);
+  }
+  const std::uint16_t* get() const { return sums_.get(); }
+
+ private:
+  WorkArray<std::uint16_t> sums_;
+};
+
+/** The sums of blue, green and red over a block of the scan. */
+struct Sums {
+  int blue = 0;
+  int green = 0;
+  int red = 0;
+};
+
+/** Writes one pixel of the copy from the sums over `count` pixels. */
+void put(Copy& copy, std::size_t at, const Sums& sums, int count) {
+  const int light = sums.blue + 2 * sums.green + sums.red;
+  copy.planes[kLight][at] = static_cast<std::int16_t>(divide_rounded(light * (kLevel / 4), count));
+  if (copy.plane_count == 1) return;
+  const int red_green = sums.red - sums.green;
+  const int blue_yellow = 2 * sums.blue - sums.red - sums.green;
+  copy.planes[kRedGreen][at] = static_cast<std::int16_t>(divide_rounded(red_green * (kLevel / 2), count));
+  copy.planes[kBlueYellow][at] = static_cast<std::int16_t>(divide_rounded(blue_yellow * (kLevel / 4), count));
+}
+
+template <class Pixels>
+Sums block_sums(const std::uint16_t* column, int factor) {
+  Sums sums;
+  for (int i = 0; i < factor; ++i, column += Pixels::kBytes) {
+    sums.blue += column[Pixels::kBlue];
+    sums.green += column[Pixels::kGreen];
+    sums.red += column[Pixels::kRed];
+  }
+  return sums;
+}
+
+template <class Pixels>
+bool reduce_bytes(const image::ConstPixels& scan, Copy& copy) {
+  const auto bytes = static_cast<std::size_t>(copy.cols) * static_cast<std::size_t>(copy.factor * Pixels::kBytes);
+  ColumnSums columns(bytes);
+  if (!columns.ready()) return false;
+  std::size_t at = 0;
+  for (int row = 0; row < copy.rows; ++row) {
+    columns.clear();
+    for (int i = 0; i < copy.factor; ++i) columns.add(scan.row(row * copy.factor + i));
+    const std::uint16_t* column = columns.get();
+    for (int col = 0; col < copy.cols; ++col, column += copy.factor * Pixels::kBytes)
+      put(copy, at++, block_sums<Pixels>(column, copy.factor), copy.factor * copy.factor);
+  }
+  return true;
+}
+
+bool reduce_bits(const image::ConstPixels& scan, Copy& copy) {
+  std::size_t at = 0;
+  for (int row = 0; row < copy.rows; ++row) {
+    for (int col = 0; col < copy.cols; ++col) {
+      int sum = 0;
+      for (int r = row * copy.factor; r < (row + 1) * copy.factor; ++r)
+        for (int c = col * copy.factor; c < (col + 1) * copy.factor; ++c) sum += BilevelPixels::level(scan.row(r), c);
+      put(copy, at++, {sum, sum, sum}, copy.factor * copy.factor);
+    }
+  }
+  return true;
+}
+
+/** [1 2 1] / 4 along a line of values `step` apart, in place; the outermost values are repeated. */
+void smooth_line(std::int16_t* value, int count, int step) {
+  int before = *value;
+  for (int i = 0; i < count; ++i, value += step) {
+    const int here = *value;
+    const int after = i + 1 < count ? value[step] : here;
+    *value = static_cast<std::int16_t>((before + 2 * here + after + 2) >> 2);
+    before = here;
+  }
+}
+
+void smooth(Copy& copy, std::int16_t* plane) {
+  for (int row = 0; row < copy.rows; ++row) smooth_line(plane + copy.index(row, 0), copy.cols, 1);
+  for (int col = 0; col < copy.cols; ++col) smooth_line(plane + col, copy.rows, copy.cols);
+}
+
+}  // namespace
+
+int reduction_factor(int rows, int cols) { return std::max(1, (std::max(rows, cols) + kCopySide / 2) / kCopySide); }
+
+Copy reduce(const Scan& scan) {
+  Copy copy;
+  copy.factor = reduction_factor(scan.pixels.rows, scan.pixels.cols);
+  copy.rows = scan.pixels.rows / copy.factor;
+  copy.cols = scan.pixels.cols / copy.factor;
+  const bool colour = scan.layout != Layout::kGray && scan.layout != Layout::kBilevel;
+  copy.plane_count = colour ? std::size_t{kPlanes} : 1;
+  for (std::size_t plane = 0; plane < copy.plane_count; ++plane)
+    copy.planes[plane] = WorkArray<std::int16_t>(copy.size());
+  if (!copy.ready() || copy.size() == 0) return copy;
+  const bool done = with_pixels(scan.layout, [&](auto pixels) {
+    using Pixels = decltype(pixels);
+    if constexpr (Pixels::kBytes == 0)
+      return reduce_bits(scan.pixels, copy);
+    else
+      return reduce_bytes<Pixels>(scan.pixels, copy);
+  });
+  if (!done) {
+    copy.planes[0] = WorkArray<std::int16_t>(std::size_t(-1));  // no memory: not ready
+    return copy;
+  }
+  for (std::size_t plane = 0; plane < copy.plane_count; ++plane) smooth(copy, copy.planes[plane].get());
+  return copy;
+}
+
+}  // namespace vantrel::anywhere
