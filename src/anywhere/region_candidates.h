@@ -6,34 +6,24 @@
 #define VANTREL_ANYWHERE_REGION_CANDIDATES_H
 
 #include <array>
-#include <cstdint>
 
+#include "anywhere/barrier_map.h"
 #include "anywhere/copy.h"
 #include "anywhere/quad.h"
-#include "image/work_array.h"
 
 namespace vantrel::anywhere {
 
-/** How far each pixel of a copy stands out from the ground: its minimum barrier distance to the frame, in kLevel-ths.
- */
-struct BarrierMap {
-  image::WorkArray<std::uint16_t> distances;
-
-  bool ready() const { return distances.ready(); }
-};
-
-BarrierMap barrier_map(const Copy& copy);
-
 /** The most candidates from regions. */
-inline constexpr int kMostRegions = 64;
+inline constexpr int kMostRegions = 128;
 
-/** Quadrilaterals in the coordinates of the copy. */
+/** Quadrilaterals in the coordinates of the copy, clockwise, the most plausible first. */
 struct RegionCandidates {
-  bool ready = false;
+  bool ready = false; /**< false: there was not enough memory */
   int count = 0;
   std::array<Quad, kMostRegions> quads{};
 };
 
+/** Puts quadrilaterals around the regions of a map that lie above one of several thresholds. */
 RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map);
 
 }  // namespace vantrel::anywhere

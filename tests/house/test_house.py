@@ -9,6 +9,7 @@ SOURCES = Path(__file__).resolve().parents[2] / "src"
 ROOMS = {
     "geometry": set(),
     "image": {"geometry"},
+    "anywhere": {"geometry", "image"},
     "components": {"geometry", "image"},
     "lines": {"geometry", "image", "components"},
     "autoclip": {"geometry", "image", "components", "lines"},

@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "anywhere/candidate_pool.h"
+#include "anywhere/hull.h"
+#include "anywhere/outline.h"
+#include "anywhere/region_candidates.h"
+#include "anywhere/regions.h"
+#include "anywhere/side_fit.h"
+#include "anywhere/thresholds.h"
+
+namespace {
+
+using namespace vantrel::anywhere;
+using vantrel::image::WorkArray;
+
+/** A map drawn with digits: the value is ten times the digit. */
+struct DrawnMap {
+  std::vector<std::uint16_t> values;
+  int rows;
+  int cols;
+
+  explicit DrawnMap(const std::vector<std::string>& lines)
+      : rows(static_cast<int>(lines.size())), cols(static_cast<int>(lines[0].size())) {
+    for (const std::string& line : lines)
+      for (const char digit : line) values.push_back(static_cast<std::uint16_t>((digit - '0') * 10));
+  }
+  Relief relief() const { return {values.data(), rows, cols}; }
+};
+
+std::vector<std::uint32_t> areas(const DrawnMap& map, int threshold, std::uint32_t least) {
+  RegionFinder finder(map.rows, map.cols);
+  EXPECT_TRUE(finder.ready());
+  std::vector<std::uint32_t> found;
+  for (const Region& region : finder.find(map.relief(), threshold, least)) found.push_back(region.area);
+  return found;
+}
+
+TEST(Regions, AreConnectedBySidesOfPixelsTheLargestFirst) {
+  const DrawnMap map({"1100555", "1100505", "0011505", "9000555"});
+  EXPECT_EQ(areas(map, 0, 1), (std::vector<std::uint32_t>{12, 4, 1}));
+  EXPECT_EQ(areas(map, 10, 1), (std::vector<std::uint32_t>{10, 1}));
+  EXPECT_EQ(areas(map, 50, 1), (std::vector<std::uint32_t>{1}));
+  EXPECT_EQ(areas(map, 90, 1), (std::vector<std::uint32_t>{}));
+  EXPECT_EQ(areas(map, 0, 4), (std::vector<std::uint32_t>{12, 4}));
+}
+
+TEST(Regions, JoinArmsThatMeetBelow) {
+  EXPECT_EQ(areas(DrawnMap({"10101", "10101", "11111"}), 0, 1), (std::vector<std::uint32_t>{11}));
+}
+
+TEST(Regions, KeepTheLargest128) {
+  // 150 single pixels, then a pair.
+  std::string line;
+  for (int i = 0; i < 150; ++i) line += "10";
+  const std::vector<std::uint32_t> found = areas(DrawnMap({line + "11"}), 0, 1);
+  ASSERT_EQ(found.size(), 128u);
+  EXPECT_EQ(found[0], 2u);
+  EXPECT_EQ(found[127], 1u);
+}
+
+/** The only region of a map, seen from outside. */
+Outline outline_of(const DrawnMap& map) {
+  RegionFinder finder(map.rows, map.cols);
+  Outline outline(map.rows, map.cols);
+  const auto regions = finder.find(map.relief(), 0, 1);
+  outline.trace(finder, regions[0]);
+  return outline;
+}
+
+TEST(Outline, SeesAShapeFromItsFourSides) {
+  const Outline outline = outline_of(DrawnMap({"000000", "001110", "010010", "001110"}));
+  EXPECT_EQ(outline.left(), 2);
+  EXPECT_EQ(outline.right(), 5);
+  EXPECT_EQ(outline.top(), 1);
+  EXPECT_EQ(outline.bottom(), 4);
+  EXPECT_EQ(outline.row_first(2), 4);
+  EXPECT_EQ(outline.row_end(2), 5);
+  EXPECT_EQ(outline.col_first(3), 1);
+  EXPECT_EQ(outline.col_end(3), 4);
+  EXPECT_EQ(outline.filled_area(), 7);
+}
+
+std::vector<std::array<double, 2>> corners_of(const Quad& quad) {
+  std::vector<std::array<double, 2>> corners;
+  for (const Point& corner : quad.corners) corners.push_back({corner.x, corner.y});
+  return corners;
+}
+
+TEST(Hull, IsConvexAndClockwise) {
+  const Outline outline = outline_of(DrawnMap({"0110", "1111", "1001"}));
+  Hull hull(3);
+  hull.enclose(outline);
+  std::vector<std::array<double, 2>> corners;
+  for (const Point& corner : hull.corners()) corners.push_back({corner.x, corner.y});
+  EXPECT_EQ(corners, (std::vector<std::array<double, 2>>{{3, 0}, {4, 1}, {4, 3}, {0, 3}, {0, 1}, {1, 0}}));
+  EXPECT_EQ(hull.area(), 11.0);
+}
+
+TEST(Hull, LosesTheSidesWhoseRemovalAddsLeast) {
+  // The two cut corners of the test above are put back.
+  const Outline outline = outline_of(DrawnMap({"0110", "1111", "1001"}));
+  Hull hull(3);
+  hull.enclose(outline);
+  Quad quad;
+  ASSERT_TRUE(hull.reduce_to_quad(quad));
+  EXPECT_EQ(corners_of(quad), (std::vector<std::array<double, 2>>{{4, 0}, {4, 3}, {0, 3}, {0, 0}}));
+}
+
+TEST(Hull, OfFourCornersStaysAndOfThreeHasNoQuad) {
+  const std::array<Point, 3> triangle = {Point{0, 0}, Point{4, 0}, Point{0, 4}};
+  Quad rectangle;
+  ASSERT_TRUE(smallest_rectangle(triangle, rectangle));
+  EXPECT_NEAR(area(rectangle), 16.0, 1e-9);
+  Hull hull(2);
+  hull.enclose(outline_of(DrawnMap({"11"})));
+  Quad quad;
+  ASSERT_TRUE(hull.reduce_to_quad(quad));
+  EXPECT_EQ(corners_of(quad), (std::vector<std::array<double, 2>>{{2, 0}, {2, 1}, {0, 1}, {0, 0}}));
+}
+
+TEST(SmallestRectangle, LiesOnASideOfTheHull) {
+  // A square on its tip, one tip cut: 10 x 10 along the diagonals, level it would be 2 * sqrt(50) wide.
+  const std::array<Point, 4> tilted = {Point{3, 0}, Point{7, 3}, Point{4, 7}, Point{0, 4}};
+  Quad rectangle;
+  ASSERT_TRUE(smallest_rectangle(tilted, rectangle));
+  EXPECT_NEAR(area(rectangle), 25.0, 1e-9);
+}
+
+TEST(SmallestRectangle, NeedsAnArea) {
+  const std::array<Point, 2> line = {Point{0, 0}, Point{4, 0}};
+  Quad rectangle;
+  EXPECT_FALSE(smallest_rectangle(line, rectangle));
+}
+
+TEST(Thresholds, RiseFromTheNoiseToWhatStandsOut) {
+  std::vector<std::uint16_t> values(100, 16);
+  for (std::size_t i = 60; i < 100; ++i) values[i] = 1600;
+  const Thresholds thresholds = thresholds_of({values.data(), 10, 10});
+  EXPECT_EQ(thresholds.count, 8u);
+  EXPECT_EQ(thresholds.values[0], 24);
+  EXPECT_EQ(thresholds.values[7], 779);
+}
+
+TEST(CandidatePool, GivesTheBestWithoutNearTwins) {
+  const Quad square{{Point{0, 0}, Point{20, 0}, Point{20, 20}, Point{0, 20}}};
+  const Quad turned{{Point{21, 0}, Point{21, 20}, Point{0, 20}, Point{0, 1}}};
+  const Quad other{{Point{0, 0}, Point{23, 0}, Point{23, 20}, Point{0, 20}}};
+  CandidatePool pool(8);
+  ASSERT_TRUE(pool.ready());
+  pool.add(square, 0.5);
+  pool.add(other, 0.25);
+  pool.add(turned, 1.0);
+  std::array<Quad, 4> quads;
+  ASSERT_EQ(pool.best(quads), 2u);
+  EXPECT_EQ(corners_of(quads[0]), corners_of(turned));
+  EXPECT_EQ(corners_of(quads[1]), corners_of(other));
+  EXPECT_EQ(pool.best(std::span(quads).first(1)), 1u);
+}
+
+/** A gray scan with polygons on it, which is large enough to be its own copy. */
+class DrawnCopy {
+ public:
+  DrawnCopy(int rows, int cols, int ground) {
+    copy.rows = rows;
+    copy.cols = cols;
+    copy.plane_count = 1;
+    copy.planes[0] = WorkArray<std::int16_t>(copy.size());
+    for (std::size_t i = 0; i < copy.size(); ++i) copy.planes[0][i] = static_cast<std::int16_t>(ground * kLevel);
+  }
+  /** Blends 16 samples a pixel, so that slanted borders are smooth. */
+  void draw(const Quad& quad, int level) {
+    for (int row = 0; row < copy.rows; ++row)
+      for (int col = 0; col < copy.cols; ++col) {
+        int inside = 0;
+        for (int i = 0; i < 16; ++i) inside += contains(quad, {col + (i % 4 + 0.5) / 4, row + (i / 4 + 0.5) / 4});
+        std::int16_t& value = copy.planes[0][copy.index(row, col)];
+        value = static_cast<std::int16_t>((value * (16 - inside) + level * kLevel * inside) / 16);
+      }
+  }
+  RegionCandidates candidates() const {
+    const BarrierMap map = barrier_map(copy);
+    EXPECT_TRUE(map.ready());
+    RegionCandidates found = region_candidates(copy, map);
+    EXPECT_TRUE(found.ready);
+    return found;
+  }
+
+  Copy copy;
+
+ private:
+  static bool contains(const Quad& quad, Point p) {
+    for (std::size_t i = 0; i < 4; ++i)
+      if (cross(quad[i + 1] - quad[i], p - quad[i]) < 0) return false;
+    return true;
+  }
+};
+
+/** Which candidate has all corners within half a pixel of a quadrilateral's; -1: none. */
+int place_of(const Quad& quad, const RegionCandidates& found) {
+  for (int i = 0; i < found.count; ++i)
+    if (nearly_equal(quad, found.quads[static_cast<std::size_t>(i)], 0.5)) return i;
+  return -1;
+}
+
+const Quad kTilted{{Point{40, 20}, Point{110, 50}, Point{90, 95}, Point{20, 65}}};
+
+TEST(RegionCandidates, BeginWithTheOnlyCard) {
+  DrawnCopy scan(120, 140, 60);
+  scan.draw(kTilted, 200);
+  EXPECT_EQ(place_of(kTilted, scan.candidates()), 0);
+}
+
+TEST(RegionCandidates, AreClockwiseWithAnArea) {
+  DrawnCopy scan(120, 140, 60);
+  scan.draw(kTilted, 200);
+  const RegionCandidates found = scan.candidates();
+  ASSERT_GT(found.count, 0);
+  for (int i = 0; i < found.count; ++i) EXPECT_GT(area(found.quads[static_cast<std::size_t>(i)]), 0.0);
+}
+
+TEST(RegionCandidates, SeeDarkOnBrightAndThreeLevels) {
+  for (const int level : {30, 197, 203}) {
+    DrawnCopy scan(120, 140, 200);
+    scan.draw(kTilted, level);
+    EXPECT_EQ(place_of(kTilted, scan.candidates()), 0) << level;
+  }
+}
+
+TEST(RegionCandidates, SeeACardInsideACard) {
+  const Quad inner{{Point{50, 45}, Point{80, 45}, Point{80, 65}, Point{50, 65}}};
+  DrawnCopy scan(120, 140, 20);
+  scan.draw({{Point{20, 20}, Point{120, 20}, Point{120, 90}, Point{20, 90}}}, 100);
+  scan.draw(inner, 220);
+  EXPECT_GE(place_of(inner, scan.candidates()), 0);
+  EXPECT_GE(place_of({{Point{20, 20}, Point{120, 20}, Point{120, 90}, Point{20, 90}}}, scan.candidates()), 0);
+}
+
+TEST(RegionCandidates, SeeSixtyCards) {
+  DrawnCopy scan(400, 300, 230);
+  std::vector<Quad> cards;
+  for (int i = 0; i < 60; ++i) {
+    const double x = 8 + i % 6 * 48;
+    const double y = 8 + i / 6 * 38;
+    cards.push_back({{Point{x, y}, Point{x + 40, y + 2}, Point{x + 39, y + 28}, Point{x - 1, y + 26}}});
+    scan.draw(cards.back(), 20 + i * 2);
+  }
+  const RegionCandidates found = scan.candidates();
+  for (const Quad& card : cards) EXPECT_GE(place_of(card, found), 0);
+}
+
+TEST(RegionCandidates, SeeACardThatTheFrameCuts) {
+  DrawnCopy scan(120, 140, 60);
+  scan.draw({{Point{60, -30}, Point{110, -30}, Point{110, 50}, Point{60, 50}}}, 200);
+  EXPECT_GE(place_of({{Point{60, 0}, Point{110, 0}, Point{110, 50}, Point{60, 50}}}, scan.candidates()), 0);
+}
+
+TEST(RegionCandidates, AreNoneOnABareGroundOrATinyScan) {
+  EXPECT_EQ(DrawnCopy(120, 140, 60).candidates().count, 0);
+  EXPECT_EQ(DrawnCopy(1, 140, 60).candidates().count, 0);
+  EXPECT_EQ(DrawnCopy(2, 2, 60).candidates().count, 0);
+}
+
+}  // namespace
