@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "anywhere/ground.h"
-
 namespace vantrel::anywhere {
 namespace {
 
@@ -36,12 +34,14 @@ Row row_of(const Copy& copy, std::size_t plane, Paths& paths, int row) {
   return {copy.planes[plane].get() + start, paths.highs.get() + start, paths.lows.get() + start};
 }
 
+constexpr std::int16_t barrier(std::int16_t high, std::int16_t low) { return static_cast<std::int16_t>(high - low); }
+
 /** Lets the pixels of a row take the paths of the row beside it. */
 void extend_across(const Row& from, const Row& to, int cols) {
   for (int i = 0; i < cols; ++i) {
     const std::int16_t high = std::max(from.highs[i], to.values[i]);
     const std::int16_t low = std::min(from.lows[i], to.values[i]);
-    const bool better = high - low < to.highs[i] - to.lows[i];
+    const bool better = barrier(high, low) < barrier(to.highs[i], to.lows[i]);
     to.highs[i] = better ? high : to.highs[i];
     to.lows[i] = better ? low : to.lows[i];
   }
@@ -54,7 +54,7 @@ void extend_along(const Row& row, int first, int count, int step) {
   for (int n = 1, i = first + step; n < count; ++n, i += step) {
     const std::int16_t high = std::max(last_high, row.values[i]);
     const std::int16_t low = std::min(last_low, row.values[i]);
-    const bool better = high - low < row.highs[i] - row.lows[i];
+    const bool better = barrier(high, low) < barrier(row.highs[i], row.lows[i]);
     last_high = better ? high : row.highs[i];
     last_low = better ? low : row.lows[i];
     row.highs[i] = last_high;
@@ -100,16 +100,16 @@ void keep_larger(const Paths& paths, BarrierMap& map) {
 }  // namespace
 
 BarrierMap barrier_map(const Copy& copy) {
-  BarrierMap map{WorkArray<std::uint16_t>(copy.size(), image::Fill::kZero)};
+  BarrierMap map{{}, WorkArray<std::uint16_t>(copy.size(), image::Fill::kZero)};
   if (!map.ready() || copy.rows < 2 || copy.cols < 2) return map;
   Paths paths(copy.size());
   if (!paths.ready()) {
     map.distances = WorkArray<std::uint16_t>(std::size_t(-1));  // no memory: not ready
     return map;
   }
-  const Ground ground = find_ground(copy);
+  map.ground = find_ground(copy);
   for (std::size_t plane = 0; plane < copy.plane_count; ++plane) {
-    begin(copy, ground, plane, paths);
+    begin(copy, map.ground, plane, paths);
     for (int pass = 0; pass < kPasses; ++pass) {
       if (pass % 2 == 0)
         sweep_down(copy, plane, paths);

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "anywhere/copy.h"
+#include "anywhere/ground.h"
 #include "image/work_array.h"
 
 namespace vantrel::anywhere {
@@ -20,6 +21,7 @@ namespace vantrel::anywhere {
  * J. Zhang and others, "Minimum Barrier Salient Object Detection at 80 FPS", ICCV 2015: a few raster passes come near.
  */
 struct BarrierMap {
+  Ground ground; /**< what the distances are to */
   image::WorkArray<std::uint16_t> distances;
 
   bool ready() const { return distances.ready(); }

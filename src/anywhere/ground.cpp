@@ -8,46 +8,63 @@ namespace {
 
 /** A colour within so many levels of a dominant one belongs to it: more than noise and grain, less than most cards. */
 constexpr int kTolerance = 10 * kLevel;
-/** So many places of the frame are tried as the middle of a dominant colour. */
-constexpr int kTries = 128;
+/** So many places of the frame are looked at, and each kTryEvery-th is tried as the middle of a dominant colour. */
+constexpr int kMostPlaces = 512;
+constexpr int kTryEvery = 8;
 /** A further colour is the ground's if the frame shows this share of it: a card cut by the frame rarely takes more. */
 constexpr double kLeastShare = 0.22;
 
-/** What a colour has on the frame: how many pixels that no colour has taken yet, and their sums. */
-struct Followers {
+/** The colours of the frame at even steps, without those that a dominant colour has taken. */
+struct Places {
   int count = 0;
-  std::array<std::int64_t, kPlanes> sums{};
-
-  Colour mean() const {
-    Colour colour{};
-    for (std::size_t plane = 0; plane < kPlanes; ++plane) colour[plane] = static_cast<int>(sums[plane] / count);
-    return colour;
-  }
+  std::array<Colour, kMostPlaces> colours;
 };
 
-Followers followers_of(const Copy& copy, const Ground& taken, const Colour& middle) {
-  Followers followers;
+Places places_of(const Copy& copy) {
+  Places places;
   const int length = frame_length(copy);
-  for (int i = 0; i < length; ++i) {
-    const Colour colour = colour_at(copy, frame_index(copy, i));
-    if (difference(colour, middle) > kTolerance || belongs_to(taken, colour)) continue;
-    ++followers.count;
-    for (std::size_t plane = 0; plane < kPlanes; ++plane) followers.sums[plane] += colour[plane];
-  }
-  return followers;
+  places.count = std::min(length, kMostPlaces);
+  for (int i = 0; i < places.count; ++i)
+    places.colours[static_cast<std::size_t>(i)] = colour_at(copy, frame_index(copy, length * i / places.count));
+  return places;
 }
 
-Followers most_followed(const Copy& copy, const Ground& taken) {
-  Followers best;
-  const int length = frame_length(copy);
-  const int step = std::max(1, length / kTries);
-  for (int i = 0; i < length; i += step) {
-    const Colour middle = colour_at(copy, frame_index(copy, i));
-    if (belongs_to(taken, middle)) continue;
-    const Followers followers = followers_of(copy, taken, middle);
-    if (followers.count > best.count) best = followers;
+int count_followers(const Places& places, const Colour& middle) {
+  const auto follows = [&](const Colour& colour) { return difference(colour, middle) <= kTolerance; };
+  return static_cast<int>(std::count_if(places.colours.begin(), places.colours.begin() + places.count, follows));
+}
+
+/** The place with the most followers, and how many these are; 0 without any place. */
+int most_followed(const Places& places, Colour& middle) {
+  int most = 0;
+  for (int i = 0; i < places.count; i += kTryEvery) {
+    const Colour& colour = places.colours[static_cast<std::size_t>(i)];
+    const int followers = count_followers(places, colour);
+    if (followers <= most) continue;
+    most = followers;
+    middle = colour;
   }
-  return best;
+  return most;
+}
+
+/** The mean of the colours that follow a place. */
+Colour mean_of_followers(const Places& places, const Colour& middle) {
+  int count = 0;
+  Colour sum{};
+  for (int i = 0; i < places.count; ++i) {
+    const Colour& colour = places.colours[static_cast<std::size_t>(i)];
+    if (difference(colour, middle) > kTolerance) continue;
+    ++count;
+    for (std::size_t plane = 0; plane < kPlanes; ++plane) sum[plane] += colour[plane];
+  }
+  for (int& value : sum) value /= count;
+  return sum;
+}
+
+void take_followers(Places& places, const Colour& middle) {
+  const auto follows = [&](const Colour& colour) { return difference(colour, middle) <= kTolerance; };
+  const auto end = std::remove_if(places.colours.begin(), places.colours.begin() + places.count, follows);
+  places.count = static_cast<int>(end - places.colours.begin());
 }
 
 }  // namespace
@@ -79,11 +96,14 @@ int difference(const Colour& a, const Colour& b) {
 
 Ground find_ground(const Copy& copy) {
   Ground ground;
+  Places places = places_of(copy);
+  const double least = kLeastShare * places.count;
   while (ground.count < kMostGroundColours) {
-    const Followers followers = most_followed(copy, ground);
-    if (followers.count == 0) break;
-    if (ground.count > 0 && followers.count < kLeastShare * frame_length(copy)) break;
-    ground.colours[ground.count++] = followers.mean();
+    Colour middle{};
+    const int followers = most_followed(places, middle);
+    if (followers == 0 || (ground.count > 0 && followers < least)) break;
+    ground.colours[ground.count++] = mean_of_followers(places, middle);
+    take_followers(places, middle);
   }
   return ground;
 }

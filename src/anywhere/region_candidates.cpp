@@ -87,8 +87,7 @@ void Builder::add_all() {
 }
 
 /** How far each pixel lies from the ground's first colour. */
-void difference_map(const Copy& copy, WorkArray<std::uint16_t>& map) {
-  const Ground ground = find_ground(copy);
+void difference_map(const Copy& copy, const Ground& ground, WorkArray<std::uint16_t>& map) {
   for (std::size_t i = 0; i < map.size(); ++i)
     map[i] = static_cast<std::uint16_t>(difference(colour_at(copy, i), ground.colours[0]));
 }
@@ -100,10 +99,10 @@ bool collect(const Copy& copy, const BarrierMap& map, CandidatePool& pool) {
   return true;
 }
 
-bool collect_differences(const Copy& copy, CandidatePool& pool) {
+bool collect_differences(const Copy& copy, const Ground& ground, CandidatePool& pool) {
   WorkArray<std::uint16_t> map(copy.size());
   if (!map.ready()) return false;
-  difference_map(copy, map);
+  difference_map(copy, ground, map);
   Builder builder({map.get(), copy.rows, copy.cols}, pool);
   if (!builder.ready()) return false;
   builder.add_all();
@@ -120,7 +119,7 @@ RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map) {
     found.ready = true;
     return found;
   }
-  if (!collect(copy, map, pool) || !collect_differences(copy, pool)) return found;
+  if (!collect(copy, map, pool) || !collect_differences(copy, map.ground, pool)) return found;
   found.count = static_cast<int>(pool.best(found.quads));
   found.ready = true;
   return found;

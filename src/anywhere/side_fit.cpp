@@ -13,7 +13,7 @@ constexpr double kReaches[] = {4.0, 2.5, 1.5, 1.5};
 /** A side needs so many places of the outline on its line. */
 constexpr std::size_t kLeastPlaces = 5;
 /** How far the strongest step of the relief may lie from the outline. */
-constexpr int kSnapReach = 2;
+constexpr int kSnapReach = 3;
 /** A corner that moves farther than this has left its region. */
 constexpr double kMostMove = 12.0;
 /** The outline lies beside a side that is so near. */
