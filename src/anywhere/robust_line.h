@@ -1,0 +1,38 @@
+/**
+ * @file robust_line.h
+ * @brief A straight line through points some of which do not belong to it.
+ */
+#ifndef VANTREL_ANYWHERE_ROBUST_LINE_H
+#define VANTREL_ANYWHERE_ROBUST_LINE_H
+
+#include <span>
+
+namespace vantrel::anywhere {
+
+/** offset = base + slope * along. */
+struct OffsetLine {
+  double base = 0.0;
+  double slope = 0.0;
+
+  constexpr double at(double along) const { return base + slope * along; }
+};
+
+/** A point, and how much it is to be trusted. */
+struct OffsetPoint {
+  double along;
+  double offset;
+  double weight;
+};
+
+/**
+ * Fits a line by least squares, reweighted by J. W. Tukey's biweight (P. J. Huber: Robust statistics, 1981).
+ *
+ * @param start a line that lies near the one to be found.
+ * @param width points farther than this from the line have no say.
+ * @return start where too few points lie near it.
+ */
+OffsetLine robust_line(std::span<const OffsetPoint> points, const OffsetLine& start, double width);
+
+}  // namespace vantrel::anywhere
+
+#endif
