@@ -1,0 +1,135 @@
+// Photographs of cards on tables, and receipts on backing sheets.
+#include <algorithm>
+#include <cmath>
+
+#include "drawing/artwork.h"
+#include "drawing/scene.h"
+
+namespace vantrel::drawing {
+namespace {
+
+Design pick_handheld(Random& random) {
+  return design_card(random, random.pick(std::array<const char*, 14>{"plain", "plain", "framed", "bordered", "banded",
+                                                                     "dark", "identity", "identity", "two-tone",
+                                                                     "boxes", "faded", "page", "receipt", "receipt"}));
+}
+
+double area_of(const Quad& quad) {
+  double sum = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const Point a = quad[i], b = quad[(i + 1) % 4];
+    sum += (a.x * b.y - a.y * b.x) / 2;
+  }
+  return sum;
+}
+
+// A card so large that it fills that part of the picture, as far as it fits.
+Quad filling(Random& random, const Design& design, const Bed& bed, double part) {
+  const double tilt =
+      random.chance(0.7) ? random.normal() * 0.15 + 1.5707963 * random.integer(0, 3) : random.uniform(0, 6.3);
+  const double amount = random.chance(0.4) ? random.uniform(0.1, 0.4) : random.uniform(0, 0.12);
+  Quad quad = foreshortened(random, rectangle({0, 0}, design.width, design.height, tilt), amount);
+  double width = 0, height = 0;
+  for (Point p : quad) {
+    for (Point q : quad) width = std::max(width, p.x - q.x), height = std::max(height, p.y - q.y);
+  }
+  const double wanted = std::sqrt(part * bed.width * bed.height / area_of(quad));
+  const double room = std::min(bed.width / width, bed.height / height) * 0.98;
+  const double scale = std::min(wanted, room);
+  for (Point& p : quad) p = p * scale;
+  return quad;
+}
+
+// Another paper below the card, or other things beside it: they may reach beyond the picture.
+void clutter(Scene& scene, Random& random, const Quad& card) {
+  const Bed& bed = scene.bed;
+  for (int things = random.integer(0, 3); things > 0; --things) {
+    scene.note("clutter");
+    const double size = std::max(bed.width, bed.height) * random.uniform(0.2, 0.9);
+    const double angle = random.uniform(0, 6.3);
+    // Around the picture's middle at a distance: mostly at its borders.
+    const Point middle = Point{bed.width / 2.0, bed.height / 2.0} +
+                         unit(angle) * (std::max(bed.width, bed.height) * random.uniform(0.45, 0.8));
+    const Quad quad =
+        foreshortened(random, rectangle(middle, size, size * random.uniform(0.3, 1), random.uniform(0, 6.3)), 0.15);
+    Design design = design_card(random);
+    design.transparent = false;
+    design.width = length(quad[1] - quad[0]) / bed.pixels_per_mm,
+    design.height = length(quad[3] - quad[0]) / bed.pixels_per_mm;
+    lay(scene, random, design, quad, {.counted = false});
+  }
+  if (random.chance(0.12)) {
+    scene.note("paper below");
+    const Quad quad = moved(grown(card, length(card[1] - card[0]) * random.uniform(0.05, 0.4)),
+                            unit(random.uniform(0, 6.3)) * (10 * bed.pixels_per_mm));
+    lay_backing(scene, random, quad, tint(random, random.uniform(40, 245), random.uniform(0, 40)));
+  }
+}
+
+// Of a hand or a telephone held above.
+void darken_by_hand(Scene& scene, Random& random) {
+  if (!random.chance(0.35)) return;
+  scene.note("hand shadow");
+  const Bed& bed = scene.bed;
+  const double size = std::max(bed.width, bed.height) * random.uniform(0.5, 1.2);
+  const Point middle{random.uniform(0, bed.width), random.uniform(0, bed.height)};
+  const Quad quad = rectangle(middle, size, size * random.uniform(0.3, 0.8), random.uniform(0, 6.3));
+  scene.layers.push_back(std::make_unique<Shade>(quad, size * random.between(0.01, 0.15), random.uniform(0.08, 0.45)));
+}
+
+}  // namespace
+
+void compose_photo(Scene& scene, Random& random) {
+  const int longer = random.integer(640, 1600), shorter = longer * (random.chance(0.7) ? 12 : 9) / 16;
+  Bed bed{longer, shorter, 1, true};
+  if (random.chance(0.5)) std::swap(bed.width, bed.height);
+  const Design design = pick_handheld(random);
+  const Quad shape = filling(random, design, bed, random.uniform(0.15, 0.9));
+  bed.pixels_per_mm = std::sqrt(area_of(shape) / (design.width * design.height));
+  scene.set_bed(bed);
+  scene.capture = pick_camera_capture(random, scene.scan.effects);
+  scene.set_ground(random, pick_table_ground(random));
+  scene.scan.place = random.chance(0.1) ? "cut" : "free";
+  const Quad quad = placed(random, shape, scene.bed, scene.scan.place);
+  clutter(scene, random, quad);
+  Laying laying;
+  if (design.kind == "receipt" || design.kind == "page")
+    laying.crumple = random.chance(0.5) ? random.uniform(0.05, 0.5) : 0;
+  lay(scene, random, design, quad, laying);
+  darken_by_hand(scene, random);
+}
+
+void compose_receipt(Scene& scene, Random& random) {
+  scene.set_bed(random.chance(0.7) ? bed_of(210, 297, random.between(75, 150), 2.2e6) : pick_bed(random));
+  scene.capture = pick_scanner_capture(random, scene.scan.effects);
+  scene.set_ground(random, pick_scanner_ground(random));
+  const Bed& bed = scene.bed;
+  const double scale = bed.pixels_per_mm;
+  if (random.chance(0.6)) {  // a sheet behind the receipt, whose own edges are on the glass
+    scene.note("backing sheet");
+    const double width = bed.width * random.uniform(0.75, 1.1), height = bed.height * random.uniform(0.75, 1.1);
+    const Point middle{bed.width * random.uniform(0.4, 0.6), bed.height * random.uniform(0.4, 0.6)};
+    const Colour colour = random.chance(0.5) ? tint(random, random.uniform(225, 252), 2)
+                                             : tint(random, random.uniform(40, 230), random.uniform(10, 70));
+    lay_backing(scene, random, rectangle(middle, width, height, random.normal() * 0.02), colour);
+    scene.scan.ground += " and sheet";
+  }
+  Design design =
+      design_card(random, random.pick(std::array<const char*, 5>{"receipt", "receipt", "receipt", "page", "plain"}));
+  const bool level = random.chance(0.75);
+  const double tilt = (level ? random.normal() * 0.04 : random.uniform(0, 6.3)) +
+                      (random.chance(0.8) ? 0 : 1.5707963 * random.integer(1, 3));
+  const double c = std::abs(std::cos(tilt)), s = std::abs(std::sin(tilt));
+  const double room = std::min(bed.width / scale / (design.width * c + design.height * s),
+                               bed.height / scale / (design.width * s + design.height * c));
+  const double factor = std::min(1.0, room * random.uniform(0.6, 0.98));
+  design.width *= factor, design.height *= factor;
+  scene.scan.place = random.pick(std::array<const char*, 6>{"free", "free", "edge", "corner", "corner", "cut"});
+  const Quad quad =
+      placed(random, rectangle({0, 0}, design.width * scale, design.height * scale, tilt), bed, scene.scan.place);
+  Laying laying;
+  if (random.chance(0.7)) laying.crumple = random.uniform(0.05, 0.6);
+  lay(scene, random, design, quad, laying);
+}
+
+}  // namespace vantrel::drawing
