@@ -1,0 +1,54 @@
+"""Which candidates compete with which: a group for each true card, and one for each scan without any."""
+
+import numpy as np
+
+from .additive import Lists
+from .tables import RIGHT, WRONG
+
+MOST_WRONG = 120  # wrong candidates in a group; more teach nothing new
+EMPTY_WEIGHT = 1.0
+
+
+def compete(table, seed=1, most_wrong=MOST_WRONG, right=RIGHT):
+    """The rows that compete, as indices into the table, and their groups."""
+    random = np.random.default_rng(seed)
+    starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
+    index, group, is_right, weight = [], [], [], []
+    for scan, cards in enumerate(table.cards):
+        rows = np.arange(starts[scan], starts[scan + 1])
+        wrong = rows[table.jaccard[rows] < WRONG]
+        for card in range(max(cards, 1)):
+            good = rows[(table.jaccard[rows] > right) & (table.card[rows] == card)]
+            if cards and not len(good):
+                continue  # a card without a right candidate teaches nothing here
+            bad = wrong if len(wrong) <= most_wrong else random.choice(wrong, most_wrong, replace=False)
+            taken = np.concatenate([good, bad])
+            if not len(taken):
+                continue
+            index.append(taken)
+            group.append(np.full(len(taken), len(weight)))
+            is_right.append(np.isin(np.arange(len(taken)), np.arange(len(good))))
+            # A scan of many cards counts as a few.
+            weight.append(EMPTY_WEIGHT if cards == 0 else min(1.0, 3.0 / cards))
+    lists = Lists(np.concatenate(group), np.concatenate(is_right).astype(float), np.array(weight))
+    return np.concatenate(index), lists
+
+
+def shares_right(table, score, ranks=(1, 5, 24)):
+    """By set: the share of cards for which a right candidate is among the so many best, and how many there could be."""
+    starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
+    found = {}
+    for scan, cards in enumerate(table.cards):
+        rows = np.arange(starts[scan], starts[scan + 1])
+        order = rows[np.argsort(-score[rows], kind="stable")]
+        for card in range(cards):
+            good = (table.jaccard[order] > RIGHT) & (table.card[order] == card)
+            # Other cards of the scan are no rivals.
+            rivals = good | (table.jaccard[order] < WRONG)
+            places = np.flatnonzero(good[rivals])
+            found.setdefault(table.sets[scan], []).append(places[0] if len(places) else 10**6)
+    report = {}
+    for name, places in found.items():
+        places = np.array(places)
+        report[name] = [float((places < rank).mean()) for rank in ranks] + [float((places < 10**6).mean()), len(places)]
+    return report

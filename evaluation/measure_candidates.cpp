@@ -1,0 +1,106 @@
+/**
+ * Measures the candidates of drawn scans, for the fit of the finder's model.
+ *
+ *   vantrel_measure_candidates first|final SET FIRST_SEED COUNT > TABLE
+ *
+ * Writes rows of 32-bit floats: the seed, the number of the true card that the candidate covers best (-1: none), the
+ * Jaccard index with it, the distance of the farthest corner over the card's diagonal, then the features: of every
+ * candidate of the copy (first), or of the finalists on the scan (final). A scan begins with a row whose second number
+ * is -2 and whose third is the count of its true cards.
+ */
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "anywhere/finalists.h"
+#include "drawing/drawn_scan.h"
+#include "jaccard.h"
+
+namespace {
+
+using namespace vantrel;
+using anywhere::Quad;
+using anywhere::operator-;
+using anywhere::operator*;
+
+struct Truth {
+  float card = -1.0F;
+  float jaccard = 0.0F;
+  float distance = 1.0F;
+};
+
+Quad quad_of(const drawing::TrueCard& card) {
+  Quad quad;
+  for (std::size_t i = 0; i < 4; ++i) quad.corners[i] = {card.corners[i].x, card.corners[i].y};
+  return quad;
+}
+
+Truth compare(const drawing::DrawnScan& scan, const Quad& found) {
+  Truth truth;
+  for (std::size_t i = 0; i < scan.cards.size(); ++i) {
+    const Quad card = quad_of(scan.cards[i]);
+    const auto value = static_cast<float>(evaluation::jaccard(found, card, scan.width, scan.height));
+    if (value <= truth.jaccard) continue;
+    const double diagonal = anywhere::length(card[2] - card[0]);
+    truth = {static_cast<float>(i), value, static_cast<float>(evaluation::corner_distance(found, card) / diagonal)};
+  }
+  return truth;
+}
+
+template <class Features>
+void write_row(std::uint64_t seed, const Truth& truth, const Features& features) {
+  std::vector<float> row = {static_cast<float>(seed), truth.card, truth.jaccard, truth.distance};
+  row.insert(row.end(), features.begin(), features.end());
+  std::fwrite(row.data(), sizeof(float), row.size(), stdout);
+}
+
+template <class Features>
+void write_head(std::uint64_t seed, const drawing::DrawnScan& scan) {
+  write_row(seed, {-2.0F, static_cast<float>(scan.cards.size()), 0.0F}, Features{});
+}
+
+Quad scaled(const Quad& quad, double factor) {
+  Quad result;
+  for (std::size_t i = 0; i < 4; ++i) result.corners[i] = quad[i] * factor;
+  return result;
+}
+
+void measure_first(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Analysis& analysis) {
+  write_head<anywhere::Features>(seed, drawn);
+  for (std::size_t i = 0; i < analysis.features.size(); ++i)
+    write_row(seed, compare(drawn, scaled(analysis.candidates.items[i].quad, analysis.copy.factor)),
+              analysis.features[i]);
+}
+
+void measure_final(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Scan& scan,
+                   const anywhere::Analysis& analysis) {
+  write_head<anywhere::FinalFeatures>(seed, drawn);
+  anywhere::Finalists finalists;
+  if (!anywhere::measure_likeliest(scan, analysis, finalists)) std::abort();
+  for (const anywhere::Finalist& one : finalists.all()) write_row(seed, compare(drawn, one.refined.quad), one.features);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 5) {
+    std::fputs("usage: vantrel_measure_candidates first|final SET FIRST_SEED COUNT > TABLE\n", stderr);
+    return 2;
+  }
+  const bool final = std::strcmp(arguments[1], "final") == 0;
+  const std::uint64_t first = std::stoull(arguments[3]), end = first + std::stoull(arguments[4]);
+  for (std::uint64_t seed = first; seed < end; ++seed) {
+    const drawing::DrawnScan drawn = drawing::draw_scan(arguments[2], seed);
+    const anywhere::Scan scan = {{drawn.bgr.data(), drawn.height, drawn.width, std::ptrdiff_t{drawn.width} * 3},
+                                 anywhere::Layout::kBgr};
+    anywhere::Analysis analysis;
+    if (!anywhere::analyse(scan, analysis)) return 1;
+    if (final)
+      measure_final(seed, drawn, scan, analysis);
+    else
+      measure_first(seed, drawn, analysis);
+  }
+  return 0;
+}

@@ -1,0 +1,42 @@
+/**
+ * @file analysis.h
+ * @brief Everything that is known of a scan before it is judged.
+ */
+#ifndef VANTREL_ANYWHERE_ANALYSIS_H
+#define VANTREL_ANYWHERE_ANALYSIS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "anywhere/candidates.h"
+#include "anywhere/copy.h"
+#include "anywhere/edges.h"
+#include "anywhere/features.h"
+#include "anywhere/lines.h"
+#include "anywhere/region_candidates.h"
+#include "image/work_array.h"
+
+namespace vantrel::anywhere {
+
+/** The steps in their order, each made from those before it. */
+struct Analysis {
+  Copy copy;
+  image::WorkArray<Gradient> gradients{0};
+  Edges edges;
+  BarrierMap barriers{{}, image::WorkArray<std::uint16_t>(0)};
+  Lines lines{0, 0};
+  Candidates candidates;
+  image::WorkArray<Features> features{0}; /**< of each candidate */
+
+  Scene scene() const { return {copy, gradients.all(), barriers.distances.all(), edges.threshold}; }
+};
+
+/** The least side of a copy on which anything can be found. */
+inline constexpr int kLeastCopySide = 24;
+
+/** Looks at a scan; false where there was not enough memory. A scan too small has no candidates. */
+bool analyse(const Scan& scan, Analysis& analysis);
+
+}  // namespace vantrel::anywhere
+
+#endif

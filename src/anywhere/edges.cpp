@@ -1,0 +1,105 @@
+#include "anywhere/edges.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "anywhere/directions.h"
+
+namespace vantrel::anywhere {
+namespace {
+
+using image::WorkArray;
+
+/**
+ * The gradient by H. Scharr's 3 x 3 filters ("Optimale Operatoren in der Digitalen Bildverarbeitung", 2000). The
+ * weights sum to 32 a level a pixel; a quarter of it fits 16 bits whatever the picture holds.
+ */
+Gradient gradient_at(const std::int16_t* at, std::ptrdiff_t stride) {
+  const std::int16_t *above = at - stride, *below = at + stride;
+  const int x = 3 * (above[1] - above[-1]) + 10 * (at[1] - at[-1]) + 3 * (below[1] - below[-1]);
+  const int y = 3 * (below[-1] - above[-1]) + 10 * (below[0] - above[0]) + 3 * (below[1] - above[1]);
+  return {static_cast<std::int16_t>(x / 4), static_cast<std::int16_t>(y / 4), 0};
+}
+static_assert(kGradient == kLevel * 32 / 4);
+
+constexpr int squared(Gradient g) { return g.x * g.x + g.y * g.y; }
+
+/** The share of the picture that is taken to be without edges, how far above it edges begin, and the bounds of that. */
+constexpr double kQuietShare = 0.4;
+constexpr double kAboveQuiet = 2.6;
+constexpr int kLeastThreshold = 42 * kGradient / 100;
+constexpr int kMostThreshold = 5 * kGradient;
+
+/** Whether the gradient at `g` is greatest along its direction; then `offset` is where between the pixels it peaks. */
+bool is_ridge(const Gradient* g, std::ptrdiff_t stride, double& step_x, double& step_y) {
+  const int ax = std::abs(g->x), ay = std::abs(g->y);
+  const int larger = std::max(ax, ay);
+  const std::ptrdiff_t sx = g->x < 0 ? -1 : 1, sy = (g->y < 0 ? -1 : 1) * stride;
+  // One step along the gradient ends between a straight and a diagonal neighbour.
+  const std::ptrdiff_t straight = ax >= ay ? sx : sy, diagonal = sx + sy;
+  const double slant = static_cast<double>(std::min(ax, ay)) / larger;
+  const auto between_them = [&](int sign) {
+    return (1.0 - slant) * g[sign * straight].magnitude + slant * g[sign * diagonal].magnitude;
+  };
+  const double before = between_them(-1), here = g->magnitude, after = between_them(1);
+  if (here < before || here <= after) return false;
+  const double offset = 0.5 * (after - before) / (2 * here - before - after);
+  step_x = offset * g->x / larger;
+  step_y = offset * g->y / larger;
+  return true;
+}
+
+}  // namespace
+
+WorkArray<Gradient> find_gradients(const Copy& copy) {
+  WorkArray<Gradient> gradients(copy.size(), image::Fill::kZero);
+  if (!gradients.ready()) return gradients;
+  for (int row = 1; row + 1 < copy.rows; ++row) {
+    for (int col = 1; col + 1 < copy.cols; ++col) {
+      const std::size_t at = copy.index(row, col);
+      Gradient best;
+      for (std::size_t plane = 0; plane < copy.plane_count; ++plane) {
+        const Gradient g = gradient_at(&copy.planes[plane][at], copy.cols);
+        if (squared(g) > squared(best)) best = g;
+      }
+      best.magnitude = static_cast<std::uint16_t>(std::sqrt(static_cast<double>(squared(best))));
+      gradients[at] = best;
+    }
+  }
+  return gradients;
+}
+
+int edge_threshold(std::span<const Gradient> gradients) {
+  // Finer than a percent of the range of thresholds; what is greater counts as greatest.
+  constexpr int kBin = 4;
+  std::array<std::uint32_t, kMostThreshold / kBin + 1> counts{};
+  for (const Gradient& g : gradients) ++counts[std::min<std::size_t>(g.magnitude / kBin, counts.size() - 1)];
+  const auto quiet = static_cast<std::uint64_t>(kQuietShare * static_cast<double>(gradients.size()));
+  std::uint64_t seen = 0;
+  std::size_t bin = 0;
+  while (bin + 1 < counts.size() && (seen += counts[bin]) < quiet) ++bin;
+  const auto threshold = static_cast<int>(kAboveQuiet * kBin * static_cast<double>(bin));
+  return std::clamp(threshold, kLeastThreshold, kMostThreshold);
+}
+
+Edges find_edges(const Copy& copy, std::span<const Gradient> gradients) {
+  Edges edges;
+  // A ridge has no ridge before and behind it, so that they are at most every second pixel.
+  edges.places = WorkArray<Edge>(copy.size() / 2 + 1);
+  if (!edges.ready()) return edges;
+  edges.threshold = edge_threshold(gradients);
+  for (int row = 2; row + 2 < copy.rows; ++row) {
+    for (int col = 2; col + 2 < copy.cols; ++col) {
+      const Gradient* g = &gradients[copy.index(row, col)];
+      double step_x = 0.0, step_y = 0.0;
+      if (g->magnitude < edges.threshold || !is_ridge(g, copy.cols, step_x, step_y)) continue;
+      if (edges.count == edges.places.size()) return edges;
+      edges.places[edges.count++] = {static_cast<float>(col + 0.5 + step_x), static_cast<float>(row + 0.5 + step_y),
+                                     g->magnitude, static_cast<std::uint8_t>(direction_of(g->x, g->y))};
+    }
+  }
+  return edges;
+}
+
+}  // namespace vantrel::anywhere

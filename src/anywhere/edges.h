@@ -1,0 +1,56 @@
+/**
+ * @file edges.h
+ * @brief The edges of a copy, thin and with their place between the pixels.
+ */
+#ifndef VANTREL_ANYWHERE_EDGES_H
+#define VANTREL_ANYWHERE_EDGES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "anywhere/copy.h"
+#include "image/work_array.h"
+
+namespace vantrel::anywhere {
+
+/** A gradient of one level a pixel. */
+inline constexpr int kGradient = 128;
+
+/** The gradient at a pixel, in the plane in which it is greatest. */
+struct Gradient {
+  std::int16_t x = 0;
+  std::int16_t y = 0;
+  std::uint16_t magnitude = 0;
+};
+
+/** A place where the gradient is greatest along its own direction. */
+struct Edge {
+  float x;
+  float y;
+  std::uint16_t magnitude; /**< kGradient a level a pixel */
+  std::uint8_t direction;  /**< of the gradient, as a bin of directions.h */
+};
+
+/** The edges of a copy, from the top down. */
+struct Edges {
+  image::WorkArray<Edge> places{0};
+  std::size_t count = 0;
+  int threshold = 0; /**< the least magnitude */
+
+  bool ready() const { return places.ready(); }
+  std::span<const Edge> all() const { return {places.get(), count}; }
+};
+
+/** The gradients of a copy, row by row; 0 on its outermost pixels. Not ready without memory. */
+image::WorkArray<Gradient> find_gradients(const Copy& copy);
+
+/** The least magnitude of an edge: what most of the picture stays below. */
+int edge_threshold(std::span<const Gradient> gradients);
+
+/** The gradients that are greatest across their direction. */
+Edges find_edges(const Copy& copy, std::span<const Gradient> gradients);
+
+}  // namespace vantrel::anywhere
+
+#endif

@@ -1,0 +1,86 @@
+#include "anywhere/finalists.h"
+
+#include <algorithm>
+
+#include "anywhere/model.h"
+#include "anywhere/overlap.h"
+
+namespace vantrel::anywhere {
+namespace {
+
+/** Candidates with nearer corners than this, in pixels of the copy, are laid onto the same border. */
+constexpr double kSamePlace = 3.0;
+/** So many finalists are taken whatever they overlap, for they may be the right one beside a tempting one. */
+constexpr std::size_t kRivals = 24;
+/** How far the scan's border may lie from a candidate's, in pixels of the copy. */
+constexpr double kReach = 1.3;
+
+/** A candidate by its first score; of equal ones the first. */
+struct Ranked {
+  double score;
+  std::size_t index;
+
+  bool operator<(const Ranked& other) const { return score != other.score ? score > other.score : index < other.index; }
+};
+
+bool is_taken(const Finalists& finalists, const Quad& quad, bool rivals) {
+  for (const Finalist& finalist : finalists.all()) {
+    if (nearly_same(quad, finalist.quad, kSamePlace)) return true;
+    if (!rivals && relation(quad, finalist.quad) != Relation::kApart) return true;
+  }
+  return false;
+}
+
+/** Of the ranked candidates those that differ; after the first few only further cards. */
+void take(const Analysis& analysis, std::span<const Ranked> ranked, Finalists& finalists) {
+  for (const Ranked& candidate : ranked) {
+    if (finalists.count == kMostFinalists) return;
+    const Candidate& from = analysis.candidates.items[candidate.index];
+    const bool rivals = finalists.count < kRivals;
+    if (is_taken(finalists, from.quad, rivals)) continue;
+    Finalist& added = finalists.items[finalists.count++];
+    added = Finalist{};
+    added.quad = from.quad;
+    added.rank = finalists.count;
+    added.first_score = candidate.score;
+    added.from_region = from.lines[0] == kNoLine;
+  }
+}
+
+void lay_onto(const Scan& scan, int factor, Finalist& finalist) {
+  Quad start;
+  for (std::size_t i = 0; i < 4; ++i) start.corners[i] = finalist.quad[i] * factor;
+  finalist.refined = refine(scan, start, kReach * factor);
+}
+
+}  // namespace
+
+bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
+  const auto count = static_cast<std::size_t>(analysis.candidates.count);
+  finalists.items = image::WorkArray<Finalist>(std::min(count, kMostFinalists));
+  image::WorkArray<Ranked> ranked(count);
+  if (!finalists.items.ready() || !ranked.ready()) return false;
+  for (std::size_t i = 0; i < count; ++i) ranked[i] = {kFirstModel(analysis.features[i]), i};
+  std::sort(ranked.get(), ranked.get() + count);
+  take(analysis, ranked.all(), finalists);
+  for (Finalist& finalist : finalists.all()) lay_onto(scan, analysis.copy.factor, finalist);
+  if (finalists.count == 0) return true;
+  const Scene scene = analysis.scene();
+  measure_finalists(Context(scene, analysis.edges), finalists.all());
+  return true;
+}
+
+bool choose_finalists(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
+  if (!measure_likeliest(scan, analysis, finalists)) return false;
+  for (Finalist& finalist : finalists.all()) {
+    finalist.score = kFinalModel(finalist.features);
+    finalist.confidence = kConfidence(finalist.score);
+  }
+  const auto likelier = [](const Finalist& a, const Finalist& b) {
+    return a.score != b.score ? a.score > b.score : a.rank < b.rank;
+  };
+  std::sort(finalists.items.get(), finalists.items.get() + finalists.count, likelier);
+  return true;
+}
+
+}  // namespace vantrel::anywhere

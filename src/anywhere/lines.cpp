@@ -1,0 +1,137 @@
+#include "anywhere/lines.h"
+
+#include <cmath>
+
+#include "anywhere/axis.h"
+#include "anywhere/directions.h"
+#include "anywhere/vote.h"
+
+namespace vantrel::anywhere {
+namespace {
+
+/** How far an edge may lie from a line that it supports, in pixels of the copy, first and once the line is fitted. */
+constexpr double kRoughReach = 2.0;
+constexpr double kFineReach = 1.5;
+/** And how far its direction may be from the line's, in bins of 0.7 degrees. */
+constexpr int kTurn = 16;
+
+/** A line that fewer pixels of edges support is not worth a candidate. */
+constexpr int kLeastSupport = 8;
+/** Gaps in a line's support that are closed, and runs that are dropped, in pixels. */
+constexpr int kClosedGap = 3;
+constexpr int kLeastRun = 6;
+
+SupportedLine supported(const NormalLine& line) {
+  // The normal points down, so that places along the line count from -rows on.
+  const bool up = line.normal.y < 0.0 || (line.normal.y == 0.0 && line.normal.x < 0.0);
+  SupportedLine result;
+  result.line = up ? NormalLine{line.normal * -1.0, -line.offset} : line;
+  result.way = {result.line.normal.y, -result.line.normal.x};
+  result.direction = direction_of(line.normal.x, line.normal.y);
+  return result;
+}
+
+bool supports(const Edge& edge, const SupportedLine& line, double reach) {
+  return std::abs(line.line.distance({edge.x, edge.y})) <= reach && between(edge.direction, line.direction) <= kTurn;
+}
+
+/** The line fitted again to the edges that support it. */
+bool refit(const Edges& edges, double reach, SupportedLine& line) {
+  Moments moments;
+  for (const Edge& edge : edges.all())
+    if (supports(edge, line, reach)) moments.add({edge.x, edge.y});
+  NormalLine fitted;
+  if (!principal_axis(moments, fitted)) return false;
+  const int votes = line.votes;
+  line = supported(fitted);
+  line.votes = votes;
+  return true;
+}
+
+/** Closes the short gaps of a line of marks, then drops what is left of short runs. */
+void tidy_runs(std::span<std::uint16_t> marks) {
+  const auto change_runs = [&](std::uint16_t value, std::size_t shorter_than, bool at_ends) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= marks.size(); ++i) {
+      if (i < marks.size() && marks[i] == value) continue;
+      const bool inside = start > 0 && i < marks.size();
+      if (i - start < shorter_than && (inside || at_ends))
+        std::fill(marks.begin() + static_cast<std::ptrdiff_t>(start), marks.begin() + static_cast<std::ptrdiff_t>(i),
+                  static_cast<std::uint16_t>(1 - value));
+      start = i + 1;
+    }
+  };
+  change_runs(0, kClosedGap + 1, false);
+  change_runs(1, kLeastRun, true);
+}
+
+/** Marks where a line lies on edges, and leaves the running sums of the marks. */
+void measure_support(const Edges& edges, const SupportedLine& line, int number, Support& support) {
+  const std::span<std::uint16_t> marks = support.of(number);
+  std::fill(marks.begin(), marks.end(), std::uint16_t{0});
+  for (const Edge& edge : edges.all()) {
+    if (!supports(edge, line, kFineReach)) continue;
+    marks[static_cast<std::size_t>(support.cell(line.place({edge.x, edge.y})))] = 1;
+  }
+  tidy_runs(marks);
+  std::uint16_t sum = 0;
+  for (std::uint16_t& mark : marks) mark = sum = static_cast<std::uint16_t>(sum + mark);
+}
+
+void add_frame(int rows, int cols, Lines& lines) {
+  const std::array<NormalLine, 4> sides = {NormalLine{{0.0, 1.0}, 0.0}, NormalLine{{1.0, 0.0}, double(cols)},
+                                           NormalLine{{0.0, 1.0}, double(rows)}, NormalLine{{1.0, 0.0}, 0.0}};
+  for (const NormalLine& side : sides) {
+    SupportedLine& line = lines.lines[static_cast<std::size_t>(lines.count)];
+    line = supported(side);
+    line.is_frame = true;
+    // No edge is seen on the frame: its sums stay 0, and who asks decides what a frame is worth.
+    const std::span<std::uint16_t> sums = lines.support.of(lines.count);
+    std::fill(sums.begin(), sums.end(), std::uint16_t{0});
+    ++lines.count;
+  }
+}
+
+}  // namespace
+
+Support::Support(int rows, int cols)
+    : first_(std::max(rows, cols) + 2),
+      length_(first_ + static_cast<int>(std::sqrt(double(rows) * rows + double(cols) * cols)) + 4),
+      sums_(static_cast<std::size_t>(kMostLines) * static_cast<std::size_t>(length_)) {}
+
+Lines find_lines(const Edges& edges, int rows, int cols) {
+  Lines lines(rows, cols);
+  Vote vote(rows, cols);
+  image::WorkArray<std::uint8_t> used(edges.count, image::Fill::kZero);
+  if (!lines.support.ready() || !vote.ready() || !used.ready()) return lines;
+  for (const Edge& edge : edges.all()) vote.add(edge, edges.threshold);
+  // A peak that gives no new line takes its votes with it, so this ends; the bound is for pictures full of noise.
+  for (int tries = 0; lines.count < kMostEdgeLines && tries < 2 * kMostEdgeLines; ++tries) {
+    const geometry::Peak<int> peak = vote.peak();
+    if (peak.votes < kLeastSupport * 2 * Vote::kReach) break;
+    const Point& normal = kNormals[static_cast<std::size_t>(peak.angle)];
+    SupportedLine line = supported({normal, vote.distance(peak.distance)});
+    line.votes = peak.votes;
+    const SupportedLine voted = line;
+    if (!refit(edges, kRoughReach, line) || !refit(edges, kFineReach, line)) line = voted;
+    std::size_t taken = 0;
+    for (std::size_t i = 0; i < edges.count; ++i) {
+      const Edge& edge = edges.places[i];
+      if (used[i] || !(supports(edge, line, kFineReach) || supports(edge, voted, 1.0))) continue;
+      used[i] = 1;
+      ++taken;
+      vote.remove(edge, edges.threshold);
+    }
+    if (taken < 2) continue;
+    SupportedLine& kept = lines.lines[static_cast<std::size_t>(lines.count)];
+    kept = line;
+    measure_support(edges, line, lines.count, lines.support);
+    const std::span<std::uint16_t> sums = lines.support.of(lines.count);
+    if (sums.back() >= kLeastSupport) ++lines.count;
+  }
+  add_frame(rows, cols, lines);
+  lines.done = true;
+  return lines;
+}
+
+}  // namespace vantrel::anywhere

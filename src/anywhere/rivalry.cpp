@@ -1,0 +1,92 @@
+#include "anywhere/rivalry.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "anywhere/overlap.h"
+
+namespace vantrel::anywhere {
+namespace {
+
+/** Cards of a sheet: as likely as this, in log odds, and of about the same size. */
+constexpr double kGoodScore = 0.0;
+constexpr double kSameSize = 1.3;
+/** How much better a rival is counts up to this, in log odds. */
+constexpr double kMostBetter = 8.0;
+
+void put(FinalFeatures& features, std::size_t feature, double value) { features[feature] = static_cast<float>(value); }
+
+double better_by(const Finalist& rival, const Finalist& one) {
+  return std::clamp(rival.first_score - one.first_score + kMostBetter, 0.0, 2 * kMostBetter);
+}
+
+/** The rivals of a finalist by their relation to it. */
+void measure_rivals(std::span<const Finalist> finalists, std::size_t at, FinalFeatures& f) {
+  const Finalist& one = finalists[at];
+  double around = 0.0, within = 0.0, across = 0.0, best = one.first_score;
+  int alike = 0;
+  for (std::size_t i = 0; i < finalists.size(); ++i) {
+    if (i == at) continue;
+    const Finalist& other = finalists[i];
+    best = std::max(best, other.first_score);
+    const double better = better_by(other, one);
+    switch (relation(other.quad, one.quad)) {
+      case Relation::kAround:
+        around = std::max(around, better);
+        break;
+      case Relation::kWithin:
+        within = std::max(within, better);
+        break;
+      case Relation::kAcross:
+        across = std::max(across, better);
+        break;
+      case Relation::kApart: {
+        const double ratio = area(other.quad) / std::max(area(one.quad), 1.0);
+        alike += other.first_score > kGoodScore && ratio < kSameSize && ratio * kSameSize > 1.0;
+        break;
+      }
+      case Relation::kSame:
+        break;
+    }
+  }
+  put(f, kAround, around);
+  put(f, kWithin, within);
+  put(f, kAcross, across);
+  put(f, kAlikeBeside, alike);
+  put(f, kBehindBest, best - one.first_score);
+}
+
+/** The shares and steps of the sides that do not lie on the frame; `seen` are theirs. */
+void measure_sides(const Refined& refined, const SeenSides& seen, FinalFeatures& f) {
+  const Summary share = summarise(refined.shares, seen), step = summarise(refined.contrasts, seen);
+  put(f, kMeanShare, share.mean);
+  put(f, kLeastShare, share.least);
+  put(f, kSecondShare, share.second);
+  put(f, kMeanStep, step.mean);
+  put(f, kLeastStep, step.least);
+}
+
+}  // namespace
+
+void measure_finalists(const Context& context, std::span<Finalist> finalists) {
+  const double unit = 1.0 / context.scene().copy.factor;
+  for (std::size_t i = 0; i < finalists.size(); ++i) {
+    Finalist& one = finalists[i];
+    FinalFeatures& f = one.features;
+    Quad on_copy;
+    double shift = 0.0;
+    for (std::size_t corner = 0; corner < 4; ++corner) {
+      on_copy.corners[corner] = one.refined.quad[corner] * unit;
+      shift = std::max(shift, length(on_copy[corner] - one.quad[corner]));
+    }
+    put(f, kFirstScore, one.first_score);
+    put(f, kShift, shift);
+    put(f, kFoundTwice, one.from_region);
+    measure_rivals(finalists, i, f);
+    measure_sides(one.refined, seen_sides(context.scene(), on_copy), f);
+    const Features again = measure(context, on_copy);
+    std::copy(again.begin(), again.end(), f.begin() + kFinalOnly);
+  }
+}
+
+}  // namespace vantrel::anywhere
