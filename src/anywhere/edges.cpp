@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-
-#include "anywhere/directions.h"
+#include <utility>
 
 namespace vantrel::anywhere {
 namespace {
@@ -50,6 +49,16 @@ bool is_ridge(const Gradient* g, std::ptrdiff_t stride, double& step_x, double& 
   return true;
 }
 
+/** A counting sort, which keeps the order within a direction. */
+void sort_by_direction(std::span<const Edge> found, Edges& edges) {
+  edges.places = WorkArray<Edge>(found.size());
+  if (!edges.ready()) return;
+  for (const Edge& edge : found) ++edges.starts[edge.direction + std::size_t{1}];
+  for (std::size_t i = 1; i < edges.starts.size(); ++i) edges.starts[i] += edges.starts[i - 1];
+  std::array<std::uint32_t, kDirections + 1> next = edges.starts;
+  for (const Edge& edge : found) edges.places[next[edge.direction]++] = edge;
+}
+
 }  // namespace
 
 WorkArray<Gradient> find_gradients(const Copy& copy) {
@@ -86,19 +95,23 @@ int edge_threshold(std::span<const Gradient> gradients) {
 Edges find_edges(const Copy& copy, std::span<const Gradient> gradients) {
   Edges edges;
   // A ridge has no ridge before and behind it, so that they are at most every second pixel.
-  edges.places = WorkArray<Edge>(copy.size() / 2 + 1);
-  if (!edges.ready()) return edges;
+  const std::size_t most = copy.size() / 2 + 1;
+  WorkArray<Edge> found(most);
+  if (!found.ready()) {
+    edges.places = WorkArray<Edge>(std::move(found));
+    return edges;
+  }
   edges.threshold = edge_threshold(gradients);
   for (int row = 2; row + 2 < copy.rows; ++row) {
     for (int col = 2; col + 2 < copy.cols; ++col) {
       const Gradient* g = &gradients[copy.index(row, col)];
       double step_x = 0.0, step_y = 0.0;
-      if (g->magnitude < edges.threshold || !is_ridge(g, copy.cols, step_x, step_y)) continue;
-      if (edges.count == edges.places.size()) return edges;
-      edges.places[edges.count++] = {static_cast<float>(col + 0.5 + step_x), static_cast<float>(row + 0.5 + step_y),
-                                     g->magnitude, static_cast<std::uint8_t>(direction_of(g->x, g->y))};
+      if (g->magnitude < edges.threshold || !is_ridge(g, copy.cols, step_x, step_y) || edges.count == most) continue;
+      found[edges.count++] = {static_cast<float>(col + 0.5 + step_x), static_cast<float>(row + 0.5 + step_y),
+                              g->magnitude, static_cast<std::uint8_t>(direction_of(g->x, g->y))};
     }
   }
+  sort_by_direction({found.get(), edges.count}, edges);
   return edges;
 }
 

@@ -5,11 +5,13 @@
 #ifndef VANTREL_ANYWHERE_EDGES_H
 #define VANTREL_ANYWHERE_EDGES_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
 #include "anywhere/copy.h"
+#include "anywhere/directions.h"
 #include "image/work_array.h"
 
 namespace vantrel::anywhere {
@@ -32,14 +34,23 @@ struct Edge {
   std::uint8_t direction;  /**< of the gradient, as a bin of directions.h */
 };
 
-/** The edges of a copy, from the top down. */
+/** The edges of a copy by their direction, those of one direction from the top down. */
 struct Edges {
   image::WorkArray<Edge> places{0};
   std::size_t count = 0;
   int threshold = 0; /**< the least magnitude */
+  std::array<std::uint32_t, kDirections + 1> starts{};
 
   bool ready() const { return places.ready(); }
   std::span<const Edge> all() const { return {places.get(), count}; }
+  /** Calls `function` with each edge whose direction is no more than `turn` bins from `direction`. */
+  template <class Function>
+  void for_each_near(int direction, int turn, Function function) const {
+    for (int d = direction - turn; d <= direction + turn; ++d) {
+      const auto bin = static_cast<std::size_t>((d + kDirections) % kDirections);
+      for (std::uint32_t i = starts[bin]; i < starts[bin + 1]; ++i) function(places[i]);
+    }
+  }
 };
 
 /** The gradients of a copy, row by row; 0 on its outermost pixels. Not ready without memory. */

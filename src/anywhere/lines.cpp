@@ -31,15 +31,16 @@ SupportedLine supported(const NormalLine& line) {
   return result;
 }
 
-bool supports(const Edge& edge, const SupportedLine& line, double reach) {
-  return std::abs(line.line.distance({edge.x, edge.y})) <= reach && between(edge.direction, line.direction) <= kTurn;
+bool lies_on(const Edge& edge, const SupportedLine& line, double reach) {
+  return std::abs(line.line.distance({edge.x, edge.y})) <= reach;
 }
 
 /** The line fitted again to the edges that support it. */
 bool refit(const Edges& edges, double reach, SupportedLine& line) {
   Moments moments;
-  for (const Edge& edge : edges.all())
-    if (supports(edge, line, reach)) moments.add({edge.x, edge.y});
+  edges.for_each_near(line.direction, kTurn, [&](const Edge& edge) {
+    if (lies_on(edge, line, reach)) moments.add({edge.x, edge.y});
+  });
   NormalLine fitted;
   if (!principal_axis(moments, fitted)) return false;
   const int votes = line.votes;
@@ -69,14 +70,38 @@ void tidy_runs(std::span<std::uint16_t> marks) {
 void measure_support(const Edges& edges, const SupportedLine& line, int number, Support& support) {
   const std::span<std::uint16_t> marks = support.of(number);
   std::fill(marks.begin(), marks.end(), std::uint16_t{0});
-  for (const Edge& edge : edges.all()) {
-    if (!supports(edge, line, kFineReach)) continue;
-    marks[static_cast<std::size_t>(support.cell(line.place({edge.x, edge.y})))] = 1;
-  }
+  edges.for_each_near(line.direction, kTurn, [&](const Edge& edge) {
+    if (lies_on(edge, line, kFineReach))
+      marks[static_cast<std::size_t>(support.cell(line.place({edge.x, edge.y})))] = 1;
+  });
   tidy_runs(marks);
   std::uint16_t sum = 0;
   for (std::uint16_t& mark : marks) mark = sum = static_cast<std::uint16_t>(sum + mark);
 }
+
+/** Which edges have been taken by a line: their votes count no more. */
+class Taken {
+ public:
+  explicit Taken(const Edges& edges) : edges_(edges), marks_(edges.count, image::Fill::kZero) {}
+
+  bool ready() const { return marks_.ready(); }
+  /** Takes the edges on a line; returns how many were new. */
+  int take(const SupportedLine& line, double reach, Vote& vote) {
+    int count = 0;
+    edges_.for_each_near(line.direction, kTurn, [&](const Edge& edge) {
+      bool& mark = marks_[static_cast<std::size_t>(&edge - edges_.places.get())];
+      if (mark || !lies_on(edge, line, reach)) return;
+      mark = true;
+      ++count;
+      vote.remove(edge, edges_.threshold);
+    });
+    return count;
+  }
+
+ private:
+  const Edges& edges_;
+  image::WorkArray<bool> marks_;
+};
 
 void add_frame(int rows, int cols, Lines& lines) {
   const std::array<NormalLine, 4> sides = {NormalLine{{0.0, 1.0}, 0.0}, NormalLine{{1.0, 0.0}, double(cols)},
@@ -102,32 +127,22 @@ Support::Support(int rows, int cols)
 Lines find_lines(const Edges& edges, int rows, int cols) {
   Lines lines(rows, cols);
   Vote vote(rows, cols);
-  image::WorkArray<std::uint8_t> used(edges.count, image::Fill::kZero);
-  if (!lines.support.ready() || !vote.ready() || !used.ready()) return lines;
+  Taken taken(edges);
+  if (!lines.support.ready() || !vote.ready() || !taken.ready()) return lines;
   for (const Edge& edge : edges.all()) vote.add(edge, edges.threshold);
   // A peak that gives no new line takes its votes with it, so this ends; the bound is for pictures full of noise.
   for (int tries = 0; lines.count < kMostEdgeLines && tries < 2 * kMostEdgeLines; ++tries) {
     const geometry::Peak<int> peak = vote.peak();
     if (peak.votes < kLeastSupport * 2 * Vote::kReach) break;
-    const Point& normal = kNormals[static_cast<std::size_t>(peak.angle)];
-    SupportedLine line = supported({normal, vote.distance(peak.distance)});
-    line.votes = peak.votes;
-    const SupportedLine voted = line;
+    SupportedLine voted = supported({kNormals[static_cast<std::size_t>(peak.angle)], vote.distance(peak.distance)});
+    voted.votes = peak.votes;
+    SupportedLine line = voted;
     if (!refit(edges, kRoughReach, line) || !refit(edges, kFineReach, line)) line = voted;
-    std::size_t taken = 0;
-    for (std::size_t i = 0; i < edges.count; ++i) {
-      const Edge& edge = edges.places[i];
-      if (used[i] || !(supports(edge, line, kFineReach) || supports(edge, voted, 1.0))) continue;
-      used[i] = 1;
-      ++taken;
-      vote.remove(edge, edges.threshold);
-    }
-    if (taken < 2) continue;
-    SupportedLine& kept = lines.lines[static_cast<std::size_t>(lines.count)];
-    kept = line;
+    // Also what voted for the peak and is not near the fitted line: it would only vote for the same again.
+    if (taken.take(line, kFineReach, vote) + taken.take(voted, 1.0, vote) < 2) continue;
+    lines.lines[static_cast<std::size_t>(lines.count)] = line;
     measure_support(edges, line, lines.count, lines.support);
-    const std::span<std::uint16_t> sums = lines.support.of(lines.count);
-    if (sums.back() >= kLeastSupport) ++lines.count;
+    if (lines.support.of(lines.count).back() >= kLeastSupport) ++lines.count;
   }
   add_frame(rows, cols, lines);
   lines.done = true;

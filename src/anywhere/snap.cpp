@@ -21,12 +21,11 @@ bool fit_near(const Edges& edges, Point a, Point b, double reach, NormalLine& li
   const Point way = {-side.normal.y, side.normal.x};
   const double start = dot(way, a), size = dot(way, b) - start;
   Moments moments;
-  for (const Edge& edge : edges.all()) {
+  edges.for_each_near(direction, kTurn, [&](const Edge& edge) {
     const Point p = {edge.x, edge.y};
-    if (std::abs(side.distance(p)) > reach || between(edge.direction, direction) > kTurn) continue;
     const double along = dot(way, p) - start;
-    if (along >= 0.0 && along <= size) moments.add(p);
-  }
+    if (std::abs(side.distance(p)) <= reach && along >= 0.0 && along <= size) moments.add(p);
+  });
   return moments.n >= kLeastShare * size && principal_axis(moments, line);
 }
 
