@@ -137,7 +137,7 @@ class DarkGlass(ctypes.Structure):
 
 
 GRAY, RGB = 1, 3  # vantrel_format
-DARK_GLASS, FLAT_LIGHT, SHEET = 1, 2, 3  # vantrel_method
+DARK_GLASS, FLAT_LIGHT, SHEET, ANYWHERE = 1, 2, 3, 4  # vantrel_method
 
 
 def stride_of(width, bits):
@@ -202,6 +202,43 @@ def default_path():
     return max(built, key=lambda path: path.stat().st_mtime)
 
 
+class Findings:
+    """The handle of vantrel_find, released at the end of a `with`."""
+
+    def __init__(self, so, view, options):
+        self._so, self._handle = so, ctypes.c_void_p()
+        status = so.vantrel_find(ctypes.byref(view), ctypes.byref(options), ctypes.byref(self._handle))
+        if status != 0:
+            raise RuntimeError(f"vantrel_find: {status}")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._so.vantrel_cards_release(self._handle)
+
+    def _records(self, name, *indices):
+        """Card records of a function that tells of one by its last index, until there is none."""
+        records = [Card(ctypes.sizeof(Card))]
+        while self._so[name](self._handle, *map(ctypes.c_size_t, (*indices, len(records) - 1)),
+                             ctypes.byref(records[-1])) == 0:
+            records.append(Card(ctypes.sizeof(Card)))
+        return records[:-1]
+
+    def cards(self):
+        return self._records("vantrel_cards_get")
+
+    def alternatives(self, card):
+        """The quadrilaterals that a card was preferred to."""
+        return self._records("vantrel_cards_alternative", card)
+
+    def dark_glass(self):
+        """What was seen on dark glass."""
+        seen = DarkGlass(ctypes.sizeof(DarkGlass))
+        self._so.vantrel_cards_dark_glass(self._handle, ctypes.byref(seen))
+        return seen
+
+
 class Library:
     """The loaded library. A call that makes an image returns its code and the result's pixels, or None without one."""
 
@@ -258,22 +295,22 @@ class Library:
         self._so.vantrel_find_corners(block.record, ctypes.byref(found))
         return found
 
-    def find(self, image, dpi=0.0, method=DARK_GLASS, analysis_dpi=0.0):
-        """vantrel_find with one method, on a gray or colour picture: its cards, and what was seen on dark glass."""
+    def view(self, image, dpi=0.0):
+        """A gray or colour picture as vantrel_find takes it; lives as long as this object."""
         pixels = np.ascontiguousarray(np.asarray(image), dtype=np.uint8)
         height, width = pixels.shape[:2]
         view = View(pixels.ctypes.data, width, height, pixels.strides[0], GRAY if pixels.ndim == 2 else RGB, dpi)
-        options = Options(ctypes.sizeof(Options), (ctypes.c_int * 1)(method), 1, analysis_dpi, 0, 0)
-        handle = ctypes.c_void_p()
-        status = self._so.vantrel_find(ctypes.byref(view), ctypes.byref(options), ctypes.byref(handle))
-        if status != 0:
-            raise RuntimeError(f"vantrel_find: {status}")
-        cards, seen = [Card(ctypes.sizeof(Card))], DarkGlass(ctypes.sizeof(DarkGlass))
-        while self._so.vantrel_cards_get(handle, ctypes.c_size_t(len(cards) - 1), ctypes.byref(cards[-1])) == 0:
-            cards.append(Card(ctypes.sizeof(Card)))
-        self._so.vantrel_cards_dark_glass(handle, ctypes.byref(seen))
-        self._so.vantrel_cards_release(handle)
-        return cards[:-1], seen
+        view.pixels = pixels
+        return view
+
+    def findings(self, view, method=DARK_GLASS, analysis_dpi=0.0):
+        """vantrel_find with one method on a view."""
+        return Findings(self._so, view, Options(ctypes.sizeof(Options), (ctypes.c_int * 1)(method), 1, analysis_dpi, 0, 0))
+
+    def find(self, image, dpi=0.0, method=DARK_GLASS, analysis_dpi=0.0):
+        """vantrel_find with one method, on a gray or colour picture: its cards, and what was seen on dark glass."""
+        with self.findings(self.view(image, dpi), method, analysis_dpi) as found:
+            return found.cards(), found.dark_glass()
 
     def card_rectangle(self, image):
         """The card finder's answer on a light lid, CutCard or CutCard24 by depth: (done, box)."""
