@@ -1,0 +1,58 @@
+"""Builds what an evaluation needs: the library, the program that draws scans, the one that counts memory."""
+
+import subprocess
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[1]
+FOLDER = ROOT / "build" / "evaluation"  # for all that is made on the way
+RELEASE = ROOT / "build" / "release"
+DRAWER = "vantrel_draw_scans"
+PLAIN = ("g++", "clang++")
+LEVELS = ("-O0", "-O3")
+
+
+def say(*command):
+    """Runs a command; shows what it prints only if it fails."""
+    done = subprocess.run([str(word) for word in command], cwd=ROOT, capture_output=True, text=True)
+    if done.returncode != 0:
+        raise SystemExit(f"evaluate-finder: {' '.join(map(str, command))} failed:\n{done.stdout}{done.stderr}")
+
+
+def build(*targets):
+    say("cmake", "--preset", "release")
+    say("cmake", "--build", RELEASE, "--target", *targets)
+
+
+def library():
+    """The release preset's library."""
+    build("vantrel")
+    return RELEASE / "src" / "libvantrel.so"
+
+
+def drawer():
+    """The program that draws scans."""
+    build(DRAWER)
+    return next(path for path in sorted(RELEASE.rglob(DRAWER)) if path.is_file())
+
+
+def peak_memory():
+    """The program that counts the memory of a search."""
+    program = FOLDER / "peak_memory"
+    source = Path(__file__).with_name("peak_memory.cpp")
+    if not program.exists() or program.stat().st_mtime < source.stat().st_mtime:
+        say("c++", "-std=c++20", "-O2", "-rdynamic", "-I", ROOT / "include", source, "-o", program, "-ldl")
+    return program
+
+
+def plain_libraries():
+    """compiler and level -> the library built so and no other way."""
+    libraries = {}
+    for compiler in PLAIN:
+        for level in LEVELS:
+            folder = FOLDER / (compiler + level)
+            say("cmake", "-G", "Ninja", "-S", ROOT, "-B", folder, f"-DCMAKE_CXX_COMPILER={compiler}",
+                f"-DCMAKE_CXX_FLAGS={level}", "-DCMAKE_BUILD_TYPE=", "-DVANTREL_BUILD_TOOL=OFF",
+                "-DVANTREL_BUILD_TESTS=OFF", "-DVANTREL_BUILD_BENCHMARKS=OFF")
+            say("cmake", "--build", folder, "--target", "vantrel")
+            libraries[f"{compiler} {level}"] = folder / "src" / "libvantrel.so"
+    return libraries

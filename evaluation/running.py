@@ -1,0 +1,58 @@
+"""Every method on every scan, in several processes."""
+
+import hashlib
+import sys
+from concurrent.futures import ProcessPoolExecutor
+from dataclasses import dataclass
+from functools import partial
+
+from evaluation import methods
+from evaluation.judging import judge
+from evaluation.records import Answer, Found, Scan, as_json
+
+
+@dataclass(frozen=True)
+class Result:
+    """A scan, and by the contender's name what each says of it."""
+
+    scan: Scan
+    answers: dict
+
+    def judged(self, name):
+        return judge(self.scan, self.answers[name].found)
+
+    def json(self):
+        return {"scan": as_json(self.scan), "answers": {name: as_json(answer) for name, answer in self.answers.items()}}
+
+    @classmethod
+    def read(cls, record):
+        answers = {name: Answer(tuple(map(Found.read, answer["found"])), answer["nanoseconds"])
+                   for name, answer in record["answers"].items()}
+        return cls(Scan.read(record["scan"]), answers)
+
+
+def work_off(source, contenders):
+    """The results of one source of scans."""
+    return [Result(scan, {one.name: methods.ask(one, pixels, scan.dpi) for one in contenders})
+            for scan, pixels in source]
+
+
+def run(sources, contenders, jobs):
+    """Results in the order of the sources, whichever is ready first."""
+    results = []
+    with ProcessPoolExecutor(jobs) as pool:
+        for index, part in enumerate(pool.map(partial(work_off, contenders=tuple(contenders)), sources), 1):
+            results += part
+            print(f"\r{index} of {len(sources)} shares, {len(results)} scans", end="", file=sys.stderr, flush=True)
+    print(file=sys.stderr)
+    return results
+
+
+def checksum(results, name):
+    """SHA-256 over every number of a contender's answers, bit by bit: times are left out."""
+    digest = hashlib.sha256()
+    for result in results:
+        numbers = [number for card in result.answers[name].found for number in card.numbers()]
+        text = " ".join(float(number).hex() for number in numbers)
+        digest.update(f"{result.scan.set} {result.scan.seed}: {text}\n".encode())
+    return digest.hexdigest()
