@@ -2,13 +2,12 @@
 
 import subprocess
 import tempfile
-from pathlib import Path
 
 import numpy as np
 from PIL import Image
 
 from evaluation import methods
-from evaluation.sources import FIRST_SEED, Drawn
+from evaluation.sources import FIRST_SEED, LARGE, Drawn
 
 SIZE, DPI = (2480, 3508), 300.0
 SCANS = 8
@@ -16,8 +15,8 @@ REPEATS = 3
 
 
 def large_scans(program, scratch):
-    """Drawn scans at that size: those of the first seeds, enlarged."""
-    for _, pixels in Drawn(str(program), "singles", FIRST_SEED, SCANS, str(scratch)):
+    """Drawn scans at that size: large ones of the first seeds, made as large."""
+    for _, pixels in Drawn(str(program), LARGE, FIRST_SEED, SCANS, str(scratch)):
         image = Image.fromarray(pixels)
         upright = image if image.height >= image.width else image.transpose(Image.Transpose.ROTATE_90)
         yield np.asarray(upright.resize(SIZE, Image.Resampling.BICUBIC))

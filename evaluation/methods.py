@@ -4,8 +4,9 @@ import time
 from dataclasses import dataclass
 from functools import lru_cache
 
-from evaluation.records import Answer, Found, points
 import library as binding  # of tests/support, which the script puts on the path
+
+from evaluation.records import Answer, Found, points
 
 OURS = {"anywhere": binding.ANYWHERE, "dark-glass": binding.DARK_GLASS}
 RECIPES = ("canny", "otsu")
@@ -57,7 +58,8 @@ def ours(contender, pixels, dpi):
     findings, nanoseconds = timed(lambda: library.findings(view, method))
     with findings:
         cards = findings.cards()
-        alternatives = [findings.alternatives(index) if method == binding.ANYWHERE else [] for index in range(len(cards))]
+        told = range(len(cards)) if method == binding.ANYWHERE else ()  # others have no alternatives
+        alternatives = [findings.alternatives(index) for index in told] or [()] * len(cards)
     found = tuple(map(found_of, cards, alternatives))
     return Answer(tuple(sorted(found, key=lambda card: -card.confidence)), nanoseconds)
 

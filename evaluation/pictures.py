@@ -104,7 +104,7 @@ def write(page, path):
     """As a JPEG of the best quality that is small enough."""
     for quality in range(85, 20, -5):
         packed = BytesIO()
-        page.save(packed, "JPEG", quality=quality, optimize=True)
+        page.save(packed, "JPEG", quality=quality, optimize=True, subsampling=0)
         if packed.tell() <= MOST_BYTES:
             break
     path.write_bytes(packed.getvalue())

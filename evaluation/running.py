@@ -3,7 +3,7 @@
 import hashlib
 import sys
 from concurrent.futures import ProcessPoolExecutor
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from functools import partial
 
 from evaluation import methods
@@ -17,9 +17,12 @@ class Result:
 
     scan: Scan
     answers: dict
+    _judged: dict = field(default_factory=dict, compare=False, repr=False)
 
     def judged(self, name):
-        return judge(self.scan, self.answers[name].found)
+        if name not in self._judged:
+            self._judged[name] = judge(self.scan, self.answers[name].found)
+        return self._judged[name]
 
     def json(self):
         return {"scan": as_json(self.scan), "answers": {name: as_json(answer) for name, answer in self.answers.items()}}
@@ -43,9 +46,15 @@ def run(sources, contenders, jobs):
     with ProcessPoolExecutor(jobs) as pool:
         for index, part in enumerate(pool.map(partial(work_off, contenders=tuple(contenders)), sources), 1):
             results += part
-            print(f"\r{index} of {len(sources)} shares, {len(results)} scans", end="", file=sys.stderr, flush=True)
-    print(file=sys.stderr)
+            progress(index, len(sources), len(results))
     return results
+
+
+def progress(done, shares, scans):
+    """On a terminal, how far it is; in a log only the end."""
+    terminal, last = sys.stderr.isatty(), done == shares
+    if terminal or last:
+        print(f"{scans} scans, {done / shares:.0%}", end="\r" if terminal and not last else "\n", file=sys.stderr)
 
 
 def checksum(results, name):

@@ -15,7 +15,8 @@ from evaluation.polygons import segment_within
 # What the judgement of candidates is fitted on comes from seeds 1 to 999999; these are never fitted on.
 FIRST_SEED = 1_000_001
 
-WITH_CARDS = ("singles", "white", "photos", "receipts", "several", "fine")
+LARGE = "fine"  # scans of ten megapixels and more: a quarter as many are drawn
+WITH_CARDS = ("singles", "white", "photos", "receipts", "several", LARGE)
 WITHOUT_CARDS = ("bare", "strips", "pages")
 SETS = (*WITH_CARDS, *WITHOUT_CARDS)
 
@@ -40,10 +41,14 @@ class Drawn:
                 yield scan, pixels_of(Path(folder) / scan.picture)
 
 
-def drawn(program, sets, count, scratch, first=FIRST_SEED, share=8):
+def drawn(program, sets, count, scratch, first=FIRST_SEED):
     """The sets in shares that can be drawn and judged side by side."""
-    return [Drawn(str(program), name, first + done, min(share, count - done), str(scratch))
-            for name in sets for done in range(0, count, share)]
+    shares = []
+    for name in sets:
+        total, share = (max(count // 4, 1), 2) if name == LARGE else (count, 8)
+        shares += [Drawn(str(program), name, first + done, min(share, total - done), str(scratch))
+                   for done in range(0, total, share)]
+    return shares
 
 
 @dataclass(frozen=True)

@@ -3,7 +3,7 @@
 from math import isinf
 
 from evaluation import summary
-from evaluation.sources import SETS, WITHOUT_CARDS
+from evaluation.sources import SETS
 
 
 def table(heads, rows):
@@ -22,7 +22,9 @@ def number(value, digits=2):
 def one_in(trust):
     if trust.one_in is None:
         return "-"
-    return f"none in {trust.claims}" if isinf(trust.one_in) else f"1 in {trust.one_in:.0f}"
+    if isinf(trust.one_in):
+        return f"none in {trust.claims}"
+    return f"1 in {trust.one_in:.{1 if trust.one_in < 10 else 0}f}"
 
 
 def per_set(results):
@@ -83,12 +85,19 @@ def by_class(results, name):
     rows = []
     for kind, value, part in classes(with_cards(results)):
         cards = cards_of(part, name)
-        exact = summary.corners(cards)
+        exact, trust = summary.corners(cards), trust_of(part, name)
         rows.append([kind, value, *overlap_cells(cards), number(exact.median), number(exact.ninetieth),
-                     *map(percent, exact.within_all)])
+                     *map(percent, exact.within_all), trust.claims, trust.off])
     heads = ["class", "", *OVERLAP_HEADS, "median, px", "90 %, px",
-             *(f"<= {most:g} px of all, %" for most in summary.CORNER_SHARES)]
+             *(f"<= {most:g} px of all, %" for most in summary.CORNER_SHARES), *TRUST_HEADS]
     return table(heads, rows)
+
+
+def alarms_by_class(results, name):
+    rows = []
+    for kind, value, part in classes(without_cards(results)):
+        rows.append([kind, value, *alarm_cells(part, name)])
+    return table(["class", "", *ALARM_HEADS], rows)
 
 
 def beside(results, names):
@@ -98,14 +107,18 @@ def beside(results, names):
     return table(["set", "method", "true cards", "reported beside them"], rows)
 
 
+ALARM_HEADS = ("scans", f"confidence >= {summary.LIKELY:g}", f"confidence >= {summary.HIGH:g}")
+
+
+def alarm_cells(results, name):
+    judged = [result.judged(name) for result in results]
+    return [len(results), *(summary.false_alarms(judged, least) for least in (summary.LIKELY, summary.HIGH))]
+
+
 def alarms(results, names):
-    rows = []
-    for title, part in per_set(without_cards(results)):
-        for name in names:
-            judged = [result.judged(name) for result in part]
-            rows.append([title, name, len(part), summary.false_alarms(judged, summary.LIKELY),
-                         summary.false_alarms(judged, summary.HIGH)])
-    return table(["set", "method", "scans", f"confidence >= {summary.LIKELY:g}", f"confidence >= {summary.HIGH:g}"], rows)
+    rows = [[title, name, *alarm_cells(part, name)] for title, part in per_set(without_cards(results))
+            for name in names]
+    return table(["set", "method", *ALARM_HEADS], rows)
 
 
 def confidences(results, name):
@@ -117,14 +130,20 @@ def confidences(results, name):
     return table(["confidence", "cards reported", "mean confidence", "right, %", "on scans without a card"], rows)
 
 
+TRUST_HEADS = (f"confidence >= {summary.HIGH:g}", "of these off")
+
+
+def trust_of(results, name):
+    return summary.trust([claim for result in results for claim in result.judged(name).claims])
+
+
 def trusted(results, name):
     """What comes of cutting without asking, by set and over all sets with cards."""
-    parts = [*per_set(with_cards(results)), ("all of these", with_cards(results))]
     rows = []
-    for title, part in parts:
-        trust = summary.trust([claim for result in part for claim in result.judged(name).claims])
+    for title, part in (*per_set(with_cards(results)), ("all of these", with_cards(results))):
+        trust = trust_of(part, name)
         rows.append([title, sum(len(result.scan.cards) for result in part), trust.claims, trust.off, one_in(trust)])
-    return table(["set", "true cards", f"confidence >= {summary.HIGH:g}", "of these off", ""], rows)
+    return table(["set", "true cards", *TRUST_HEADS, ""], rows)
 
 
 def sides(results, name):
@@ -176,7 +195,11 @@ def own_sections(results, name):
     yield section(f"Sides of `{name}`", "By the share of places along a side that show a border on its line; the "
                   "largest distance of the true side to the line at 15, 50 and 85 % of its length. Cards found with a "
                   "Jaccard index above 0.8.", sides(results, name))
-    yield section(f"Kinds of scans for `{name}`", "A scan counts for each of its effects.", by_class(results, name))
+    yield section(f"Kinds of scans for `{name}`", "A scan counts for each of its effects; where cards of several kinds "
+                  "lie on one, `card` names the first.", by_class(results, name))
+    if without_cards(results):
+        yield section(f"False alarms of `{name}` by kinds of scans", "Scans without a card, as above.",
+                      alarms_by_class(results, name))
 
 
 def page(results, names, own, cost):

@@ -185,7 +185,8 @@ class TestConfidence:
               JudgedClaim(1.0, 0.98, 0.02), JudgedClaim(0.4, 0.0, inf)]
 
     def test_bins(self):
-        bins = {part.least: (len(part.values), mean, right) for part, mean, right in summary.confidence_bins(self.claims)}
+        bins = {part.least: (len(part.values), mean, right)
+                for part, mean, right in summary.confidence_bins(self.claims)}
         assert bins[0.9] == (2, pytest.approx(0.91), 0.5)
         assert bins[0.95] == (1, 0.95, 1.0)
         assert bins[0.99] == (1, 1.0, 1.0)
