@@ -12,10 +12,11 @@ OURS = {"anywhere": binding.ANYWHERE, "dark-glass": binding.DARK_GLASS}
 RECIPES = ("canny", "otsu")
 NAMES = (*OURS, *RECIPES)
 SAYS = {
-    "anywhere": "the finder that looks anywhere",
-    "dark-glass": "the finder for dark glass",
-    "canny": "Canny's edges, the largest contour with four corners",
-    "otsu": "Otsu's threshold, the smallest rectangle",
+    "anywhere": "the method of this page",
+    "dark-glass": "the method for dark glass",
+    "canny": "gray, blurred, Canny's edges on a copy of 500 px height, closed; the largest contour that has four corners",
+    "otsu": "gray, blurred, Otsu's threshold; the smallest rectangle around the largest part, bright or dark, whichever "
+            "lies less on the frame",
 }
 
 

@@ -3,6 +3,7 @@
 from math import isinf
 
 from evaluation import summary
+from evaluation.methods import SAYS
 from evaluation.sources import SETS
 
 
@@ -202,9 +203,16 @@ def own_sections(results, name):
                       alarms_by_class(results, name))
 
 
+def introduction(results, names):
+    methods = "\n".join(f"- `{name}`: {SAYS[name]}" for name in names)
+    sets = ", ".join(f"{len(part)} of `{title}`" for title, part in per_set(results))
+    return (f"Scans: {sets}. Methods:\n\n{methods}\n\nThe two recipes report one card at the most, and always with a "
+            "confidence of 1.\n")
+
+
 def page(results, names, own, cost):
     """All tables; those of one method alone for `own`, if it took part."""
-    parts = list(main_sections(results, names))
+    parts = [introduction(results, names), *main_sections(results, names)]
     if own in names:
         parts += own_sections(results, own)
     parts.append(section("Time", "The processor's time of one call, divided by the pixels of the scan.",
