@@ -77,8 +77,8 @@ Picture read(const char* name) {
 
 /** Bytes at the most during one search, or 0 if it failed. */
 size_t peak_of(decltype(&vantrel_find) find, const Picture& picture, vantrel_method method) {
-  const vantrel_image scan = {picture.pixels.data(), picture.width, picture.height, 3 * ptrdiff_t{picture.width},
-                              VANTREL_FORMAT_RGB,    300.0};
+  const vantrel_image scan = {picture.pixels.data(),        picture.width,      picture.height,
+                              3 * ptrdiff_t{picture.width}, VANTREL_FORMAT_RGB, 300.0};
   vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
   options.methods = &method;
   options.method_count = 1;
