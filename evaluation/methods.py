@@ -14,9 +14,9 @@ NAMES = (*OURS, *RECIPES)
 SAYS = {
     "anywhere": "the method of this page",
     "dark-glass": "the method for dark glass",
-    "canny": "gray, blurred, Canny's edges on a copy of 500 px height, closed; the largest contour that has four corners",
-    "otsu": "gray, blurred, Otsu's threshold; the smallest rectangle around the largest part, bright or dark, whichever "
-            "lies less on the frame",
+    "canny": "gray, blurred, Canny's edges on a copy of 500 px height, closed; the largest contour of four corners",
+    "otsu": "gray, blurred, Otsu's threshold; the smallest rectangle around the largest part, bright or dark, "
+            "whichever lies less on the frame",
 }
 
 
