@@ -33,7 +33,8 @@ TEST(DarkGlass, FindsTheCornersInEveryFormatAndOrderOfRows) {
     for (const vantrel_format format : pictures::kByteFormats) {
       for (const int gap : {0, 7}) {
         const Memory memory = card_on_glass(format, rows, gap);
-        const Cards cards(memory.image());
+        const Only options(VANTREL_METHOD_DARK_GLASS);
+        const Cards cards(memory.image(), &options);
         ASSERT_EQ(cards.count(), 1u);
         const vantrel_card card = cards[0];
         EXPECT_EQ(coordinates(card.corners), (Numbers{29.5, 19.5, 370.5, 19.5, 370.5, 280.5, 29.5, 280.5}));
@@ -50,7 +51,8 @@ TEST(DarkGlass, FindsTheCornersInEveryFormatAndOrderOfRows) {
 
 TEST(DarkGlass, TellsLinesAndBandsInTheCoordinatesOfTheScan) {
   const Memory memory = card_on_glass();
-  const Cards cards(memory.image());
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &options);
   const vantrel_dark_glass details = details_of(cards);
   EXPECT_EQ(details.reduction, 1);
   EXPECT_EQ(details.width, 400);
@@ -75,7 +77,8 @@ TEST(DarkGlass, LaysASideThatIsNotFoundOnTheFrame) {
   const Memory memory = Memory(400, 300, VANTREL_FORMAT_GRAY).draw([](int x, int y) {
     return pictures::Colour{0, x < 370 && y >= 20 && y < 280 ? 200 : 30, 0};
   });
-  const Cards cards(memory.image());
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &options);
   ASSERT_EQ(cards.count(), 1u);
   const vantrel_card card = cards[0];
   EXPECT_EQ(coordinates(card.corners), (Numbers{0.5, 19.5, 370.5, 19.5, 370.5, 280.5, 0.5, 280.5}));
@@ -165,7 +168,8 @@ TEST(DarkGlass, TellsTheTiltClockwise) {
   for (const double degrees : {-4.0, 2.0, 5.0}) {
     const support::Corners corners = support::turned_card(400, 300, 660, 480, degrees);
     const Memory memory = pictures::copy_of(support::scan_of(corners, 800, 600), VANTREL_FORMAT_GRAY);
-    const Cards cards(memory.image());
+    const Only options(VANTREL_METHOD_DARK_GLASS);
+    const Cards cards(memory.image(), &options);
     ASSERT_EQ(cards.count(), 1u);
     const vantrel_card card = cards[0];
     EXPECT_NEAR(card.tilt, degrees, 0.3);
@@ -189,7 +193,8 @@ TEST(DarkGlass, CutsTheCardUprightWithoutTheGlass) {
   for (const vantrel_format format : pictures::kByteFormats) {
     const Memory memory = pictures::copy_of(drawn, format, Rows::kFromBottom, 1);
     const vantrel_image scan = memory.image();
-    const Cards cards(scan);
+    const Only options(VANTREL_METHOD_DARK_GLASS);
+    const Cards cards(scan, &options);
     ASSERT_EQ(cards.count(), 1u);
     const vantrel_quad quad = cards[0].corners;
     Picture picture;
@@ -212,7 +217,8 @@ TEST(DarkGlass, CutsTheCardUprightWithoutTheGlass) {
 TEST(DarkGlass, SeesNothingButTheFrameAroundASpeck) {
   Memory memory(400, 300, VANTREL_FORMAT_GRAY);
   memory.draw([](int x, int y) { return pictures::Colour{0, x == 200 && y == 290 ? 255 : 0, 0}; });
-  const Cards cards(memory.image());
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &options);
   EXPECT_EQ(cards.count(), 0u);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NO_SIDE);
   const vantrel_dark_glass details = details_of(cards);
@@ -225,7 +231,8 @@ TEST(DarkGlass, SeesNothingButTheFrameAroundASpeck) {
 
 TEST(DarkGlass, HasNothingToTellOfABlankScan) {
   Memory memory(400, 300, VANTREL_FORMAT_GRAY);
-  const Cards cards(memory.image());
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &options);
   const vantrel_dark_glass details = details_of(cards);
   EXPECT_EQ(details.reduction, 1);
   EXPECT_EQ(details.width, 400);
@@ -247,8 +254,9 @@ TEST(DarkGlass, GivesTheSameForAPartOfAScanAsForAScan) {
     copy.draw([&](int x, int y) {
       return pictures::Colour{0, static_cast<const unsigned char*>(part.data)[y * part.stride + x], 0};
     });
-    const Cards seen(part);
-    const Cards expected(copy.image());
+    const Only options(VANTREL_METHOD_DARK_GLASS);
+    const Cards seen(part, &options);
+    const Cards expected(copy.image(), &options);
     ASSERT_EQ(seen.count(), 1u);
     EXPECT_EQ(coordinates(seen[0].corners), coordinates(expected[0].corners));
     EXPECT_EQ(seen[0].confidence, expected[0].confidence);

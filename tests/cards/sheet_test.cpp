@@ -27,9 +27,10 @@ vantrel_sheet details_of(const Cards& cards) {
 const std::vector<Block> kThree = {{60, 240, 1125, 900}, {60, 1290, 1125, 1950}, {1260, 840, 2325, 1500}};
 
 TEST(Sheet, FindsCardsInReadingOrderInEveryOrderOfRows) {
+  const Only options(VANTREL_METHOD_SHEET);
   for (const Rows rows : {Rows::kFromTop, Rows::kFromBottom}) {
     const Memory memory = sheet_with(2400, 2100, kThree, VANTREL_FORMAT_BILEVEL, rows);
-    const Cards cards(memory.image(300));
+    const Cards cards(memory.image(300), &options);
     ASSERT_EQ(cards.count(), 3u);
     // What is found ends with the first of the three rows and columns that a reduced one stands for.
     EXPECT_EQ(coordinates(cards[0].corners), (Numbers{60, 242, 1123, 242, 1123, 900, 60, 900}));
@@ -57,7 +58,8 @@ TEST(Sheet, IsMeasuredInWholePixelsPerMetre) {
   // 360 dots per inch are 14173 pixels per metre, 359.995 dots per inch: 2.2 inches are 197 rows of a copy reduced by
   // 4, not 198.
   const Memory memory = sheet_with(1600, 1500, {{100, 500, 1300, 900}});
-  const Cards cards(memory.image(360));
+  const Only options(VANTREL_METHOD_SHEET);
+  const Cards cards(memory.image(360), &options);
   ASSERT_EQ(cards.count(), 1u);
   const vantrel_rect place = details_of(cards).cards[0].place;
   EXPECT_EQ(place.bottom - place.top, 4 * 196 + 1);
