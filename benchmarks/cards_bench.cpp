@@ -82,6 +82,11 @@ void find_on_flat_light(benchmark::State& state) {
 }
 
 template <int bit_count>
+void find_anywhere(benchmark::State& state) {
+  find_cards(state, Scan(state, bit_count), VANTREL_METHOD_ANYWHERE, 1);
+}
+
+template <int bit_count>
 void find_on_sheet(benchmark::State& state) {
   find_cards(state, Scan(benchmark_scans::sheet_of_cards(bit_count), 300), VANTREL_METHOD_SHEET, 8);
 }
@@ -159,6 +164,8 @@ BENCHMARK(find_on_dark_glass<8>)->Name("vantrel_find/dark_glass_gray")->Apply(sc
 BENCHMARK(find_on_dark_glass<24>)->Name("vantrel_find/dark_glass_colour")->Apply(scan_sizes);
 BENCHMARK(find_on_flat_light<8>)->Name("vantrel_find/flat_light_gray")->Apply(scan_sizes);
 BENCHMARK(find_on_flat_light<24>)->Name("vantrel_find/flat_light_colour")->Apply(scan_sizes);
+BENCHMARK(find_anywhere<8>)->Name("vantrel_find/anywhere_gray")->Apply(scan_sizes);
+BENCHMARK(find_anywhere<24>)->Name("vantrel_find/anywhere_colour")->Apply(scan_sizes);
 BENCHMARK(find_on_sheet<1>)->Name("vantrel_find/sheet_bilevel")->Unit(benchmark::kMillisecond);
 BENCHMARK(find_on_sheet<8>)->Name("vantrel_find/sheet_gray")->Unit(benchmark::kMillisecond);
 BENCHMARK(find_on_sheet<24>)->Name("vantrel_find/sheet_colour")->Unit(benchmark::kMillisecond);

@@ -208,8 +208,11 @@ typedef enum vantrel_method VANTREL_ENUM_BASE {
   VANTREL_METHOD_DARK_GLASS = 1, /**< one light card on dark glass that it nearly fills, also askew: four lines voted by
                                     edge pixels in bands along the scan's sides */
   VANTREL_METHOD_FLAT_LIGHT = 2, /**< one upright card on a flat, light background: its upright rectangle */
-  VANTREL_METHOD_SHEET = 3 /**< up to ten cards of 3.55 x 2.2 inches on a sheet, in one or two columns, by the marks
-                              on them; needs the scan's dots per inch */
+  VANTREL_METHOD_SHEET = 3,   /**< up to ten cards of 3.55 x 2.2 inches on a sheet, in one or two columns, by the marks
+                                 on them; needs the scan's dots per inch */
+  VANTREL_METHOD_ANYWHERE = 4 /**< any number of cards up to 64, anywhere on the scan, of any size and tilt, on any
+                                 ground, in any format: the quadrilaterals that lines and regions give, judged by
+                                 their borders */
 } vantrel_method;
 
 /** A method's name, "dark-glass" for example; null when there is no such method. */
@@ -218,13 +221,15 @@ VANTREL_API const char* vantrel_method_name(vantrel_method method);
 /** What to find, and how. Set up with VANTREL_FIND_OPTIONS_INIT, all of whose values are defaults. */
 typedef struct vantrel_find_options {
   size_t size;
-  const vantrel_method* methods; /**< tried in this order until one finds a card; null: dark glass, flat light, sheet */
+  const vantrel_method* methods; /**< tried in this order until one finds a card, however sure; null: what is surest,
+                                    see vantrel_find */
   size_t method_count;
   double analysis_dpi; /**< dots per inch at which borders are looked for, by a reduction of the scan by the nearest
                           whole number; without effect when the scan's are not known or nothing would be left. 0: what
                           the scan has; on dark glass also about 150 to 200, where that shows more sides. Cuts keep the
                           scan's */
-  int32_t most_cards;  /**< no more cards than this; 0: as many as there are */
+  int32_t most_cards;  /**< no more cards than this, on a sheet the first ones, anywhere the surest; 0: as many as
+                          there are */
   int32_t straighten;  /**< 1: on a sheet, look for each card's own borders around its place; 0: do not */
 } vantrel_find_options;
 
@@ -242,7 +247,8 @@ typedef enum vantrel_side_index VANTREL_ENUM_BASE {
 /** What is known of one side. */
 typedef struct vantrel_side {
   int32_t found;     /**< 1: a border was seen there; 0: something stands in for it, as the method says */
-  double confidence; /**< 0 to 1: the share of the side that lies on border pixels; 0 when it was not found */
+  double confidence; /**< 0 to 1: the share of the side that lies on border pixels; 0 when it was not found, but
+                        anywhere: there a side is found from 0.8 on, weak from 0.5 on, and else a guess */
 } vantrel_side;
 
 /** A card on a scan; the same for every method. Set up with VANTREL_CARD_INIT. */
@@ -250,10 +256,12 @@ typedef struct vantrel_card {
   size_t size;
   vantrel_quad corners;  /**< in the coordinates of the scan; may reach a little beyond it */
   vantrel_side sides[4]; /**< by vantrel_side_index. A side not found lies on the frame of the scan (dark glass), at the
-                            method's narrow default margin (flat light), or where a card of its size ends (sheet) */
+                            method's narrow default margin (flat light), where a card of its size ends (sheet), or
+                            where what little there is of a border suggests it (anywhere) */
   double tilt;           /**< degrees by which the card is turned, clockwise positive */
   double confidence; /**< 0 to 1: the mean over the sides; on a sheet without own borders, the share of the marks there
-                        that the card's place takes in. An order of how sure, not yet a probability */
+                        that the card's place takes in; anywhere, how likely the corners are a card's, where less than
+                        0.5 is a guess. An order of how sure, not yet a probability */
   vantrel_method method;
 } vantrel_card;
 
@@ -262,7 +270,7 @@ typedef struct vantrel_card {
 
 /** Why a method found no card. */
 typedef enum vantrel_reason VANTREL_ENUM_BASE {
-  VANTREL_REASON_FOUND = 0,      /**< it found one */
+  VANTREL_REASON_FOUND = 0,      /**< it found one, even if a surer one of another method was taken */
   VANTREL_REASON_NOT_TRIED = 1,  /**< it was not asked for, or an earlier method found a card */
   VANTREL_REASON_BLANK = 2,      /**< there is no edge near the scan's border */
   VANTREL_REASON_NO_SIDE = 3,    /**< no side of a card was found */
@@ -273,7 +281,8 @@ typedef enum vantrel_reason VANTREL_ENUM_BASE {
   VANTREL_REASON_SCAN_TOO_SMALL = 8,
   VANTREL_REASON_SCAN_TOO_LARGE = 9,
   VANTREL_REASON_RESOLUTION_UNKNOWN = 10,
-  VANTREL_REASON_RESOLUTION_TOO_LOW = 11
+  VANTREL_REASON_RESOLUTION_TOO_LOW = 11,
+  VANTREL_REASON_NOTHING_LIKE_A_CARD = 12 /**< nothing anywhere on the scan has the borders of a card */
 } vantrel_reason;
 
 /** A sentence for people about a reason; never null, valid for ever. */
@@ -290,9 +299,14 @@ typedef struct vantrel_cards vantrel_cards;
  * @param cards   receives a handle, to be released with vantrel_cards_release; null unless VANTREL_OK is returned.
  * @return VANTREL_OK also when there is no card: vantrel_cards_reason tells why.
  *
+ * Unless the options name methods, the surest answer is taken: the card on dark glass if all its four sides were seen;
+ * else what is found anywhere, if one of its cards has a confidence of 0.5 or more; else what dark glass, flat light,
+ * the sheet or anywhere finds, in this order.
+ *
  * Dark glass: a Hough transform (R. O. Duda and P. E. Hart, CACM 15, 1972) over Sobel edges. Flat light: a Hough
  * transform and the corner measure of C. Harris and M. Stephens (1988). Sheet: P. D. Wellner's running threshold
- * (1993).
+ * (1993). Anywhere: a Hough transform for lines and the minimum barrier distance (J. Zhang et al., ICCV 2015) for
+ * regions; borders are fitted with J. W. Tukey's biweight.
  */
 VANTREL_API vantrel_status vantrel_find(const vantrel_image* scan, const vantrel_find_options* options,
                                         vantrel_cards** cards);
@@ -300,16 +314,30 @@ VANTREL_API vantrel_status vantrel_find(const vantrel_image* scan, const vantrel
 /** Releases what vantrel_find made; null is fine. */
 VANTREL_API void vantrel_cards_release(vantrel_cards* cards);
 
-/** How many cards were found: 0 to 10. 0 for null. */
+/** How many cards were found: 0 to VANTREL_LIMIT_CARDS. 0 for null. */
 VANTREL_API size_t vantrel_cards_count(const vantrel_cards* cards);
 
 /**
- * Tells of one card; on a sheet in reading order, from the top down and the left one of two side by side first.
+ * Tells of one card, in reading order: from the top down, and from the left to the right of those side by side.
+ *
+ * A card found anywhere comes as it lies: its first corner is the one at the top left after the least turn that makes
+ * it upright. That is not where its text begins, which may stand on its head.
  *
  * @param card its `size` says which members are written.
  * @return VANTREL_ERROR_ABSENT when there is no card of that index.
  */
 VANTREL_API vantrel_status vantrel_cards_get(const vantrel_cards* cards, size_t index, vantrel_card* card);
+
+/**
+ * Tells of a quadrilateral that a card was preferred to: one nested in it or around it, or a rival for its place.
+ *
+ * @param card        the index of a card, as for vantrel_cards_get.
+ * @param index       from 0 on, the likeliest first; at most five there are.
+ * @param alternative its `size` says which members are written.
+ * @return VANTREL_ERROR_ABSENT when there is none of that index. Only a card found anywhere has any.
+ */
+VANTREL_API vantrel_status vantrel_cards_alternative(const vantrel_cards* cards, size_t card, size_t index,
+                                                     vantrel_card* alternative);
 
 /** Why a method found no card. */
 VANTREL_API vantrel_reason vantrel_cards_reason(const vantrel_cards* cards, vantrel_method method);
@@ -359,7 +387,7 @@ typedef struct vantrel_sheet {
   size_t size;
   int32_t reduction;            /**< the sheet was decided upon a copy so many times smaller */
   int32_t columns;              /**< 1 or 2 */
-  vantrel_sheet_card cards[10]; /**< as many as vantrel_cards_count says, in its order */
+  vantrel_sheet_card cards[10]; /**< as many as vantrel_cards_count says, in its order, where the sheet's are taken */
 } vantrel_sheet;
 
 /** These return VANTREL_ERROR_ABSENT when the method was not tried, or could not look at such a scan at all. */
@@ -371,10 +399,11 @@ VANTREL_API vantrel_status vantrel_cards_sheet(const vantrel_cards* cards, vantr
 typedef enum vantrel_limit VANTREL_ENUM_BASE {
   VANTREL_LIMIT_FINDER_SIDE =
       1, /**< the longest side, in pixels after reduction, that dark glass and flat light take */
-  VANTREL_LIMIT_COLOUR_SIDE = 2,  /**< the shortest side of a coloured scan that flat light takes */
-  VANTREL_LIMIT_SHEET_DPI = 3,    /**< the least dots per inch of a sheet */
-  VANTREL_LIMIT_SHEET_CARDS = 4,  /**< the most cards on a sheet */
-  VANTREL_LIMIT_ENLARGED_SIDE = 5 /**< the longest side of an image that is enlarged */
+  VANTREL_LIMIT_COLOUR_SIDE = 2,   /**< the shortest side of a coloured scan that flat light takes */
+  VANTREL_LIMIT_SHEET_DPI = 3,     /**< the least dots per inch of a sheet */
+  VANTREL_LIMIT_SHEET_CARDS = 4,   /**< the most cards on a sheet */
+  VANTREL_LIMIT_ENLARGED_SIDE = 5, /**< the longest side of an image that is enlarged */
+  VANTREL_LIMIT_CARDS = 6          /**< the most cards on a scan, by any method */
 } vantrel_limit;
 
 /** The value of a limit; 0 when there is no such limit. */

@@ -35,9 +35,11 @@ int32_t vantrel_limit_value(vantrel_limit limit) {
     case VANTREL_LIMIT_SHEET_DPI:
       return cards::kLeastSheetDpi;
     case VANTREL_LIMIT_SHEET_CARDS:
-      return cards::kMostCards;
+      return cards::kMostSheetCards;
     case VANTREL_LIMIT_ENLARGED_SIDE:
       return cards::kMostEnlargedSide;
+    case VANTREL_LIMIT_CARDS:
+      return cards::kMostCards;
   }
   return 0;
 }

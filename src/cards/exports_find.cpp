@@ -34,6 +34,11 @@ vantrel_status read(const vantrel_find_options& options, cards::Request& request
   return read_methods(options, request.methods);
 }
 
+void release(vantrel_cards* found) {
+  found->~vantrel_cards();
+  std::free(found);
+}
+
 vantrel_status find(const vantrel_image& scan, const cards::Request& request, vantrel_cards** handle) {
   void* block = std::malloc(sizeof(vantrel_cards));
   if (block == nullptr) return VANTREL_ERROR_MEMORY;
@@ -42,7 +47,7 @@ vantrel_status find(const vantrel_image& scan, const cards::Request& request, va
   if (status == VANTREL_OK) {
     *handle = found;
   } else {
-    std::free(block);
+    release(found);
   }
   return status;
 }
@@ -72,7 +77,7 @@ vantrel_status vantrel_find(const vantrel_image* scan, const vantrel_find_option
 void vantrel_cards_release(vantrel_cards* found) {
   if (!is_handle(found)) return;
   found->tag = 0;
-  std::free(found);
+  release(found);
 }
 
 size_t vantrel_cards_count(const vantrel_cards* found) { return is_handle(found) ? found->count : 0; }
@@ -81,6 +86,14 @@ vantrel_status vantrel_cards_get(const vantrel_cards* found, size_t index, vantr
   if (!is_handle(found) || card == nullptr) return VANTREL_ERROR_NULL;
   if (index >= found->count) return VANTREL_ERROR_ABSENT;
   return cards::give(found->cards[index], sizeof(vantrel_card), *card);
+}
+
+vantrel_status vantrel_cards_alternative(const vantrel_cards* found, size_t card, size_t index,
+                                         vantrel_card* alternative) {
+  if (!is_handle(found) || alternative == nullptr) return VANTREL_ERROR_NULL;
+  const cards::Alternatives* alternatives = cards::alternatives_of(*found, card);
+  if (alternatives == nullptr || index >= static_cast<size_t>(alternatives->count)) return VANTREL_ERROR_ABSENT;
+  return cards::give(alternatives->cards[index], sizeof(vantrel_card), *alternative);
 }
 
 vantrel_reason vantrel_cards_reason(const vantrel_cards* found, vantrel_method method) {

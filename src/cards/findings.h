@@ -8,15 +8,19 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 
+#include "anywhere/find.h"
 #include "cards/limits.h"
+#include "image/work_array.h"
 #include "vantrel_cards.h"
 
 namespace vantrel::cards {
 
-/** Every method, in the order in which they are tried by default. */
-inline constexpr std::array kMethods = {VANTREL_METHOD_DARK_GLASS, VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
+/** Every method. */
+inline constexpr std::array kMethods = {VANTREL_METHOD_DARK_GLASS, VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET,
+                                        VANTREL_METHOD_ANYWHERE};
 
 /** Why each method found nothing, by index_of. */
 using Reasons = std::array<vantrel_reason, kMethods.size()>;
@@ -30,6 +34,12 @@ inline constexpr Reasons kNothingTried = [] {
 /** Distinguishes a handle from other memory. */
 inline constexpr std::uint64_t kHandleTag = 0x76616e7472656c63;
 
+/** The quadrilaterals that one card was preferred to, the likeliest first. */
+struct Alternatives {
+  int count;
+  std::array<vantrel_card, anywhere::kMostAlternatives> cards;
+};
+
 }  // namespace vantrel::cards
 
 struct vantrel_cards {
@@ -41,6 +51,8 @@ struct vantrel_cards {
   vantrel_dark_glass dark_glass{};
   vantrel_flat_light flat_light{};
   vantrel_sheet sheet{};
+  // Of each card, where the method that knows of them found it: only then is there a block.
+  std::optional<vantrel::image::WorkArray<vantrel::cards::Alternatives>> alternatives;
 };
 
 namespace vantrel::cards {
@@ -55,6 +67,12 @@ constexpr std::size_t index_of(vantrel_method method) { return static_cast<std::
 
 /** Adds a card; there is room. */
 inline void add_card(vantrel_cards& found, const vantrel_card& card) { found.cards[found.count++] = card; }
+
+/** The alternatives of a card; null where there is no such card, or it was found by a method that has none. */
+inline const Alternatives* alternatives_of(const vantrel_cards& found, std::size_t card) {
+  if (card >= found.count || !found.alternatives || found.cards[card].method != VANTREL_METHOD_ANYWHERE) return nullptr;
+  return &(*found.alternatives)[card];
+}
 
 /** How many sides were found. */
 constexpr int count_found(const vantrel_side (&sides)[4]) {

@@ -5,6 +5,9 @@
 #ifndef VANTREL_CARDS_LIMITS_H
 #define VANTREL_CARDS_LIMITS_H
 
+#include <algorithm>
+
+#include "anywhere/find.h"
 #include "autoclip/corner_finder.h"
 #include "cardcut/find_card.h"
 #include "scale/enlarge.h"
@@ -21,7 +24,15 @@ inline constexpr int kLeastColourSide = cardcut::kLeastColourSide;
 
 /** The least dots per inch of a sheet, and the most cards on one, in two columns. */
 inline constexpr int kLeastSheetDpi = static_cast<int>(segment::kLeastDotsPerInch);
-inline constexpr int kMostCards = 2 * segment::kMostGroups;
+inline constexpr int kMostSheetCards = 2 * segment::kMostGroups;
+
+/** The most cards on a scan, by any method. */
+inline constexpr int kMostCards = std::max(anywhere::kMostCards, kMostSheetCards);
+
+/** Where cards are looked for anywhere: the shortest side of the small copy, and the longest of the scan, of which a
+ * column's sums have 16 bits. */
+inline constexpr int kLeastCopySide = 16;
+inline constexpr int kMostAnywhereSide = 128000;
 
 /** The longest side of an image that is enlarged. */
 inline constexpr int kMostEnlargedSide = scale::kLongestSide;

@@ -56,6 +56,8 @@ const char* text_of(vantrel_reason reason) {
       return "the resolution is not known";
     case VANTREL_REASON_RESOLUTION_TOO_LOW:
       return "the resolution is too low";
+    case VANTREL_REASON_NOTHING_LIKE_A_CARD:
+      return "nothing on the scan is bordered like a card";
   }
   return "an unknown reason";
 }
@@ -68,6 +70,8 @@ const char* name_of(vantrel_method method) {
       return "flat-light";
     case VANTREL_METHOD_SHEET:
       return "sheet";
+    case VANTREL_METHOD_ANYWHERE:
+      return "anywhere";
   }
   return nullptr;
 }

@@ -18,8 +18,8 @@ OTHERS = {
     "texts and numbers": """vantrel_status_text vantrel_method_name vantrel_reason_text vantrel_format_bits
         vantrel_limit_value SQUARE_TABLE""",
     "records": """vantrel_image_check vantrel_picture_release vantrel_cards_release vantrel_cards_count
-        vantrel_cards_get vantrel_cards_reason vantrel_cards_dark_glass vantrel_cards_flat_light vantrel_cards_sheet
-        FreeCardImg MakeMatrix FreeMatrix""",
+        vantrel_cards_get vantrel_cards_alternative vantrel_cards_reason vantrel_cards_dark_glass
+        vantrel_cards_flat_light vantrel_cards_sheet FreeCardImg MakeMatrix FreeMatrix""",
     "corners and lines": """vantrel_quad_scale vantrel_cut_size CalcUnknownFun CalIntersectPoint VerifyCorrectLoc
         VerifyCorrectLoc_M comp_ycoord SolveMultiUnknownFunc Get_U Get_V""",
     "the block list": "SortCharacter InitFreeList SetNode",

@@ -39,7 +39,7 @@ TEST(CardsFind, TakesOptionsThatThereAre) {
 }
 
 TEST(CardsFind, RefusesOptionsThatThereAreNot) {
-  const vantrel_method unknown[] = {VANTREL_METHOD_SHEET, pictures::number<vantrel_method>(4)};
+  const vantrel_method unknown[] = {VANTREL_METHOD_SHEET, pictures::number<vantrel_method>(5)};
   const auto methods = [&](const vantrel_method* first, std::size_t count) {
     return status_with([&](auto& options) {
       options.methods = first;
@@ -77,6 +77,7 @@ TEST(CardsFind, StopsAtTheFirstMethodThatFindsACard) {
   EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_FOUND);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NOT_TRIED);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_SHEET), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOT_TRIED);
   vantrel_flat_light flat = {};
   flat.size = sizeof flat;
   EXPECT_EQ(vantrel_cards_flat_light(cards.get(), &flat), VANTREL_ERROR_ABSENT);
@@ -94,6 +95,7 @@ TEST(CardsFind, TellsWhyEachMethodFoundNothing) {
   EXPECT_EQ(unknown.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_BLANK);
   EXPECT_EQ(unknown.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NO_SIDE);
   EXPECT_EQ(unknown.reason(VANTREL_METHOD_SHEET), VANTREL_REASON_RESOLUTION_UNKNOWN);
+  EXPECT_EQ(unknown.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOTHING_LIKE_A_CARD);
   const Cards coarse(blank.image(249.9));
   EXPECT_EQ(coarse.reason(VANTREL_METHOD_SHEET), VANTREL_REASON_RESOLUTION_TOO_LOW);
   const Cards fine(blank.image(250));
@@ -101,6 +103,7 @@ TEST(CardsFind, TellsWhyEachMethodFoundNothing) {
   const Cards finest(blank.image(1e300));
   EXPECT_EQ(finest.reason(VANTREL_METHOD_SHEET), VANTREL_REASON_NO_MARKS);
   Memory bits(400, 300, VANTREL_FORMAT_BILEVEL);
+  std::fill(bits.bytes().begin(), bits.bytes().end(), static_cast<unsigned char>(0));
   const Cards bilevel(bits.image());
   EXPECT_EQ(bilevel.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_BILEVEL);
   EXPECT_EQ(bilevel.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_BILEVEL);
@@ -154,7 +157,7 @@ TEST(CardsHandle, TellsOfNoCardThatThereIsNot) {
   EXPECT_EQ(vantrel_cards_dark_glass(cards.get(), nullptr), VANTREL_ERROR_NULL);
   EXPECT_EQ(static_cast<int>(card.method), 0);
   EXPECT_EQ(cards.reason(pictures::number<vantrel_method>(0)), VANTREL_REASON_NOT_TRIED);
-  EXPECT_EQ(cards.reason(pictures::number<vantrel_method>(4)), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards.reason(pictures::number<vantrel_method>(5)), VANTREL_REASON_NOT_TRIED);
 }
 
 TEST(CardsHandle, FillsRecordsOfThisSizeOrLarger) {

@@ -31,21 +31,22 @@ TEST(CardsTexts, AreThereForEveryValueAndDiffer) {
   for (int status = -1; status <= 10; ++status) {
     texts.emplace_back(vantrel_status_text(pictures::number<vantrel_status>(status)));
   }
-  for (int reason = -1; reason <= 11; ++reason) {
+  for (int reason = -1; reason <= 12; ++reason) {
     texts.emplace_back(vantrel_reason_text(pictures::number<vantrel_reason>(reason)));
   }
   std::sort(texts.begin(), texts.end());
   EXPECT_EQ(std::adjacent_find(texts.begin(), texts.end()), texts.end());
   EXPECT_STREQ(vantrel_status_text(pictures::number<vantrel_status>(11)), "an unknown status");
-  EXPECT_STREQ(vantrel_reason_text(pictures::number<vantrel_reason>(12)), "an unknown reason");
+  EXPECT_STREQ(vantrel_reason_text(pictures::number<vantrel_reason>(13)), "an unknown reason");
 }
 
 TEST(CardsTexts, NameTheMethods) {
   EXPECT_STREQ(vantrel_method_name(VANTREL_METHOD_DARK_GLASS), "dark-glass");
   EXPECT_STREQ(vantrel_method_name(VANTREL_METHOD_FLAT_LIGHT), "flat-light");
   EXPECT_STREQ(vantrel_method_name(VANTREL_METHOD_SHEET), "sheet");
+  EXPECT_STREQ(vantrel_method_name(VANTREL_METHOD_ANYWHERE), "anywhere");
   EXPECT_EQ(vantrel_method_name(pictures::number<vantrel_method>(0)), nullptr);
-  EXPECT_EQ(vantrel_method_name(pictures::number<vantrel_method>(4)), nullptr);
+  EXPECT_EQ(vantrel_method_name(pictures::number<vantrel_method>(5)), nullptr);
 }
 
 TEST(CardsLimits, AreToldByName) {
@@ -54,8 +55,9 @@ TEST(CardsLimits, AreToldByName) {
   EXPECT_EQ(vantrel_limit_value(VANTREL_LIMIT_SHEET_DPI), 250);
   EXPECT_EQ(vantrel_limit_value(VANTREL_LIMIT_SHEET_CARDS), 10);
   EXPECT_EQ(vantrel_limit_value(VANTREL_LIMIT_ENLARGED_SIDE), 2000);
+  EXPECT_EQ(vantrel_limit_value(VANTREL_LIMIT_CARDS), 64);
   EXPECT_EQ(vantrel_limit_value(pictures::number<vantrel_limit>(0)), 0);
-  EXPECT_EQ(vantrel_limit_value(pictures::number<vantrel_limit>(6)), 0);
+  EXPECT_EQ(vantrel_limit_value(pictures::number<vantrel_limit>(7)), 0);
 }
 
 TEST(CardsImage, HasSoManyBitsAPixel) {

@@ -64,6 +64,15 @@ TEST(CardsAllocationFailure, EndsASearchByAllMethods) {
   EXPECT_GE(fail_find(blank, 300, options, 0), 8);
 }
 
+TEST(CardsAllocationFailure, EndsASearchAnywhere) {
+  for (const vantrel_format format : pictures::kFormats) {
+    EXPECT_GE(fail_find(pictures::card_on_glass(format), 0, Only(VANTREL_METHOD_ANYWHERE), 1), 4);
+  }
+  Only reduced(VANTREL_METHOD_ANYWHERE);
+  reduced.analysis_dpi = 150;
+  EXPECT_GE(fail_find(pictures::card_on_glass(VANTREL_FORMAT_RGB), 300, reduced, 1), 5);
+}
+
 TEST(CardsAllocationFailure, EndsTheSearchForTheBordersOfACardOnASheet) {
   Only options(VANTREL_METHOD_SHEET);
   const support::Image drawn = support::scan_of(support::turned_card(600, 500, 1065, 660, 2), 1200, 1000, 24);

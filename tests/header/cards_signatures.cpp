@@ -24,6 +24,8 @@ static_assert(has_signature<decltype(vantrel_cards_release), void(vantrel_cards*
 static_assert(has_signature<decltype(vantrel_cards_count), std::size_t(const vantrel_cards*)>);
 static_assert(
     has_signature<decltype(vantrel_cards_get), vantrel_status(const vantrel_cards*, std::size_t, vantrel_card*)>);
+static_assert(has_signature<decltype(vantrel_cards_alternative),
+                            vantrel_status(const vantrel_cards*, std::size_t, std::size_t, vantrel_card*)>);
 static_assert(has_signature<decltype(vantrel_cards_reason), vantrel_reason(const vantrel_cards*, vantrel_method)>);
 static_assert(
     has_signature<decltype(vantrel_cards_dark_glass), vantrel_status(const vantrel_cards*, vantrel_dark_glass*)>);

@@ -16,7 +16,8 @@ ROOMS = {
     "cardcut": {"geometry", "image"},
     "scale": {"geometry", "image"},
     "segment": {"geometry", "image"},
-    "cards": {"geometry", "image", "autoclip", "lines", "cardcut", "scale", "segment"},
+    "anywhere": {"geometry", "image"},
+    "cards": {"geometry", "image", "autoclip", "lines", "cardcut", "scale", "segment", "anywhere"},
 }
 # What a room's doors may include beyond that: the records of another room's doors.
 DOORS = {"lines": {"components"}, "autoclip": {"lines", "components"}}

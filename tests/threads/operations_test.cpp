@@ -2,6 +2,7 @@
 // under every build the results must be those of one thread alone.
 #include <gtest/gtest.h>
 #include <vantrel.h>
+#include <vantrel_cards.h>
 
 #include <array>
 #include <cstddef>
@@ -145,6 +146,28 @@ Answer border_rows(int, int seed) {
   return answer;
 }
 
+Answer anywhere(int bits, int seed) {
+  Scan scan(bits, seed);
+  const BITMAPPTR record = scan.record();
+  const int stride = kWidth * bits / 8;
+  const vantrel_image image = {static_cast<const unsigned char*>(record.pBits) + std::ptrdiff_t{kHeight - 1} * stride,
+                               kWidth,
+                               kHeight,
+                               -stride,
+                               bits == 8 ? VANTREL_FORMAT_GRAY : VANTREL_FORMAT_BGR,
+                               0.0};
+  const vantrel_method method = VANTREL_METHOD_ANYWHERE;
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  options.methods = &method;
+  options.method_count = 1;
+  vantrel_cards* cards = nullptr;
+  Answer answer{vantrel_find(&image, &options, &cards), {}};
+  vantrel_card card = VANTREL_CARD_INIT;
+  for (std::size_t i = 0; vantrel_cards_get(cards, i, &card) == VANTREL_OK; ++i) append(answer, card.corners);
+  vantrel_cards_release(cards);
+  return answer;
+}
+
 struct Operation {
   const char* name;
   Answer (*run)(int bits, int seed);
@@ -159,6 +182,7 @@ constexpr std::array kOperations = {
     Operation{"BiCubic", enlarge<BiCubic>, 1},
     Operation{"CutRectImage", crop, 1},
     Operation{"vantrel_find_corners", corner_search, 1},
+    Operation{"vantrel_find", anywhere, 0},
     Operation{"AutoDetectCorner", corners_by_gradient, 0},
     Operation{"CardSeg", sheet, 1},
     Operation{"ClipImg", border_rows, 1},
@@ -195,7 +219,7 @@ TEST(ManyThreads, GiveWhatOneThreadGives) {
 }
 
 TEST(ManyThreads, WorkOnImagesThatDiffer) {
-  for (std::size_t i : {std::size_t{0}, std::size_t{3}, std::size_t{6}}) {
+  for (std::size_t i : {std::size_t{0}, std::size_t{3}, std::size_t{6}, std::size_t{7}}) {
     EXPECT_FALSE(kOperations[i].run(8, 0) == kOperations[i].run(8, 2)) << kOperations[i].name;
   }
 }

@@ -1,0 +1,213 @@
+// Cards wherever they lie on a scan.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "cards/scans.h"
+
+namespace {
+
+using pictures::Cards;
+using pictures::Colour;
+using pictures::Memory;
+using pictures::Only;
+using pictures::Rows;
+using support::Corners;
+
+/** White cards with hard borders on a flat ground. */
+Memory cards_on(int level, const std::vector<Corners>& cards, vantrel_format format = VANTREL_FORMAT_GRAY,
+                Rows rows = Rows::kFromTop, int width = 1000, int height = 800) {
+  std::vector<std::array<support::Border, 4>> borders;
+  for (const Corners& c : cards) {
+    borders.push_back({support::Border(c[0], c[1], c[2], c[3]), support::Border(c[2], c[3], c[6], c[7]),
+                       support::Border(c[6], c[7], c[4], c[5]), support::Border(c[4], c[5], c[0], c[1])});
+  }
+  Memory memory(width, height, format, rows, 5);
+  return memory.draw([&](int x, int y) {
+    const auto holds = [&](const std::array<support::Border, 4>& sides) {
+      return std::all_of(sides.begin(), sides.end(),
+                         [&](const support::Border& side) { return side.distance(x + 0.5, y + 0.5) >= 0; });
+    };
+    return std::any_of(borders.begin(), borders.end(), holds) ? Colour{255, 255, 255, 9}
+                                                              : Colour{level, level, level, 9};
+  });
+}
+
+/** A card of 500 x 300 pixels that is turned by 10 degrees clockwise, well inside a scan. */
+const Corners kTilted = support::turned_card(520, 390, 500, 300, 10);
+
+void expect_card(const vantrel_card& card, const Corners& expected, double tolerance = 1) {
+  const auto found = pictures::coordinates(card.corners);
+  const std::array<double, 8> round = {expected[0], expected[1], expected[2], expected[3],
+                                       expected[6], expected[7], expected[4], expected[5]};
+  for (std::size_t i = 0; i < 8; ++i) EXPECT_NEAR(found[i], round[i], tolerance) << i;
+}
+
+TEST(Anywhere, FindsATiltedCardOnGrayAndOnBlack) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  for (const int level : {128, 0}) {
+    const Memory memory = cards_on(level, {kTilted});
+    const Cards cards(memory.image(), &options);
+    ASSERT_EQ(cards.count(), 1u) << level;
+    expect_card(cards[0], kTilted);
+    EXPECT_NEAR(cards[0].tilt, 10, 0.3);
+    EXPECT_GE(cards[0].confidence, 0.5);
+    EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
+    EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_FOUND);
+  }
+}
+
+TEST(Anywhere, FindsTheSameInEveryFormatAndOrderOfRows) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  for (const vantrel_format format : pictures::kFormats) {
+    for (const Rows rows : {Rows::kFromTop, Rows::kFromBottom}) {
+      const Memory memory = cards_on(0, {kTilted}, format, rows);
+      const Cards cards(memory.image(), &options);
+      ASSERT_EQ(cards.count(), 1u) << format;
+      expect_card(cards[0], kTilted);
+    }
+  }
+}
+
+TEST(Anywhere, TellsASideFoundByItsConfidence) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Memory memory = cards_on(0, {kTilted});
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  for (const vantrel_side& side : cards[0].sides) EXPECT_EQ(side.found, side.confidence >= 0.8 ? 1 : 0);
+}
+
+TEST(Anywhere, TakesNothingForSureOnABlankScan) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  for (const int level : {0, 128, 255}) {
+    const Memory memory = cards_on(level, {});
+    const Cards cards(memory.image(), &options);
+    ASSERT_EQ(cards.status(), VANTREL_OK);
+    for (std::size_t i = 0; i < cards.count(); ++i) EXPECT_LT(cards[i].confidence, 0.5);
+    EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE),
+              cards.count() == 0 ? VANTREL_REASON_NOTHING_LIKE_A_CARD : VANTREL_REASON_FOUND);
+  }
+}
+
+// The lower one of the first row is the left one.
+const std::vector<Corners> kThree = {support::turned_card(700, 220, 420, 240, -6),
+                                     support::turned_card(230, 250, 380, 230, 8),
+                                     support::turned_card(480, 590, 430, 250, 3)};
+
+TEST(Anywhere, TellsOfSeveralCardsInReadingOrder) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Memory memory = cards_on(60, kThree);
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 3u);
+  expect_card(cards[0], kThree[1]);
+  expect_card(cards[1], kThree[0]);
+  expect_card(cards[2], kThree[2]);
+}
+
+TEST(Anywhere, FindsTwoCardsOnASheet) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Memory memory = cards_on(128, {kThree[0], kThree[2]});
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 2u);
+  expect_card(cards[0], kThree[0]);
+  expect_card(cards[1], kThree[2]);
+}
+
+TEST(Anywhere, FindsNoMoreCardsThanAskedFor) {
+  Only options(VANTREL_METHOD_ANYWHERE);
+  const Memory memory = cards_on(60, kThree);
+  for (const int most : {1, 2, 3, 1000}) {
+    options.most_cards = most;
+    EXPECT_EQ(Cards(memory.image(), &options).count(), static_cast<std::size_t>(std::min(most, 3)));
+  }
+}
+
+TEST(Anywhere, LooksAtTheResolutionAskedFor) {
+  Only options(VANTREL_METHOD_ANYWHERE);
+  options.analysis_dpi = 150;
+  const Memory memory = cards_on(0, {kTilted}, VANTREL_FORMAT_RGB);
+  const Cards cards(memory.image(300), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  expect_card(cards[0], kTilted, 2);
+  // Bits are looked at as they are.
+  const Memory bits = cards_on(0, {kTilted}, VANTREL_FORMAT_BILEVEL);
+  const Cards bilevel(bits.image(300), &options);
+  ASSERT_EQ(bilevel.count(), 1u);
+  expect_card(bilevel[0], kTilted);
+}
+
+TEST(Anywhere, RefusesScansThatAreTooSmallOrTooLarge) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const auto reason = [&](int width, int height) {
+    const Memory memory = cards_on(0, {}, VANTREL_FORMAT_GRAY, Rows::kFromTop, width, height);
+    return Cards(memory.image(), &options).reason(VANTREL_METHOD_ANYWHERE);
+  };
+  EXPECT_EQ(reason(1, 1), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_EQ(reason(15, 400), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_NE(reason(16, 400), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_EQ(reason(31, 1000), VANTREL_REASON_SCAN_TOO_SMALL);  // 15 columns of the copy that is looked at
+  EXPECT_EQ(reason(128000, 1), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_EQ(reason(128001, 1), VANTREL_REASON_SCAN_TOO_LARGE);
+}
+
+TEST(Anywhere, TellsOfAlternativesWhereThereAreSome) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Memory memory = cards_on(0, {kTilted});
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  vantrel_card other = VANTREL_CARD_INIT;
+  std::size_t count = 0;
+  double likelihood = 1;
+  for (; vantrel_cards_alternative(cards.get(), 0, count, &other) == VANTREL_OK; ++count) {
+    EXPECT_EQ(other.method, VANTREL_METHOD_ANYWHERE);
+    EXPECT_LE(other.confidence, likelihood);
+    likelihood = other.confidence;
+  }
+  EXPECT_LE(count, 5u);
+  EXPECT_EQ(vantrel_cards_alternative(cards.get(), 0, count, &other), VANTREL_ERROR_ABSENT);
+  EXPECT_EQ(vantrel_cards_alternative(cards.get(), 1, 0, &other), VANTREL_ERROR_ABSENT);
+  EXPECT_EQ(vantrel_cards_alternative(cards.get(), 0, 0, nullptr), VANTREL_ERROR_NULL);
+  EXPECT_EQ(vantrel_cards_alternative(nullptr, 0, 0, &other), VANTREL_ERROR_NULL);
+}
+
+TEST(Anywhere, AloneHasAlternatives) {
+  const Memory memory = pictures::card_on_glass();
+  const Cards cards(memory.image());
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
+  vantrel_card other = VANTREL_CARD_INIT;
+  EXPECT_EQ(vantrel_cards_alternative(cards.get(), 0, 0, &other), VANTREL_ERROR_ABSENT);
+}
+
+TEST(Surest, IsACardAllOfWhoseSidesWereSeenOnDarkGlass) {
+  const Memory memory = pictures::card_on_glass();
+  const Cards cards(memory.image());
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOT_TRIED);
+}
+
+TEST(Surest, IsWhatLiesAnywhereBeforeWhatIsSeenInPart) {
+  const Memory memory = cards_on(128, {kTilted});
+  const Cards cards(memory.image());
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
+  expect_card(cards[0], kTilted);
+  EXPECT_NE(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NOT_TRIED);
+}
+
+TEST(Surest, IsTakenOnlyWithoutAListOfMethods) {
+  const vantrel_method methods[] = {VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_ANYWHERE};
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  options.methods = methods;
+  options.method_count = 2;
+  const Memory memory = pictures::copy_of(pictures::card_on_flat_ground(), VANTREL_FORMAT_BGR);
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_FLAT_LIGHT);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOT_TRIED);
+}
+
+}  // namespace
