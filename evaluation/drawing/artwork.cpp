@@ -104,9 +104,14 @@ void draw_photograph(Canvas& canvas, Random& random, const Box& box) {
   }
 }
 
+Colour skin_colour(Random& random) {
+  const double light = random.uniform(80, 235);
+  return {light * random.uniform(0.55, 0.75), light * random.uniform(0.72, 0.85), light};
+}
+
 void draw_portrait(Canvas& canvas, Random& random, const Box& box) {
   canvas.fade(box, tint(random, random.uniform(120, 235), 15), tint(random, random.uniform(120, 235), 15), 1.57);
-  const Colour skin{random.uniform(80, 180), random.uniform(110, 200), random.uniform(150, 235)};
+  const Colour skin = skin_colour(random);
   const Colour hair = gray(random.uniform(20, 120));
   const double middle = box.left + box.width / 2, w = box.width, h = box.height;
   canvas.ellipse({middle - 0.32 * w, box.top + 0.12 * h, 0.64 * w, 0.6 * h}, hair);

@@ -10,6 +10,7 @@ Colour tint(Random& random, double lightness, double colourfulness);
 Colour ink(Random& random);    // dark, often black
 Colour paper(Random& random);  // white or nearly so
 Colour vivid(Random& random);  // as logos and bands are
+Colour skin_colour(Random& random);
 
 void draw_photograph(Canvas& canvas, Random& random, const Box& box);
 void draw_portrait(Canvas& canvas, Random& random, const Box& box);

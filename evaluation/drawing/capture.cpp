@@ -88,21 +88,23 @@ class Sensor {
  public:
   Sensor(const Capture& capture, Random& random, const DrawnScan& scan)
       : capture_(capture), random_(random), width_(static_cast<std::size_t>(scan.width)), height_(scan.height) {
+    // Light is full where it is brightest and falls off from there, so that it burns nothing out.
+    full_ = 1 - std::abs(capture.slope_x) - std::abs(capture.slope_y);
     for (std::size_t x = 0; x < width_; ++x) {
       const double u = 2 * (static_cast<double>(x) + 0.5) / scan.width - 1;
-      columns_.push_back(static_cast<float>(1 + capture.stripes * random.normal() * (random.chance(0.1) ? 3 : 1) +
-                                            capture.slope_x * u));
-      falloff_.push_back(static_cast<float>(capture.vignette * 0.5 * u * u));
+      const double gain = capture.stripes * random.normal() * (random.chance(0.1) ? 3 : 1);
+      columns_.push_back(static_cast<float>(1 + gain));
+      light_.push_back(static_cast<float>(full_ + capture.slope_x * u - capture.vignette * 0.5 * u * u));
     }
     phase_ = random.uniform(0, 6.3);
   }
 
   void expose(int y, const Row& row, unsigned char* bytes) {
     const double v = 2 * (y + 0.5) / height_ - 1;
-    const auto line = static_cast<float>(1 + capture_.slope_y * v - capture_.vignette * 0.5 * v * v +
+    const auto line = static_cast<float>(capture_.slope_y * v - capture_.vignette * 0.5 * v * v +
                                          capture_.banding * std::sin(phase_ + 6.2832 * y / capture_.band));
     gains_.resize(width_);
-    for (std::size_t x = 0; x < width_; ++x) gains_[x] = columns_[x] * (line - falloff_[x]);
+    for (std::size_t x = 0; x < width_; ++x) gains_[x] = columns_[x] * (light_[x] + line);
     const float* shared = noise();
     const auto strength = static_cast<float>(capture_.noise), chroma = static_cast<float>(capture_.chroma_noise);
     level_.resize(width_);
@@ -132,8 +134,8 @@ class Sensor {
   Random& random_;
   std::size_t width_;
   int height_;
-  double phase_;
-  Plane columns_, falloff_, gains_;
+  double phase_, full_;
+  Plane columns_, light_, gains_;
   std::vector<int> level_;
 };
 
@@ -170,7 +172,7 @@ Capture pick_scanner_capture(Random& random, std::vector<std::string>& effects) 
   capture.chroma_noise = capture.noise * random.uniform(0, 0.5);
   if (sometimes(0.15, "fringe")) capture.fringe = random.uniform(0.2, 1);
   if (sometimes(0.2, "illumination")) {
-    capture.slope_x = random.uniform(-0.12, 0.12), capture.slope_y = random.uniform(-0.12, 0.12);
+    capture.slope_x = random.uniform(-0.06, 0.06), capture.slope_y = random.uniform(-0.06, 0.06);
   }
   if (sometimes(0.12, "stripes")) capture.stripes = random.between(0.003, 0.02);
   if (sometimes(0.12, "banding")) capture.banding = random.between(0.005, 0.03), capture.band = random.between(4, 80);
@@ -186,7 +188,7 @@ Capture pick_camera_capture(Random& random, std::vector<std::string>& effects) {
   capture.chroma_noise = capture.noise * random.uniform(0.2, 0.8);
   if (random.chance(0.7)) {
     effects.push_back("illumination");
-    capture.slope_x = random.uniform(-0.25, 0.25), capture.slope_y = random.uniform(-0.25, 0.25);
+    capture.slope_x = random.uniform(-0.13, 0.13), capture.slope_y = random.uniform(-0.13, 0.13);
   }
   if (random.chance(0.6)) {
     effects.push_back("vignette");

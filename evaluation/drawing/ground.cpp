@@ -129,8 +129,9 @@ class WoodGround : public Ground {
 class PatternGround : public Ground {
  public:
   PatternGround(Pattern pattern, Random& random, const Bed& bed) : texture_(std::move(pattern.texture)) {
-    const double angle =
-        bed.photographed ? random.uniform(0, 6.3) : random.normal() * 0.1 + random.integer(0, 3) * 1.5707963;
+    const double angle = bed.photographed || random.chance(0.25)
+                             ? random.uniform(0, 6.3)
+                             : random.normal() * 0.1 + random.integer(0, 3) * 1.5707963;
     const double scale = pattern.pixels_per_mm / bed.pixels_per_mm;
     mapping_ =
         Mapping::turn(angle, scale, {random.uniform(-texture_.width(), 0), random.uniform(-texture_.height(), 0)});

@@ -126,7 +126,7 @@ std::vector<Speck> drawn_specks(Random& random, int width, int height, double pi
   for (int hair = random.integer(0, 3); hair > 0; --hair) {
     Point at = place();
     double angle = random.uniform(0, 6.3);
-    const double curl = random.normal() * 0.15, width_mm = random.between(0.05, 0.12),
+    const double curl = random.normal() * 0.06, width_mm = random.between(0.05, 0.12),
                  strength = random.uniform(0.2, 0.8);
     for (int piece = random.integer(5, 25); piece > 0; --piece) {
       const Point next = at + unit(angle) * (0.6 * pixels_per_mm);

@@ -48,6 +48,16 @@ void polish(Scene& scene, Random& random, Sheet& sheet, const Quad& quad) {
   sheet.add({on, random.uniform(0, 3.2), mean_side(quad, 0) * random.uniform(0.03, 0.2), random.uniform(15, 110), 0});
 }
 
+// The cut edge of thick stock catches the light, or lies in the dark.
+void light_edges(Scene& scene, Random& random, Sheet& sheet, const Quad& quad) {
+  scene.note("lit edge");
+  const double levels = random.uniform(12, 60) * random.sign();
+  for (int sides = random.integer(1, 2), side = random.integer(0, 3); sides > 0; --sides, ++side) {
+    const Point from = quad[static_cast<std::size_t>(side % 4)], to = quad[static_cast<std::size_t>((side + 1) % 4)];
+    sheet.add({from, std::atan2(to.y - from.y, to.x - from.x), random.uniform(0.4, 1.5), levels, 0});
+  }
+}
+
 void pierce(Scene& scene, Random& random, Outline& outline) {
   scene.note("hole");
   const Quad& quad = outline.corners();
@@ -66,6 +76,7 @@ void wear_out(Scene& scene, Random& random, Sheet& sheet, double wear) {
   if (random.chance(wear * 0.4)) curl(scene, random, sheet.outline());
   if (random.chance(wear * 0.4)) crease(scene, random, sheet, quad, random.integer(1, 3));
   if (random.chance(wear * 0.35)) polish(scene, random, sheet, quad);
+  if (random.chance(wear * 0.25)) light_edges(scene, random, sheet, quad);
   if (random.chance(wear * 0.15)) pierce(scene, random, sheet.outline());
   if (random.chance(wear * 0.25)) {
     scene.note("raster");
@@ -92,10 +103,11 @@ void cast_shadow(Scene& scene, Random& random, const Quad& quad, bool faint) {
   if (kind < 0.45) {  // the line that a scanner's lamp leaves beside an edge, on one or two sides
     scene.note("edge line");
     const double width = random.between(0.15, 0.8) * scale;
-    const double toward = std::atan2(quad[1].y - quad[0].y, quad[1].x - quad[0].x) + random.integer(0, 3) * 1.5707963 +
-                          (random.chance(0.5) ? 0 : random.uniform(0, 1.57));
-    scene.layers.push_back(
-        std::make_unique<Shade>(moved(quad, unit(toward) * width), std::min(width * 0.6, 0.5 * scale), darkness));
+    // Across the lamp's way, or as the card lies; grown by as much, it shows on a third side too.
+    const double along = random.chance(0.5) ? 0 : std::atan2(quad[1].y - quad[0].y, quad[1].x - quad[0].x);
+    const double toward = along + random.integer(0, 3) * 1.5707963 + (random.chance(0.5) ? 0 : random.uniform(0, 1.57));
+    const Quad cast = moved(random.chance(0.3) ? grown(quad, width) : quad, unit(toward) * width);
+    scene.layers.push_back(std::make_unique<Shade>(cast, std::min(width * 0.6, 0.5 * scale), darkness));
   } else if (kind < 0.85) {
     scene.note("shadow");
     const Point by = unit(random.uniform(0, 6.3)) * (random.between(0.4, 4) * scale);
@@ -106,6 +118,13 @@ void cast_shadow(Scene& scene, Random& random, const Quad& quad, bool faint) {
     const Point by = unit(random.uniform(0, 6.3)) * (width * 0.7);
     scene.layers.push_back(std::make_unique<Shade>(moved(grown(quad, width * 0.5), by), width, darkness));
   }
+}
+
+void lay_strip(Scene& scene, Random& random) {
+  scene.note("strip");
+  const Quad quad = border_strip(random, scene.bed, random.integer(0, 3), random.between(0.01, 0.2));
+  lay_backing(scene, random, quad,
+              tint(random, random.uniform(5, 250), random.chance(0.6) ? 3 : random.uniform(5, 60)));
 }
 
 void lay(Scene& scene, Random& random, const Design& design, const Quad& quad, const Laying& laying) {

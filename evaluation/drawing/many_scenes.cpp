@@ -40,8 +40,8 @@ Arrangement in_rows(Random& random, const Bed& bed, int count) {
   const int columns = std::clamp(
       static_cast<int>(std::lround(std::sqrt(count * bed_width / bed_height * model.height / model.width))), 1, count);
   const int rows = (count + columns - 1) / columns;
-  const double gap = random.chance(0.05) ? 0 : random.between(0.5, 15),
-               turn = gap == 0 ? 0 : random.between(0.002, 0.04);
+  const double gap = random.chance(0.05) ? 0 : random.chance(0.3) ? random.between(0.5, 3) : random.uniform(2, 20);
+  const double turn = gap == 0 ? 0 : random.between(0.002, 0.04);
   const double fit =
       std::min((bed_width - gap) / columns / (model.width + gap), (bed_height - gap) / rows / (model.height + gap));
   const double factor = std::min(fit, random.uniform(0.9, 1.1));

@@ -77,6 +77,26 @@ void darken_by_hand(Scene& scene, Random& random) {
   scene.layers.push_back(std::make_unique<Shade>(quad, size * random.between(0.01, 0.15), random.uniform(0.08, 0.45)));
 }
 
+// A thumb that holds the card: it hides a piece of a side.
+void hold(Scene& scene, Random& random, const Quad& card) {
+  if (!random.chance(0.12)) return;
+  scene.note("finger");
+  const auto side = static_cast<std::size_t>(random.integer(0, 3));
+  const Point at = card[side] + (card[(side + 1) % 4] - card[side]) * random.uniform(0.2, 0.8);
+  const Point outward = at - middle_of(card);
+  const double width = random.uniform(14, 22) * scene.bed.pixels_per_mm, reach = 6 * width;
+  const double angle = std::atan2(outward.y, outward.x) + random.normal() * 0.4;
+  const Point middle = at + unit(angle) * (reach / 2 - width * random.uniform(0.2, 1));
+  const Quad quad = rectangle(middle, reach, width, angle);
+  Canvas canvas(10, 10, 4, gray(0));
+  const Colour skin = skin_colour(random);
+  canvas.fade(canvas.box(), skin, skin * random.uniform(0.55, 0.85), 1.5707963 * random.sign());
+  const auto mapping = Mapping::from_rectangle(canvas.texture().width(), canvas.texture().height(), quad);
+  scene.layers.push_back(std::make_unique<Shade>(grown(quad, 0.05 * width), 0.3 * width, 0.25));
+  scene.layers.push_back(std::make_unique<Sheet>(Outline(quad, width / 2),
+                                                 std::make_shared<Texture>(std::move(canvas.texture())), mapping));
+}
+
 }  // namespace
 
 void compose_photo(Scene& scene, Random& random) {
@@ -96,6 +116,7 @@ void compose_photo(Scene& scene, Random& random) {
   if (design.kind == "receipt" || design.kind == "page")
     laying.crumple = random.chance(0.5) ? random.uniform(0.05, 0.5) : 0;
   lay(scene, random, design, quad, laying);
+  hold(scene, random, quad);
   darken_by_hand(scene, random);
 }
 
@@ -114,6 +135,7 @@ void compose_receipt(Scene& scene, Random& random) {
     lay_backing(scene, random, rectangle(middle, width, height, random.normal() * 0.02), colour);
     scene.scan.ground += " and sheet";
   }
+  if (random.chance(0.25)) lay_strip(scene, random);
   Design design =
       design_card(random, random.pick(std::array<const char*, 5>{"receipt", "receipt", "receipt", "page", "plain"}));
   const bool level = random.chance(0.75);
@@ -128,7 +150,9 @@ void compose_receipt(Scene& scene, Random& random) {
   const Quad quad =
       placed(random, rectangle({0, 0}, design.width * scale, design.height * scale, tilt), bed, scene.scan.place);
   Laying laying;
-  if (random.chance(0.7)) laying.crumple = random.uniform(0.05, 0.6);
+  // Stiff cards stay straighter than thin paper.
+  const double most = design.kind == "plain" ? 0.1 : 0.6;
+  if (random.chance(0.7)) laying.crumple = random.uniform(0.03, most);
   lay(scene, random, design, quad, laying);
 }
 

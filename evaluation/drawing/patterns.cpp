@@ -138,11 +138,19 @@ Pattern draw_keys(Random& random) {
   return {std::move(canvas.texture()), scale};
 }
 
-// The project's own scans of bare glass, at 300 dpi.
+// The project's own scans of bare glass, at 300 dpi: mostly a piece from the middle, as a lid's edge shows at their
+// borders.
 Pattern real_glass(Random& random) {
   static const std::array<Texture, 2> kScans{read_jpeg(VANTREL_SAMPLE_FOLDER "/glass/black-glass.jpg"),
                                              read_jpeg(VANTREL_SAMPLE_FOLDER "/glass/violet-glass.jpg")};
-  return {random.pick(kScans), 300 / 25.4};
+  const Texture& scan = random.pick(kScans);
+  if (random.chance(0.25)) return {scan, 300 / 25.4};
+  const int rim = random.integer(90, 150);
+  Texture piece(scan.width() - 2 * rim, scan.height() - 2 * rim, gray(0));
+  for (int y = 0; y < piece.height(); ++y) {
+    std::copy_n(scan.row(y + rim) + rim, piece.width(), piece.row(y));
+  }
+  return {std::move(piece), 300 / 25.4};
 }
 
 }  // namespace vantrel::drawing

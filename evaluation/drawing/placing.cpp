@@ -101,4 +101,19 @@ Quad placed(Random& random, const Quad& quad, const Bed& bed, const std::string&
   return moved(quad, to - bounds.low);
 }
 
+Quad border_strip(Random& random, const Bed& bed, int side, double part) {
+  const double w = bed.width, h = bed.height, depth = part * (side % 2 == 0 ? h : w), out = 0.2 * std::max(w, h);
+  const double lean = random.chance(0.5) ? 0 : random.normal() * 0.01 * (side % 2 == 0 ? w : h);
+  switch (side) {
+    case 0:
+      return {{{-out, -out}, {w + out, -out}, {w + out, depth + lean}, {-out, depth - lean}}};
+    case 1:
+      return {{{w - depth + lean, -out}, {w + out, -out}, {w + out, h + out}, {w - depth - lean, h + out}}};
+    case 2:
+      return {{{-out, h - depth - lean}, {w + out, h - depth + lean}, {w + out, h + out}, {-out, h + out}}};
+    default:
+      return {{{-out, -out}, {depth + lean, -out}, {depth - lean, h + out}, {-out, h + out}}};
+  }
+}
+
 }  // namespace vantrel::drawing

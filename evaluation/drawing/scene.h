@@ -49,6 +49,9 @@ void lay(Scene& scene, Random& random, const Design& design, const Quad& quad, c
 void lay_backing(Scene& scene, Random& random, const Quad& quad, Colour colour);
 void cast_shadow(Scene& scene, Random& random, const Quad& quad, bool faint);
 
+// A strip of lid, frame or paper along a side of the scan.
+void lay_strip(Scene& scene, Random& random);
+
 // A stock that is hard to tell from the ground: a few levels off, or in hue alone.
 Colour colour_near(Random& random, Colour ground, double least, double most);
 
@@ -58,6 +61,9 @@ Quad foreshortened(Random& random, const Quad& quad, double amount);  // about i
 // Moves it to where `place` says on the bed; unknown words mean anywhere on it.
 Quad placed(Random& random, const Quad& quad, const Bed& bed, const std::string& place);
 Quad moved(const Quad& quad, Point by);
+
+// A rectangle along a side of the scan, reaching beyond it; `part` of the scan is how far it comes in.
+Quad border_strip(Random& random, const Bed& bed, int side, double part);
 
 // Which sides of the cards can be seen on the finished picture, in the order of the truth.
 void find_truth(const Scene& scene, DrawnScan& scan);

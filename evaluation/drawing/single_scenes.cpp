@@ -103,6 +103,7 @@ void compose_on(Scene& scene, Random& random, const Bed& bed) {
     laying.paper = colour_near(random, scene.ground->mean, 6, 20);
   }
   if (random.chance(0.1)) lay_neighbour(scene, random, quad);
+  if (random.chance(0.1)) lay_strip(scene, random);
   lay(scene, random, design, quad, laying);
   add_specks(scene, random, 0.35);
 }
@@ -135,6 +136,10 @@ void compose_white(Scene& scene, Random& random) {
       random, random.pick(std::array<const char*, 6>{"plain", "blank", "framed", "boxes", "page", "receipt"}));
   const Quad quad = pick_quad(scene, random, design);
   Laying laying{.paper = colour_near(random, scene.ground->mean, 2, 12), .shadow = Shadow::kFaint, .wear = 0.1};
+  if (random.chance(0.35)) {  // of the ground's own colour: the shadow alone tells
+    laying = {.paper = colour_near(random, scene.ground->mean, 0, 2), .shadow = Shadow::kNone, .wear = 0};
+    cast_shadow(scene, random, quad, true);
+  }
   lay(scene, random, design, quad, laying);
   add_specks(scene, random, 0.3);
 }

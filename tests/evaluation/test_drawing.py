@@ -14,7 +14,7 @@ REACH = 5  # pixels to either hand of a border, within which it is measured
 LEAST_STEP = 60  # levels: from there on, rounding to whole ones does not matter
 EVEN_GROUNDS = {"dark glass", "black", "gray lid", "white lid", "real glass"}
 EVEN_CARDS = {"plain", "blank", "boxes", "receipt", "dark"}
-DISTURBING = {"shadow", "edge line", "curled", "gloss", "raster", "low contrast"}
+DISTURBING = {"shadow", "edge line", "curled", "gloss", "raster", "low contrast", "lit edge", "strip"}
 
 
 def draw(folder, name, first=1, count=1, *options):
