@@ -13,6 +13,8 @@ constexpr int kMostPlaces = 512;
 constexpr int kTryEvery = 8;
 /** A further colour is the ground's if the frame shows this share of it: a card cut by the frame rarely takes more. */
 constexpr double kLeastShare = 0.22;
+/** What lies on the ground is a second ground if the scan shows this share of it. */
+constexpr double kLeastSheet = 0.1;
 
 /** The colours of the frame at even steps, without those that a dominant colour has taken. */
 struct Places {
@@ -20,12 +22,26 @@ struct Places {
   std::array<Colour, kMostPlaces> colours;
 };
 
-Places places_of(const Copy& copy) {
+Places places_of_frame(const Copy& copy) {
   Places places;
   const int length = frame_length(copy);
   places.count = std::min(length, kMostPlaces);
   for (int i = 0; i < places.count; ++i)
     places.colours[static_cast<std::size_t>(i)] = colour_at(copy, frame_index(copy, length * i / places.count));
+  return places;
+}
+
+/** The same all over a copy, on a grid that is 16 places wide, and 32 high. */
+Places places_all_over(const Copy& copy) {
+  constexpr int kAcross = 16;
+  constexpr int kDown = kMostPlaces / kAcross;
+  Places places;
+  for (int i = 0; i < kMostPlaces; ++i) {
+    const int row = (i / kAcross * 2 + 1) * copy.rows / (2 * kDown);
+    const int col = (i % kAcross * 2 + 1) * copy.cols / (2 * kAcross);
+    places.colours[static_cast<std::size_t>(i)] = colour_at(copy, copy.index(row, col));
+  }
+  places.count = kMostPlaces;
   return places;
 }
 
@@ -67,6 +83,19 @@ void take_followers(Places& places, const Colour& middle) {
   places.count = static_cast<int>(end - places.colours.begin());
 }
 
+/** The places' dominant colours; all after the first need a share of at least `least` places. */
+Ground dominant_colours(Places& places, double least) {
+  Ground ground;
+  while (ground.count < kMostGroundColours) {
+    Colour middle{};
+    const int followers = most_followed(places, middle);
+    if (followers == 0 || (ground.count > 0 && followers < least)) break;
+    ground.colours[ground.count++] = mean_of_followers(places, middle);
+    take_followers(places, middle);
+  }
+  return ground;
+}
+
 }  // namespace
 
 int frame_length(const Copy& copy) { return 2 * (copy.rows + copy.cols) - 4; }
@@ -95,17 +124,14 @@ int difference(const Colour& a, const Colour& b) {
 }
 
 Ground find_ground(const Copy& copy) {
-  Ground ground;
-  Places places = places_of(copy);
-  const double least = kLeastShare * places.count;
-  while (ground.count < kMostGroundColours) {
-    Colour middle{};
-    const int followers = most_followed(places, middle);
-    if (followers == 0 || (ground.count > 0 && followers < least)) break;
-    ground.colours[ground.count++] = mean_of_followers(places, middle);
-    take_followers(places, middle);
-  }
-  return ground;
+  Places places = places_of_frame(copy);
+  return dominant_colours(places, kLeastShare * places.count);
+}
+
+Ground find_sheets(const Copy& copy, const Ground& ground) {
+  Places places = places_all_over(copy);
+  take_followers(places, ground.colours[0]);
+  return dominant_colours(places, kLeastSheet * kMostPlaces);
 }
 
 bool belongs_to(const Ground& ground, const Colour& colour) {

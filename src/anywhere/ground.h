@@ -36,6 +36,9 @@ int difference(const Colour& a, const Colour& b);
 /** Finds the dominant colours of a copy with at least 2 x 2 pixels. */
 Ground find_ground(const Copy& copy);
 
+/** Finds the dominant colours of the whole copy but for the ground's first: of a sheet that cards may lie on. */
+Ground find_sheets(const Copy& copy, const Ground& ground);
+
 /** Whether a colour is one of the ground's. */
 bool belongs_to(const Ground& ground, const Colour& colour);
 

@@ -8,6 +8,7 @@
 #include "anywhere/hull.h"
 #include "anywhere/outline.h"
 #include "anywhere/regions.h"
+#include "anywhere/reliefs.h"
 #include "anywhere/side_fit.h"
 #include "anywhere/thresholds.h"
 
@@ -26,30 +27,27 @@ constexpr double kLeastScore = 0.9;
 /** From here on, a hull of four sides needs no rectangle beside it. */
 constexpr double kGoodScore = 1.75;
 
-/** What turns regions of a map into candidates. */
+/** What turns regions of maps of one size into candidates. */
 class Builder {
  public:
-  Builder(const Relief& relief, CandidatePool& pool)
-      : relief_(relief),
-        finder_(relief.rows, relief.cols),
-        outline_(relief.rows, relief.cols),
-        hull_(relief.rows),
-        fitter_(relief),
-        pool_(pool) {}
+  explicit Builder(const Copy& copy)
+      : finder_(copy.rows, copy.cols), outline_(copy.rows, copy.cols), hull_(copy.rows), fitter_(copy), pool_(kPool) {}
 
-  bool ready() const { return finder_.ready() && outline_.ready() && hull_.ready() && fitter_.ready(); }
-  void add_all();
+  bool ready() const {
+    return finder_.ready() && outline_.ready() && hull_.ready() && fitter_.ready() && pool_.ready();
+  }
+  void add(const Relief& relief, const Thresholds& thresholds);
+  std::size_t best(std::span<Quad> quads) { return pool_.best(quads); }
 
  private:
   void add_region(const Region& region);
   double add_quad(Quad quad);
 
-  Relief relief_;
   RegionFinder finder_;
   Outline outline_;
   Hull hull_;
   SideFitter fitter_;
-  CandidatePool& pool_;
+  CandidatePool pool_;
 };
 
 bool is_large_enough(const Quad& quad) {
@@ -80,47 +78,38 @@ void Builder::add_region(const Region& region) {
   if (score < kGoodScore && is_rectangle) add_quad(rectangle);
 }
 
-void Builder::add_all() {
-  const Thresholds thresholds = thresholds_of(relief_);
+void Builder::add(const Relief& relief, const Thresholds& thresholds) {
   for (std::size_t i = 0; i < thresholds.count; ++i)
-    for (const Region& region : finder_.find(relief_, thresholds.values[i], kLeastArea)) add_region(region);
+    for (const Region& region : finder_.find(relief, thresholds.values[i], kLeastArea)) add_region(region);
 }
 
-/** How far each pixel lies from the ground's first colour. */
-void difference_map(const Copy& copy, const Ground& ground, WorkArray<std::uint16_t>& map) {
-  for (std::size_t i = 0; i < map.size(); ++i)
-    map[i] = static_cast<std::uint16_t>(difference(colour_at(copy, i), ground.colours[0]));
-}
-
-bool collect(const Copy& copy, const BarrierMap& map, CandidatePool& pool) {
-  Builder barrier({map.distances.get(), copy.rows, copy.cols}, pool);
-  if (!barrier.ready()) return false;
-  barrier.add_all();
-  return true;
-}
-
-bool collect_differences(const Copy& copy, const Ground& ground, CandidatePool& pool) {
-  WorkArray<std::uint16_t> map(copy.size());
-  if (!map.ready()) return false;
-  difference_map(copy, ground, map);
-  Builder builder({map.get(), copy.rows, copy.cols}, pool);
-  if (!builder.ready()) return false;
-  builder.add_all();
-  return true;
+/** Adds regions that differ from a ground's first colour. */
+void add_differences(const Copy& copy, const Ground& ground, WorkArray<std::uint16_t>& values, Builder& builder) {
+  if (ground.count == 0) return;
+  const Relief relief{values.get(), copy.rows, copy.cols};
+  write_difference(copy, ground.colours[0], values.all());
+  builder.add(relief, thresholds_of(relief));
 }
 
 }  // namespace
 
 RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map) {
   RegionCandidates found;
-  CandidatePool pool(kPool);
-  if (!pool.ready()) return found;
   if (copy.rows < 2 || copy.cols < 2) {
     found.ready = true;
     return found;
   }
-  if (!collect(copy, map, pool) || !collect_differences(copy, map.ground, pool)) return found;
-  found.count = static_cast<int>(pool.best(found.quads));
+  Builder builder(copy);
+  WorkArray<std::uint16_t> values(copy.size());
+  if (!builder.ready() || !values.ready()) return found;
+  const Relief barriers{map.distances.get(), copy.rows, copy.cols};
+  builder.add(barriers, thresholds_of(barriers));
+  add_differences(copy, map.ground, values, builder);
+  add_differences(copy, find_sheets(copy, map.ground), values, builder);
+  const Relief flatness{values.get(), copy.rows, copy.cols};
+  write_flatness(copy, values.all());
+  builder.add(flatness, flatness_thresholds_of(flatness));
+  found.count = static_cast<int>(builder.best(found.quads));
   found.ready = true;
   return found;
 }

@@ -12,7 +12,7 @@ constexpr double kEnds = 0.12;
 constexpr double kReaches[] = {4.0, 2.5, 1.5, 1.5};
 /** A side needs so many places of the outline on its line. */
 constexpr std::size_t kLeastPlaces = 5;
-/** How far the strongest step of the relief may lie from the outline. */
+/** How far the strongest step of the copy may lie from the outline. */
 constexpr int kSnapReach = 3;
 /** A corner that moves farther than this has left its region. */
 constexpr double kMostMove = 12.0;
@@ -56,27 +56,31 @@ double Plausibility::score() const {
   return mean_share + least_share / 2 + filled / 2;
 }
 
-/** The strongest step into the region near an outline at the lower end of pixel `across`, to a fraction of a pixel. */
-double SideFitter::snapped(bool level, bool enters, int along, int across) const {
-  const int end = level ? relief_.rows : relief_.cols;
-  if (across <= 0 || across >= end) return across;
-  const auto step = [&](int at) {
-    if (at <= 0 || at >= end) return 0;
-    const int rise =
-        level ? relief_.at(at, along) - relief_.at(at - 1, along) : relief_.at(along, at) - relief_.at(along, at - 1);
-    return enters ? rise : -rise;
-  };
+/** The largest step of a plane from pixel `across` - 1 to pixel `across`; 0 at the frame. */
+int SideFitter::step(bool level, int along, int across) const {
+  if (across <= 0 || across >= (level ? copy_.rows : copy_.cols)) return 0;
+  const std::size_t at = level ? copy_.index(across, along) : copy_.index(along, across);
+  const std::size_t before = at - (level ? static_cast<std::size_t>(copy_.cols) : 1);
+  int most = 0;
+  for (std::size_t plane = 0; plane < copy_.plane_count; ++plane)
+    most = std::max(most, std::abs(copy_.planes[plane][at] - copy_.planes[plane][before]));
+  return most;
+}
+
+/** The strongest step of the copy near an outline that lies before pixel `across`, to a fraction of a pixel. */
+double SideFitter::snapped(bool level, int along, int across) const {
+  if (across <= 0 || across >= (level ? copy_.rows : copy_.cols)) return across;
   int best = across;
-  int most = step(across);
+  int most = step(level, along, across);
   for (int distance = 1; distance <= kSnapReach; ++distance) {
     for (const int at : {across - distance, across + distance}) {
-      const int rise = step(at);
-      if (rise <= most) continue;
-      most = rise;
+      const int here = step(level, along, at);
+      if (here <= most) continue;
+      most = here;
       best = at;
     }
   }
-  return best + peak(step(best - 1), most, step(best + 1));
+  return best + peak(step(level, along, best - 1), most, step(level, along, best + 1));
 }
 
 /** Collects the outline's places beside a side, but for a share of it at each end. */
@@ -95,7 +99,7 @@ std::size_t SideFitter::collect(const Outline& outline, Point from, Point to, do
   for (int along = first; along < last; ++along) {
     const int across = level ? (enters ? outline.col_first(along) : outline.col_end(along))
                              : (enters ? outline.row_first(along) : outline.row_end(along));
-    places_[count++] = {along + 0.5, snap == Snap::kYes ? snapped(level, enters, along, across) : 1.0 * across};
+    places_[count++] = {along + 0.5, snap == Snap::kYes ? snapped(level, along, across) : 1.0 * across};
   }
   return count;
 }

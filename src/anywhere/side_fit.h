@@ -5,6 +5,7 @@
 #ifndef VANTREL_ANYWHERE_SIDE_FIT_H
 #define VANTREL_ANYWHERE_SIDE_FIT_H
 
+#include "anywhere/copy.h"
 #include "anywhere/outline.h"
 #include "anywhere/quad.h"
 #include "image/work_array.h"
@@ -23,10 +24,10 @@ struct Plausibility {
 /** Fits in the same memory, one quadrilateral after the other. */
 class SideFitter {
  public:
-  explicit SideFitter(const Relief& relief) : relief_(relief), places_(most_places(relief)) {}
+  explicit SideFitter(const Copy& copy) : copy_(copy), places_(most_places(copy)) {}
 
   bool ready() const { return places_.ready(); }
-  /** Moves each side onto the steps of the relief along the outline near its middle part; those without stay. */
+  /** Moves each side onto the steps of the copy along the outline near its middle part; those without stay. */
   void fit(const Outline& outline, Quad& quad);
   Plausibility judge(const Outline& outline, const Quad& quad);
 
@@ -36,15 +37,16 @@ class SideFitter {
     double along;
     double across;
   };
-  static std::size_t most_places(const Relief& relief) {
-    return static_cast<std::size_t>(relief.rows > relief.cols ? relief.rows : relief.cols);
+  static std::size_t most_places(const Copy& copy) {
+    return static_cast<std::size_t>(copy.rows > copy.cols ? copy.rows : copy.cols);
   }
   enum class Snap { kNo, kYes };
   std::size_t collect(const Outline& outline, Point from, Point to, double margin, Snap snap);
-  double snapped(bool level, bool enters, int along, int across) const;
+  int step(bool level, int along, int across) const;
+  double snapped(bool level, int along, int across) const;
   bool fit_side(const Outline& outline, Point from, Point to, NormalLine& line);
 
-  Relief relief_;
+  const Copy& copy_;
   image::WorkArray<Place> places_;
 };
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "anywhere/copy.h"
+#include "anywhere/reliefs.h"
 
 namespace vantrel::anywhere {
 namespace {
@@ -13,6 +14,11 @@ constexpr int kCell = kLevel / 4;
 constexpr std::size_t kCells = 1024;
 /** No border is told from noise below this. */
 constexpr int kLeast = kLevel * 3 / 2;
+
+/** The slopes that enclose flat regions, in halves of what is typical, as ascending thresholds of flatness. */
+constexpr int kHalves[] = {24, 16, 10, 7, 5, 3};
+/** No slope below this is a border's, in kLevel-ths over two pixels. */
+constexpr int kLeastTypical = kLevel / 4;
 
 class Histogram {
  public:
@@ -48,6 +54,15 @@ Thresholds thresholds_of(const Relief& relief) {
     if (thresholds.count > 0 && threshold < thresholds.values[thresholds.count - 1] + kLevel / 2) continue;
     thresholds.values[thresholds.count++] = threshold;
   }
+  return thresholds;
+}
+
+Thresholds flatness_thresholds_of(const Relief& relief) {
+  const Histogram histogram(relief);
+  const int typical = std::max(kLeastTypical, kFlattest - histogram.percentile(60));
+  Thresholds thresholds;
+  for (const int halves : kHalves)
+    thresholds.values[thresholds.count++] = std::max(0, kFlattest - halves * typical / 2);
   return thresholds;
 }
 

@@ -23,6 +23,9 @@ struct Thresholds {
 /** Thresholds from just above the ground's noise to just below what stands out most, each a like factor higher. */
 Thresholds thresholds_of(const Relief& relief);
 
+/** Thresholds of a map of flatness, from what is all but flat to what has no strong border. */
+Thresholds flatness_thresholds_of(const Relief& relief);
+
 }  // namespace vantrel::anywhere
 
 #endif
