@@ -31,11 +31,9 @@ constexpr double kGoodScore = 1.75;
 class Builder {
  public:
   explicit Builder(const Copy& copy)
-      : finder_(copy.rows, copy.cols), outline_(copy.rows, copy.cols), hull_(copy.rows), fitter_(copy), pool_(kPool) {}
+      : copy_(copy), finder_(copy.rows, copy.cols), outline_(copy.rows, copy.cols), hull_(copy.rows), pool_(kPool) {}
 
-  bool ready() const {
-    return finder_.ready() && outline_.ready() && hull_.ready() && fitter_.ready() && pool_.ready();
-  }
+  bool ready() const { return finder_.ready() && outline_.ready() && hull_.ready() && pool_.ready(); }
   void add(const Relief& relief, const Thresholds& thresholds);
   std::size_t best(std::span<Quad> quads) { return pool_.best(quads); }
 
@@ -43,10 +41,10 @@ class Builder {
   void add_region(const Region& region);
   double add_quad(Quad quad);
 
+  const Copy& copy_;
   RegionFinder finder_;
   Outline outline_;
   Hull hull_;
-  SideFitter fitter_;
   CandidatePool pool_;
 };
 
@@ -57,11 +55,18 @@ bool is_large_enough(const Quad& quad) {
   return true;
 }
 
+bool is_whole(const Quad& quad, const Copy& copy) {
+  constexpr double kAtFrame = 2.0;
+  const double right = copy.cols;
+  const double bottom = copy.rows;
+  const Quad frame{{Point{0.0, 0.0}, Point{right, 0.0}, Point{right, bottom}, Point{0.0, bottom}}};
+  return nearly_equal(quad, frame, kAtFrame);
+}
+
 /** Fits a quadrilateral and adds it where it is plausible; its score. */
 double Builder::add_quad(Quad quad) {
-  fitter_.fit(outline_, quad);
-  if (!is_large_enough(quad)) return 0.0;
-  const double score = fitter_.judge(outline_, quad).score();
+  const double score = fit_sides(copy_, outline_, quad).score();
+  if (!is_large_enough(quad) || is_whole(quad, copy_)) return 0.0;
   if (score >= kLeastScore) pool_.add(quad, score);
   return score;
 }

@@ -6,7 +6,7 @@ namespace vantrel::anywhere {
 namespace {
 
 /** The most regions of one threshold. */
-constexpr std::size_t kMostAtOnce = 128;
+constexpr std::size_t kMostAtOnce = 80;
 
 std::size_t most_runs(int rows, int cols) {
   return static_cast<std::size_t>(rows) * static_cast<std::size_t>((cols + 1) / 2);

@@ -11,11 +11,14 @@ constexpr double kEnds = 0.12;
 /** How far the outline may lie from a side at first, and from its line, fit after fit, in pixels. */
 constexpr double kReaches[] = {4.0, 2.5, 1.5, 1.5};
 /** A side needs so many places of the outline on its line. */
-constexpr std::size_t kLeastPlaces = 5;
+constexpr int kLeastPlaces = 5;
 /** How far the strongest step of the copy may lie from the outline. */
 constexpr int kSnapReach = 3;
 /** A corner that moves farther than this has left its region. */
 constexpr double kMostMove = 12.0;
+/** A quadrilateral is worth fitting if this share of its region's outline lies so near to its sides. */
+constexpr double kWorthShare = 0.35;
+constexpr double kWorthReach = 4.0;
 /** The outline lies beside a side that is so near. */
 constexpr double kNear = 1.5;
 
@@ -24,7 +27,7 @@ struct Slope {
   double offset = 0.0;
   double slope = 0.0;
 
-  double distance(double along, double across) const { return std::abs(across - offset - slope * along); }
+  double distance(const Place& place) const { return std::abs(place.across - offset - slope * (place.along + 0.5)); }
 };
 
 bool is_level(Point way) { return std::abs(way.x) >= std::abs(way.y); }
@@ -49,6 +52,65 @@ double peak(double before, double middle, double after) {
   return std::clamp((after - before) / (2 * bend), -0.5, 0.5);
 }
 
+/** The largest step of a plane from pixel `across` - 1 to pixel `across`; 0 at the frame. */
+int step(const Copy& copy, bool level, int along, int across) {
+  if (across <= 0 || across >= (level ? copy.rows : copy.cols)) return 0;
+  const std::size_t at = level ? copy.index(across, along) : copy.index(along, across);
+  const std::size_t before = at - (level ? static_cast<std::size_t>(copy.cols) : 1);
+  int most = 0;
+  for (std::size_t plane = 0; plane < copy.plane_count; ++plane)
+    most = std::max(most, std::abs(copy.planes[plane][at] - copy.planes[plane][before]));
+  return most;
+}
+
+/** The strongest step near the one to pixel `across`; of equals the nearest. */
+double strongest_step(const Copy& copy, bool level, int along, int across) {
+  constexpr int kSteps = 2 * kSnapReach + 3;  // one more at each end for the peak
+  int steps[kSteps];
+  for (int i = 0; i < kSteps; ++i) steps[i] = step(copy, level, along, across - kSnapReach - 1 + i);
+  int best = kSnapReach + 1;
+  for (int distance = 1; distance <= kSnapReach; ++distance)
+    for (const int i : {kSnapReach + 1 - distance, kSnapReach + 1 + distance})
+      if (steps[i] > steps[best]) best = i;
+  return across - kSnapReach - 1 + best + peak(steps[best - 1], steps[best], steps[best + 1]);
+}
+
+/** What a place on the frame counts for: the region may go on beyond it. */
+constexpr double kFrameWeight = 0.75;
+
+/** The share of places within reach of a line. */
+double share_near(const Copy& copy, const SidePlaces& side, const Slope& slope, double reach) {
+  if (side.count == 0) return 0.0;
+  const double end = side.level ? copy.rows : copy.cols;
+  double near = 0.0;
+  for (int i = 0; i < side.count; ++i) {
+    const Place& place = side.places[static_cast<std::size_t>(i)];
+    if (slope.distance(place) <= reach) near += place.across > 0.0 && place.across < end ? 1.0 : kFrameWeight;
+  }
+  return near / side.count;
+}
+
+/** Sums over places, for a line of least squares. */
+struct Moments {
+  double n = 0.0, u = 0.0, v = 0.0, uu = 0.0, uv = 0.0;
+
+  void add(double along, double across) {
+    n += 1.0;
+    u += along;
+    v += across;
+    uu += along * along;
+    uv += along * across;
+  }
+  /** False where the places lie all at one. */
+  bool slope(double middle, Slope& slope) const {
+    const double spread = n * uu - u * u;
+    if (spread <= 0.0) return false;
+    slope.slope = (n * uv - u * v) / spread;
+    slope.offset = (v - slope.slope * u) / n - slope.slope * middle;
+    return true;
+  }
+};
+
 }  // namespace
 
 double Plausibility::score() const {
@@ -56,83 +118,58 @@ double Plausibility::score() const {
   return mean_share + least_share / 2 + filled / 2;
 }
 
-/** The largest step of a plane from pixel `across` - 1 to pixel `across`; 0 at the frame. */
-int SideFitter::step(bool level, int along, int across) const {
-  if (across <= 0 || across >= (level ? copy_.rows : copy_.cols)) return 0;
-  const std::size_t at = level ? copy_.index(across, along) : copy_.index(along, across);
-  const std::size_t before = at - (level ? static_cast<std::size_t>(copy_.cols) : 1);
-  int most = 0;
-  for (std::size_t plane = 0; plane < copy_.plane_count; ++plane)
-    most = std::max(most, std::abs(copy_.planes[plane][at] - copy_.planes[plane][before]));
-  return most;
-}
-
-/** The strongest step of the copy near an outline that lies before pixel `across`, to a fraction of a pixel. */
-double SideFitter::snapped(bool level, int along, int across) const {
-  if (across <= 0 || across >= (level ? copy_.rows : copy_.cols)) return across;
-  int best = across;
-  int most = step(level, along, across);
-  for (int distance = 1; distance <= kSnapReach; ++distance) {
-    for (const int at : {across - distance, across + distance}) {
-      const int here = step(level, along, at);
-      if (here <= most) continue;
-      most = here;
-      best = at;
-    }
-  }
-  return best + peak(step(level, along, best - 1), most, step(level, along, best + 1));
-}
-
-/** Collects the outline's places beside a side, but for a share of it at each end. */
-std::size_t SideFitter::collect(const Outline& outline, Point from, Point to, double margin, Snap snap) {
+SidePlaces side_places(const Outline& outline, Point from, Point to) {
+  SidePlaces side;
   const bool level = is_level(to - from);
-  // Clockwise, the top side runs to the right and the right side down: what it bounds begins, or ends, there.
-  const bool enters = level ? to.x > from.x : to.y < from.y;
+  side.level = level;
+  // Clockwise, the top side runs to the right and the left side up: the region begins there, and ends at the others.
+  const bool begins = level ? to.x > from.x : to.y < from.y;
   const double start = level ? std::min(from.x, to.x) : std::min(from.y, to.y);
   const double stop = level ? std::max(from.x, to.x) : std::max(from.y, to.y);
-  const double ends = (stop - start) * margin;
-  const int least = level ? outline.left() : outline.top();
-  const int most = level ? outline.right() : outline.bottom();
-  const int first = static_cast<int>(std::floor(std::clamp(start + ends + 0.5, 1.0 * least, 1.0 * most)));
-  const int last = static_cast<int>(std::floor(std::clamp(stop - ends + 0.5, 1.0 * least, 1.0 * most)));
-  std::size_t count = 0;
-  for (int along = first; along < last; ++along) {
-    const int across = level ? (enters ? outline.col_first(along) : outline.col_end(along))
-                             : (enters ? outline.row_first(along) : outline.row_end(along));
-    places_[count++] = {along + 0.5, snap == Snap::kYes ? snapped(level, along, across) : 1.0 * across};
+  const double ends = (stop - start) * kEnds;
+  const double least = level ? outline.left() : outline.top();
+  const double most = level ? outline.right() : outline.bottom();
+  const int first = static_cast<int>(std::floor(std::clamp(start + ends + 0.5, least, most)));
+  const int last = static_cast<int>(std::floor(std::clamp(stop - ends + 0.5, least, most)));
+  if (last <= first) return side;
+  side.count = std::min(last - first, kMostPlaces);
+  for (int i = 0; i < side.count; ++i) {
+    const int along = first + (last - first) * i / side.count;
+    const int across = level ? (begins ? outline.col_first(along) : outline.col_end(along))
+                             : (begins ? outline.row_first(along) : outline.row_end(along));
+    side.places[static_cast<std::size_t>(i)] = {along, static_cast<double>(across)};
   }
-  return count;
+  return side;
 }
 
-bool SideFitter::fit_side(const Outline& outline, Point from, Point to, NormalLine& line) {
-  const bool level = is_level(to - from);
-  const std::size_t count = collect(outline, from, to, kEnds, Snap::kYes);
-  Slope slope = slope_of(from, to, level);
-  for (const double reach : kReaches) {
-    double n = 0.0, sum_u = 0.0, sum_v = 0.0, sum_uu = 0.0, sum_uv = 0.0;
-    const double middle = level ? (from.x + to.x) / 2 : (from.y + to.y) / 2;
-    for (std::size_t i = 0; i < count; ++i) {
-      if (slope.distance(places_[i].along, places_[i].across) > reach) continue;
-      const double u = places_[i].along - middle;
-      n += 1.0;
-      sum_u += u;
-      sum_v += places_[i].across;
-      sum_uu += u * u;
-      sum_uv += u * places_[i].across;
-    }
-    const double spread = n * sum_uu - sum_u * sum_u;
-    if (n < kLeastPlaces || n * 4 < static_cast<double>(count) || spread <= 0.0) return false;
-    slope.slope = (n * sum_uv - sum_u * sum_v) / spread;
-    slope.offset = (sum_v - slope.slope * sum_u) / n - slope.slope * middle;
+void snap(const Copy& copy, SidePlaces& side) {
+  const int end = side.level ? copy.rows : copy.cols;
+  for (int i = 0; i < side.count; ++i) {
+    Place& place = side.places[static_cast<std::size_t>(i)];
+    const int across = static_cast<int>(place.across);
+    if (across > 0 && across < end) place.across = strongest_step(copy, side.level, place.along, across);
   }
-  line = line_of(slope, level);
+}
+
+bool fit_line(const SidePlaces& side, Point from, Point to, NormalLine& line) {
+  const double middle = side.level ? (from.x + to.x) / 2 : (from.y + to.y) / 2;
+  Slope slope = slope_of(from, to, side.level);
+  for (const double reach : kReaches) {
+    Moments moments;
+    for (int i = 0; i < side.count; ++i) {
+      const Place& place = side.places[static_cast<std::size_t>(i)];
+      if (slope.distance(place) <= reach) moments.add(place.along + 0.5 - middle, place.across);
+    }
+    if (moments.n < kLeastPlaces || moments.n * 4 < side.count || !moments.slope(middle, slope)) return false;
+  }
+  line = line_of(slope, side.level);
   return true;
 }
 
-void SideFitter::fit(const Outline& outline, Quad& quad) {
-  std::array<NormalLine, 4> lines;
-  for (std::size_t i = 0; i < 4; ++i)
-    if (!fit_side(outline, quad[i], quad[i + 1], lines[i])) lines[i] = line_through(quad[i], quad[i + 1]);
+namespace {
+
+/** Replaces a quadrilateral by that of four lines, unless a corner moves too far. */
+void move_to(const std::array<NormalLine, 4>& lines, Quad& quad) {
   Quad moved;
   for (std::size_t i = 0; i < 4; ++i) {
     if (!intersect(lines[(i + 3) % 4], lines[i], moved.corners[i])) return;
@@ -141,23 +178,35 @@ void SideFitter::fit(const Outline& outline, Quad& quad) {
   quad = moved;
 }
 
-Plausibility SideFitter::judge(const Outline& outline, const Quad& quad) {
+/** The shares of places within reach of each side. */
+Plausibility judge(const Copy& copy, const std::array<SidePlaces, 4>& sides, const Quad& quad, double reach) {
   Plausibility plausibility;
   plausibility.least_share = 1.0;
   double around = 0.0;
   for (std::size_t i = 0; i < 4; ++i) {
-    const bool level = is_level(quad[i + 1] - quad[i]);
-    const Slope slope = slope_of(quad[i], quad[i + 1], level);
-    const std::size_t count = collect(outline, quad[i], quad[i + 1], kEnds / 2, Snap::kYes);
-    std::size_t near = 0;
-    for (std::size_t k = 0; k < count; ++k) near += slope.distance(places_[k].along, places_[k].across) <= kNear;
-    const double share = count == 0 ? 0.0 : static_cast<double>(near) / static_cast<double>(count);
+    const double share = share_near(copy, sides[i], slope_of(quad[i], quad[i + 1], sides[i].level), reach);
     const double size = length(quad[i + 1] - quad[i]);
     plausibility.mean_share += share * size;
     plausibility.least_share = std::min(plausibility.least_share, share);
     around += size;
   }
   if (around > 0.0) plausibility.mean_share /= around;
+  return plausibility;
+}
+
+}  // namespace
+
+Plausibility fit_sides(const Copy& copy, const Outline& outline, Quad& quad) {
+  std::array<SidePlaces, 4> sides;
+  for (std::size_t i = 0; i < 4; ++i) sides[i] = side_places(outline, quad[i], quad[i + 1]);
+  if (judge(copy, sides, quad, kWorthReach).mean_share < kWorthShare) return {};
+  std::array<NormalLine, 4> lines;
+  for (std::size_t i = 0; i < 4; ++i) {
+    snap(copy, sides[i]);
+    if (!fit_line(sides[i], quad[i], quad[i + 1], lines[i])) lines[i] = line_through(quad[i], quad[i + 1]);
+  }
+  move_to(lines, quad);
+  Plausibility plausibility = judge(copy, sides, quad, kNear);
   const double inside = area(quad);
   if (inside > 0.0) plausibility.fill = outline.filled_area() / inside;
   return plausibility;

@@ -15,6 +15,8 @@ constexpr std::size_t kCells = 1024;
 /** No border is told from noise below this. */
 constexpr int kLeast = kLevel * 3 / 2;
 
+/** How many thresholds rise from the noise to what stands out. */
+constexpr std::size_t kRising = 5;
 /** The slopes that enclose flat regions, in halves of what is typical, as ascending thresholds of flatness. */
 constexpr int kHalves[] = {24, 16, 10, 7, 5, 3};
 /** No slope below this is a border's, in kLevel-ths over two pixels. */
@@ -46,10 +48,9 @@ Thresholds thresholds_of(const Relief& relief) {
   const double low = std::max(kLeast, std::min(2 * histogram.percentile(10), histogram.percentile(40)));
   const double high = 0.8 * histogram.percentile(98);
   Thresholds thresholds;
-  // The seventh root is not needed to the last bit: three square roots give the eighth.
-  const double factor = high > low ? std::sqrt(std::sqrt(std::sqrt(high / low))) : 1.0;
+  const double factor = high > low ? std::sqrt(std::sqrt(high / low)) : 1.0;  // four steps from low to high
   double value = low;
-  for (std::size_t i = 0; i < kThresholds; ++i, value *= factor) {
+  for (std::size_t i = 0; i < kRising; ++i, value *= factor) {
     const int threshold = static_cast<int>(value);
     if (thresholds.count > 0 && threshold < thresholds.values[thresholds.count - 1] + kLevel / 2) continue;
     thresholds.values[thresholds.count++] = threshold;

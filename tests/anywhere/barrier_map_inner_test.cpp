@@ -170,4 +170,15 @@ TEST(Ground, HasTheColoursThatTheFrameShowsMost) {
   EXPECT_FALSE(belongs_to(ground, {104, 161, 0}));
 }
 
+TEST(Ground, HasSheetsThatHideMuchOfIt) {
+  std::vector<int> values(100, 100);
+  for (std::size_t row = 2; row < 8; ++row)
+    for (std::size_t col = 2; col < 8; ++col) values[row * 10 + col] = row < 5 ? 900 : 2000;
+  values[55] = 1500;
+  const Copy copy = copy_of(10, 10, values);
+  const vantrel::anywhere::Ground sheets = find_sheets(copy, find_ground(copy));
+  ASSERT_EQ(sheets.count, 2u);
+  EXPECT_EQ(sheets.colours[0][0] + sheets.colours[1][0], 2900);
+}
+
 }  // namespace
