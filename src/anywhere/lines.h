@@ -17,7 +17,7 @@
 namespace vantrel::anywhere {
 
 /** Lines through edges, and with the sides of the frame. */
-inline constexpr int kMostEdgeLines = 90;
+inline constexpr int kMostEdgeLines = 130;
 inline constexpr int kMostLines = kMostEdgeLines + 4;
 
 /** A line with the support that it has along itself. */
