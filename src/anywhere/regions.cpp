@@ -1,6 +1,7 @@
 #include "anywhere/regions.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vantrel::anywhere {
 namespace {
@@ -11,6 +12,26 @@ constexpr std::size_t kMostAtOnce = 80;
 std::size_t most_runs(int rows, int cols) {
   return static_cast<std::size_t>(rows) * static_cast<std::size_t>((cols + 1) / 2);
 }
+
+/** Tells four values at once apart: a lane's highest bit is set where its value is above the threshold. */
+class FourAbove {
+ public:
+  explicit FourAbove(int threshold) : lift_(kLanes * static_cast<std::uint64_t>(0x7fff - threshold)) {}
+
+  bool none(const std::uint16_t* values) const { return above(values) == 0; }
+  bool all(const std::uint16_t* values) const { return above(values) == kHighest; }
+
+ private:
+  static constexpr std::uint64_t kLanes = 0x0001000100010001;
+  static constexpr std::uint64_t kHighest = 0x8000800080008000;
+  std::uint64_t above(const std::uint16_t* values) const {
+    std::uint64_t four = 0;
+    std::memcpy(&four, values, sizeof(four));
+    return (four + lift_) & kHighest;
+  }
+
+  std::uint64_t lift_;
+};
 
 }  // namespace
 
@@ -50,13 +71,16 @@ void RegionFinder::collect_runs(const Relief& relief, int threshold) {
   count_ = 0;
   std::uint32_t row_before = 0;
   const std::uint16_t* value = relief.values;
+  const FourAbove four(threshold);
   for (int row = 0; row < relief.rows; ++row, value += relief.cols) {
     const std::uint32_t row_start = count_;
     int col = 0;
     while (true) {
+      while (col + 4 <= relief.cols && four.none(value + col)) col += 4;
       while (col < relief.cols && value[col] <= threshold) ++col;
       if (col == relief.cols) break;
       const int first = col;
+      while (col + 4 <= relief.cols && four.all(value + col)) col += 4;
       while (col < relief.cols && value[col] > threshold) ++col;
       runs_[count_] = {static_cast<std::uint16_t>(row),
                        static_cast<std::uint16_t>(first),

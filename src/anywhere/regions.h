@@ -13,7 +13,7 @@
 
 namespace vantrel::anywhere {
 
-/** A map of `rows` x `cols` values: the larger, the likelier a card. */
+/** A map of `rows` x `cols` values below 32768: the larger, the likelier a card. */
 struct Relief {
   const std::uint16_t* values = nullptr;
   int rows = 0;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -51,6 +52,21 @@ TEST(Regions, AreConnectedBySidesOfPixelsTheLargestFirst) {
 
 TEST(Regions, JoinArmsThatMeetBelow) {
   EXPECT_EQ(areas(DrawnMap({"10101", "10101", "11111"}), 0, 1), (std::vector<std::uint32_t>{11}));
+}
+
+TEST(Regions, OfARowAreItsRunsInEveryPattern) {
+  for (unsigned pattern = 0; pattern < 1u << 13; ++pattern) {
+    std::string line;
+    std::vector<std::uint32_t> runs;
+    for (unsigned col = 0; col < 13; ++col) {
+      const bool on = pattern >> col & 1;
+      line += on ? "6" : "5";
+      if (on && (col == 0 || line[col - 1] == '5')) runs.push_back(0);
+      if (on) ++runs.back();
+    }
+    std::sort(runs.rbegin(), runs.rend());
+    ASSERT_EQ(areas(DrawnMap({line}), 50, 1), runs) << line;
+  }
 }
 
 TEST(Regions, KeepTheLargest80) {
