@@ -42,12 +42,6 @@ void Hull::enclose(const Outline& outline) {
   }
 }
 
-double Hull::area() const {
-  double twice = 0.0;
-  for (std::size_t i = 0; i < count_; ++i) twice += cross(corners_[i], corners_[(i + 1) % count_]);
-  return twice / 2;
-}
-
 /** Where the neighbours of a side meet, and the area that lies between; false if they do not meet beyond it. */
 bool Hull::without_side(std::size_t side, Point& corner, double& added) const {
   const Point from = corners_[side];

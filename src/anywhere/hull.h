@@ -24,7 +24,6 @@ class Hull {
   /** Encloses the pixels of a region: A. M. Andrew's monotone chains (1979), down its right and up its left. */
   void enclose(const Outline& outline);
   std::span<const Point> corners() const { return {corners_.get(), count_}; }
-  double area() const;
 
   /**
    * Takes side after side away, each time that which adds least area when its neighbours are prolonged (D. Dori and
