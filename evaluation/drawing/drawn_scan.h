@@ -31,7 +31,8 @@ struct DrawnScan {
 // The kinds of scans; README.md describes them.
 std::vector<std::string> sets();
 
-// The same bytes for the same set and seed. Throws std::invalid_argument for a set that there is not.
+// The same bytes for the same set and seed; many threads may draw at once. Throws std::invalid_argument for a set that
+// there is not.
 DrawnScan draw_scan(const std::string& set, std::uint64_t seed);
 
 // The same scene as it is: without what optics, sensor and file do to it. Its borders can be measured exactly.

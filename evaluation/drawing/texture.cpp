@@ -57,8 +57,9 @@ int Texture::reflected(int at, int size, Beyond beyond) const {
   return within < size ? within : period - 1 - within;
 }
 
-// Bilinear. Two colours of a pixel are weighed by one multiplication: in eight bits each, with weights that sum up to
-// 256, they cannot reach each other.
+// Bilinear, in steps of 1/256 pixel: coarser ones would be seen as bars in pictures that are much enlarged. Two colours
+// of a pixel are weighed by one multiplication: 32 bits apart, with weights that sum up to 65536, they cannot reach
+// each other.
 template <class Fetch>
 void Texture::interpolate(const Mapping& mapping, int y, int first, int end, Row& row, Fetch fetch) const {
   Ray ray(mapping, first, y);
@@ -67,22 +68,24 @@ void Texture::interpolate(const Mapping& mapping, int y, int first, int end, Row
   for (int x = first; x < end; ++x, ray.step()) {
     const double factor = projective ? 1 / ray.below : 1;
     // Shifted up before it is cut off, so that what is left of the texture is cut downwards too.
-    const auto u = static_cast<std::int32_t>((ray.x * factor - 0.5) * 16 + 0x4000000) - 0x4000000;
-    const auto v = static_cast<std::int32_t>((ray.y * factor - 0.5) * 16 + 0x4000000) - 0x4000000;
-    const std::array<std::uint32_t, 4> pixels = fetch(u >> 4, v >> 4);
-    const std::uint32_t right = u & 15, low = v & 15;
-    const std::array<std::uint32_t, 4> weights{(16 - right) * (16 - low), right * (16 - low), (16 - right) * low,
+    const auto u = static_cast<std::int32_t>((ray.x * factor - 0.5) * 256 + 0x40000000) - 0x40000000;
+    const auto v = static_cast<std::int32_t>((ray.y * factor - 0.5) * 256 + 0x40000000) - 0x40000000;
+    const std::array<std::uint32_t, 4> pixels = fetch(u >> 8, v >> 8);
+    const std::uint32_t right = u & 255, low = v & 255;
+    const std::array<std::uint32_t, 4> weights{(256 - right) * (256 - low), right * (256 - low), (256 - right) * low,
                                                right * low};
-    std::uint32_t blue_red = 0, green = 0;
+    std::uint64_t blue_red = 0;
+    std::uint32_t green = 0;
     for (std::size_t i = 0; i < 4; ++i) {
-      // Blue and red move apart to sixteen bits each: 0x00rr00bb times at most 256 stays in its half.
-      blue_red += (pixels[i] & 0xff00ff) * weights[i];
+      const std::uint64_t apart = (pixels[i] & 0xff) | static_cast<std::uint64_t>(pixels[i] & 0xff0000) << 16;
+      blue_red += apart * weights[i];
       green += (pixels[i] >> 8 & 0xff) * weights[i];
     }
     const auto at = static_cast<std::size_t>(x);
-    row.b[at] = static_cast<float>(blue_red & 0xffff) * (1 / 256.0F);
-    row.g[at] = static_cast<float>(green) * (1 / 256.0F);
-    row.r[at] = static_cast<float>(blue_red >> 16) * (1 / 256.0F);
+    constexpr float kOne = 1 / 65536.0F;
+    row.b[at] = static_cast<float>(static_cast<std::int32_t>(blue_red & 0xffffffff)) * kOne;
+    row.g[at] = static_cast<float>(static_cast<std::int32_t>(green)) * kOne;
+    row.r[at] = static_cast<float>(static_cast<std::int32_t>(blue_red >> 32)) * kOne;
   }
 }
 

@@ -13,7 +13,7 @@ EMPTY_SETS = {"bare", "strips", "pages"}
 REACH = 5  # pixels to either hand of a border, within which it is measured
 LEAST_STEP = 60  # levels: from there on, rounding to whole ones does not matter
 EVEN_GROUNDS = {"dark glass", "black", "gray lid", "white lid", "real glass"}
-EVEN_CARDS = {"plain", "blank", "boxes", "receipt", "dark"}
+EVEN_CARDS = {"plain", "blank", "boxes", "receipt"}  # without print close to the border
 DISTURBING = {"shadow", "edge line", "curled", "gloss", "raster", "low contrast", "lit edge", "strip"}
 
 
@@ -71,13 +71,14 @@ def test_pictures_can_be_left_out(tmp_path):
 
 
 def test_a_set_that_there_is_not_is_refused(tmp_path):
-    assert subprocess.run([PROGRAM, "--set", "nothing", "--out", str(tmp_path)], stderr=subprocess.DEVNULL).returncode == 2
+    command = [PROGRAM, "--set", "nothing", "--out", str(tmp_path)]
+    assert subprocess.run(command, stderr=subprocess.DEVNULL).returncode == 2
 
 
 def off_the_border(gray, start, end):
-    """How far the border that the picture shows lies below the line from start to end, a nearly level one, in the
-    median of its pixels, which specks and holes leave alone: each column's sum of levels between its two plain ends says
-    where in it the step must be."""
+    """How far the border that the picture shows lies below the line from start to end, a nearly level one, in pixels, in
+    the median of its columns, which specks and holes leave alone: the sum of a column's levels between its two plain ends
+    says where in it the step must be."""
     slope = (end[1] - start[1]) / (end[0] - start[0])
     margin = 0.15 * (end[0] - start[0])
     errors = []
@@ -97,7 +98,7 @@ def off_the_border(gray, start, end):
 
 def test_borders_lie_where_the_truth_says(tmp_path):
     """On crisp scans of evenly coloured cards on even grounds, without a shadow or bent sides."""
-    candidates = [record for record in draw(tmp_path / "all", "singles", 1, 500, "--crisp", "--truth-only")
+    candidates = [record for record in draw(tmp_path / "all", "singles", 1, 600, "--crisp", "--truth-only")
                   if record["ground"] in EVEN_GROUNDS and record["card"] in EVEN_CARDS
                   and not DISTURBING & set(record["effects"])]
     measured = []
@@ -112,5 +113,5 @@ def test_borders_lie_where_the_truth_says(tmp_path):
             error = off_the_border(picture_rows, start, end) if visible[side] and level else None
             if error is not None:
                 measured.append(error)
-    assert len(measured) >= 20
+    assert len(measured) >= 16
     assert np.abs(measured).max() < 0.02
