@@ -7,7 +7,7 @@ namespace vantrel::anywhere {
 namespace {
 
 /** An outer line is preferred from this part of the evidence on, and this much of the most there can be. */
-constexpr double kPartOfBest = 0.6;
+constexpr double kPartOfBest = 0.7;
 constexpr double kLeastOuter = 0.3;
 
 /** Lines nearer than this are one, in samples. */
@@ -15,7 +15,7 @@ constexpr int kApart = 3;
 
 /** A shadow is at most so wide, in samples, and its inner flank at least this part as plain as its outer one. */
 constexpr double kWidestShadow = 6.0;
-constexpr double kPartOfFlank = 0.4;
+constexpr double kPartOfFlank = 0.55;
 
 /** The most evidence along a line shifted by `shift` samples, or along one that turns a little beside it. */
 SampleLine best_near(const Evidence& evidence, const SampleLine& line, double shift) {
@@ -31,9 +31,10 @@ SampleLine best_near(const Evidence& evidence, const SampleLine& line, double sh
   return best;
 }
 
-/** The mean over the places of which way the signal goes: -1 to 1 each, the farther from 0 the steeper. */
-double way_at(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line, double shift) {
-  double sum = 0.0;
+/** The median over the places of the slope beside a line. */
+double slope_beside(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line, double shift) {
+  std::array<double, kMostPlaces> slopes{};
+  std::size_t count = 0;
   for (int place = 0; place < profiles.places; ++place) {
     const auto at = static_cast<std::size_t>(place);
     const double sample = sample_at(line, place, profiles.places) + shift;
@@ -42,10 +43,12 @@ double way_at(const SideProfiles& profiles, const BorderSignal& signal, const Sa
     const auto i = static_cast<std::size_t>(below);
     const double part = sample - below;
     const auto& values = signal.values[at];
-    const double slope = slope_at(values, i) * (1.0 - part) + slope_at(values, i + 1) * part;
-    sum += slope / (std::abs(slope) + 3.0);
+    slopes[count++] = slope_at(values, i) * (1.0 - part) + slope_at(values, i + 1) * part;
   }
-  return sum / profiles.places;
+  if (count * 2 < static_cast<std::size_t>(profiles.places)) return 0.0;
+  const auto middle = slopes.begin() + static_cast<std::ptrdiff_t>(count / 2);
+  std::nth_element(slopes.begin(), middle, slopes.begin() + static_cast<std::ptrdiff_t>(count));
+  return *middle;
 }
 
 }  // namespace
@@ -68,14 +71,16 @@ SampleLine outermost_line(const Evidence& evidence, const SampleLine& line, int 
 
 SampleLine inner_flank(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
   if (signal.lightness < 0.5) return line;
-  const double outer = way_at(profiles, signal, line, 0.0);
-  if (outer <= 0.0) return line;
+  double outer = 0.0;
+  for (double beside = -1.0; beside <= 1.0; beside += 0.5)
+    outer = std::max(outer, slope_beside(profiles, signal, line, beside));
+  if (slope_beside(profiles, signal, line, 0.0) * 2 < outer || outer <= 0.0) return line;
   double shift = 0.0;
   double least = -kPartOfFlank * outer;
   for (double inward = 1.0; inward <= kWidestShadow; inward += 0.5) {
-    const double way = way_at(profiles, signal, line, -inward);
-    if (way < least) {
-      least = way;
+    const double slope = slope_beside(profiles, signal, line, -inward);
+    if (slope < least) {
+      least = slope;
       shift = -inward;
     }
   }

@@ -170,14 +170,19 @@ using Slopes = std::array<double, 2 * kAround + 1>;
 
 bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std::size_t place, double at,
                    Slopes& slopes) {
-  if (!(at - kAround >= profiles.first[place] + 1 && at + kAround + 1 <= profiles.last[place] - 1)) return false;
-  const auto begin = static_cast<std::size_t>(at) - kAround;
-  const double part = at - std::floor(at);
-  for (std::size_t i = 0; i < slopes.size(); ++i) {
+  const int below = static_cast<int>(std::floor(at));
+  const double part = at - below;
+  slopes.fill(0.0);
+  bool any = false;
+  for (int i = -kAround; i <= kAround; ++i) {
+    if (below + i <= profiles.first[place] || below + i + 1 >= profiles.last[place]) continue;
     const auto& values = signal.values[place];
-    slopes[i] = slope_at(values, begin + i) * (1.0 - part) + slope_at(values, begin + i + 1) * part;
+    const auto sample = static_cast<std::size_t>(below + i);
+    slopes[static_cast<std::size_t>(i + kAround)] =
+        slope_at(values, sample) * (1.0 - part) + slope_at(values, sample + 1) * part;
+    any = any || i == 0;
   }
-  return true;
+  return any;
 }
 
 /** Whether the steepest of the slopes that go the line's way, sums over some places, is that on the line, and no noise.
@@ -251,13 +256,14 @@ double share_on_line(const SideProfiles& profiles, const BorderSignal& signal, c
 }
 
 double contrast_at(const SideProfiles& profiles, const OffsetLine& line) {
-  std::array<double, kMostPlaces> contrasts;
+  std::array<double, kMostPlaces> contrasts{};
   std::size_t count = 0;
   for (std::size_t place = 0; place < static_cast<std::size_t>(profiles.places); ++place) {
     const double sample = profiles.centre + line.at(profiles.along[place]) / profiles.step;
-    const int inside = static_cast<int>(std::floor(sample - 2.0));
-    const int outside = static_cast<int>(std::ceil(sample + 2.0));
-    if (inside - 1 < profiles.first[place] || outside + 1 > profiles.last[place]) continue;
+    // Near the frame of the scan there may be no more than the flank itself.
+    const int inside = std::max(static_cast<int>(std::floor(sample - 2.0)), profiles.first[place] + 1);
+    const int outside = std::min(static_cast<int>(std::ceil(sample + 2.0)), profiles.last[place] - 1);
+    if (inside > sample || outside < sample) continue;
     double square = 0.0;
     for (std::size_t plane = 0; plane < profiles.plane_count; ++plane) {
       const auto& levels = profiles.levels[place][plane];

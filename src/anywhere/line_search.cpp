@@ -12,6 +12,9 @@ constexpr float kLeastNoise = 0.25F;
 /** The chance that a slope of pure noise is below a quarter of its slopes lies at this part of its deviation. */
 constexpr float kQuarterOfNormal = 0.3186F;
 
+/** The deviation of a difference of two. */
+constexpr float kRootOfTwo = 1.4142136F;
+
 constexpr float kNoiseResolution = 64.0F;
 
 /** The squared slope, in deviations of the noise, up to which there is no evidence, and what gives half of all. */
@@ -111,11 +114,20 @@ Noise noise_of(const SideProfiles& profiles) {
   Noise noise{};
   for (std::size_t plane = 0; plane < profiles.plane_count; ++plane) {
     SlopeCounts counts;
-    for (std::size_t place = 0; place < static_cast<std::size_t>(profiles.places); ++place)
-      for (int i = profiles.first[place] + 1; i < profiles.last[place]; ++i)
-        counts.add(slope_at(profiles.levels[place][plane], static_cast<std::size_t>(i)));
-    noise[plane] = std::max(kLeastNoise, counts.quartile() / kQuarterOfNormal);
+    for (std::size_t place = 1; place < static_cast<std::size_t>(profiles.places); ++place) {
+      const auto& before = profiles.levels[place - 1][plane];
+      const auto& here = profiles.levels[place][plane];
+      const int first = std::max(profiles.first[place - 1], profiles.first[place]) + 1;
+      const int last = std::min(profiles.last[place - 1], profiles.last[place]) - 1;
+      for (int i = first; i <= last; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        counts.add(slope_at(here, at) - slope_at(before, at));
+      }
+    }
+    noise[plane] = std::max(kLeastNoise, counts.quartile() / (kQuarterOfNormal * kRootOfTwo));
   }
+  // The colours of compressed scans are smooth, and their borders soft, while those of lightness are crisp.
+  for (float& plane : noise) plane = std::max(plane, noise[kLight]);
   return noise;
 }
 

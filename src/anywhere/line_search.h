@@ -21,7 +21,10 @@ inline float slope_at(const std::array<float, kMostSamples>& levels, std::size_t
   return (levels[i + 1] - levels[i - 1]) / 2;
 }
 
-/** The standard deviation of the slopes, judged by the smallest quarter of them, which borders are not among. */
+/**
+ * The standard deviation of the slopes, judged by how those of neighbouring profiles differ, so that lines along the
+ * side do not count, and by the smallest quarter of the differences, which writing is not among.
+ */
 Noise noise_of(const SideProfiles& profiles);
 
 /** The most evidence that a profile can give: a strong print is worth no more than a border that is plainly seen. */

@@ -42,6 +42,7 @@ struct Work {
   SideProfiles profiles;
   Evidence evidence;
   BorderSignal signal;
+  Noise noise{}; /**< of single pixels; 0 where none was judged yet */
 };
 
 bool on_frame(const Scan& scan, Point a, Point b) {
@@ -51,12 +52,21 @@ bool on_frame(const Scan& scan, Point a, Point b) {
          (a.x >= right && b.x >= right) || (a.y >= bottom && b.y >= bottom);
 }
 
+/** The noise of the profiles. A narrow search sees little but the border: what a wider one saw is nearer the truth. */
+Noise settled_noise(Work& work) {
+  const Noise noise = noise_of(work.profiles);
+  if (work.profiles.step > 1) return noise;
+  for (std::size_t i = 0; i < noise.size(); ++i)
+    work.noise[i] = work.noise[i] > 0.0F ? std::min(work.noise[i], noise[i]) : noise[i];
+  return work.noise;
+}
+
 /** Looks for a border within `reach` pixels of a side; moves it there and says what speaks for it. */
 bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, RefinedSide& refined) {
   SideProfiles& profiles = work.profiles;
   sample_side(scan, side, reach / side.cosine(), profiles);
   if (profiles.places < kLeastPlaces || profiles.count_with(5) * 2 < profiles.places) return false;
-  const Noise noise = noise_of(profiles);
+  const Noise noise = settled_noise(work);
   gather_evidence(profiles, noise, work.evidence);
   const int samples = static_cast<int>(std::ceil(reach / side.cosine() / profiles.step));
   SampleLine found = search_line(work.evidence, profiles.centre, samples);
@@ -77,6 +87,7 @@ RefinedSide refine_side(const Scan& scan, Point a, Point b, double reach, Work& 
   for (const Point end : {a, b})
     if (!(std::abs(end.x) < kMostCoordinate && std::abs(end.y) < kMostCoordinate)) return stays;
   if (!(length(b - a) >= kLeastLength) || on_frame(scan, a, b)) return stays;
+  work.noise = {};
   SideLine side = side_line(a, b);
   RefinedSide refined = stays;
   while (true) {
