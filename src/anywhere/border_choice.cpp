@@ -15,7 +15,7 @@ constexpr int kApart = 3;
 
 /** A shadow is at most so wide, in samples, and its inner flank at least this part as plain as its outer one. */
 constexpr double kWidestShadow = 6.0;
-constexpr double kPartOfFlank = 0.55;
+constexpr double kPartOfFlank = 0.5;
 
 /** The most evidence along a line shifted by `shift` samples, or along one that turns a little beside it. */
 SampleLine best_near(const Evidence& evidence, const SampleLine& line, double shift) {
