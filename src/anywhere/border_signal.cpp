@@ -166,6 +166,7 @@ std::size_t border_points(const SideProfiles& profiles, const BorderSignal& sign
 
 /** The slopes around a line at some place: at whole samples from the line, which runs between samples. */
 constexpr int kAround = 3;
+constexpr int kLeastAround = 6;
 using Slopes = std::array<double, 2 * kAround + 1>;
 
 bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std::size_t place, double at,
@@ -173,16 +174,17 @@ bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std
   const int below = static_cast<int>(std::floor(at));
   const double part = at - below;
   slopes.fill(0.0);
-  bool any = false;
+  int seen = 0;
   for (int i = -kAround; i <= kAround; ++i) {
     if (below + i <= profiles.first[place] || below + i + 1 >= profiles.last[place]) continue;
     const auto& values = signal.values[place];
     const auto sample = static_cast<std::size_t>(below + i);
     slopes[static_cast<std::size_t>(i + kAround)] =
         slope_at(values, sample) * (1.0 - part) + slope_at(values, sample + 1) * part;
-    any = any || i == 0;
+    ++seen;
   }
-  return any;
+  // Beside the frame of the scan the outermost may be missing.
+  return seen >= kLeastAround;
 }
 
 /** Whether the steepest of the slopes that go the line's way, sums over some places, is that on the line, and no noise.

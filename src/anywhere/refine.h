@@ -26,6 +26,9 @@ struct Refined {
  * @param start in the coordinates of the scan, good to about `reach` pixels.
  * @param reach how far from its side a border is looked for, in pixels of the scan.
  *
+ * Corners are where the straight lines through the middle parts of the sides meet, also where they are round. Of a thin
+ * dark line around a card, its shadow, the inner flank is the card's edge.
+ *
  * A side without a border stays where it is, with a share of 0. A side on the frame of the scan, or beyond it, stays.
  */
 Refined refine(const Scan& scan, const Quad& start, double reach);
