@@ -14,7 +14,7 @@ constexpr double kLeastOuter = 0.3;
 constexpr int kApart = 3;
 
 /** A shadow is at most so wide, in samples, and its inner flank at least this part as plain as its outer one. */
-constexpr double kWidestShadow = 6.0;
+constexpr int kWidestShadow = 6;
 constexpr double kPartOfFlank = 0.5;
 
 /** The most evidence along a line shifted by `shift` samples, or along one that turns a little beside it. */
@@ -72,16 +72,16 @@ SampleLine outermost_line(const Evidence& evidence, const SampleLine& line, int 
 SampleLine inner_flank(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
   if (signal.lightness < 0.5) return line;
   double outer = 0.0;
-  for (double beside = -1.0; beside <= 1.0; beside += 0.5)
-    outer = std::max(outer, slope_beside(profiles, signal, line, beside));
+  for (int halves = -2; halves <= 2; ++halves)
+    outer = std::max(outer, slope_beside(profiles, signal, line, halves / 2.0));
   if (slope_beside(profiles, signal, line, 0.0) * 2 < outer || outer <= 0.0) return line;
   double shift = 0.0;
   double least = -kPartOfFlank * outer;
-  for (double inward = 1.0; inward <= kWidestShadow; inward += 0.5) {
-    const double slope = slope_beside(profiles, signal, line, -inward);
+  for (int halves = 2; halves <= 2 * kWidestShadow; ++halves) {
+    const double slope = slope_beside(profiles, signal, line, -halves / 2.0);
     if (slope < least) {
       least = slope;
-      shift = -inward;
+      shift = -halves / 2.0;
     }
   }
   return {line.begin + shift, line.end + shift, line.evidence};

@@ -178,8 +178,10 @@ bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std
   for (int i = -kAround; i <= kAround; ++i) {
     if (below + i <= profiles.first[place] || below + i + 1 >= profiles.last[place]) continue;
     const auto& values = signal.values[place];
-    const auto sample = static_cast<std::size_t>(below + i);
-    slopes[static_cast<std::size_t>(i + kAround)] =
+    const int sample_below = below + i;
+    const int of_slopes = i + kAround;
+    const auto sample = static_cast<std::size_t>(sample_below);
+    slopes[static_cast<std::size_t>(of_slopes)] =
         slope_at(values, sample) * (1.0 - part) + slope_at(values, sample + 1) * part;
     ++seen;
   }
