@@ -27,7 +27,7 @@ Range samples_near(const SideProfiles& profiles, std::size_t place, double at, d
   const double low = std::max(at - width, profiles.first[place] + 1.0);
   const double high = std::min(at + width, profiles.last[place] - 1.0);
   if (!(low <= high)) return {0, -1};
-  return {static_cast<int>(std::ceil(low)), static_cast<int>(std::floor(high))};
+  return {static_cast<int>(round_up(low)), static_cast<int>(std::floor(high))};
 }
 
 /** The slopes of all planes, in deviations of their noise, where they are steepest near the line. */
@@ -107,7 +107,7 @@ double middle_of(const SideProfiles& profiles, const BorderSignal& signal, std::
   double at = sample;
   constexpr int kRounds = 4;
   for (int round = 0; round < kRounds; ++round) {
-    const int first = std::max(static_cast<int>(std::ceil(at - kFlank - 0.5)), profiles.first[place]);
+    const int first = std::max(static_cast<int>(round_up(at - kFlank - 0.5)), profiles.first[place]);
     const int last = std::min(static_cast<int>(std::floor(at + kFlank - 0.5)), profiles.last[place] - 1);
     double weights = 0.0;
     double moments = 0.0;
@@ -266,7 +266,7 @@ double contrast_at(const SideProfiles& profiles, const OffsetLine& line) {
     const double sample = profiles.centre + line.at(profiles.along[place]) / profiles.step;
     // Near the frame of the scan there may be no more than the flank itself.
     const int inside = std::max(static_cast<int>(std::floor(sample - 2.0)), profiles.first[place] + 1);
-    const int outside = std::min(static_cast<int>(std::ceil(sample + 2.0)), profiles.last[place] - 1);
+    const int outside = std::min(static_cast<int>(round_up(sample + 2.0)), profiles.last[place] - 1);
     if (inside > sample || outside < sample) continue;
     double square = 0.0;
     for (std::size_t plane = 0; plane < profiles.plane_count; ++plane) {

@@ -68,7 +68,7 @@ bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, Ref
   if (profiles.places < kLeastPlaces || profiles.count_with(5) * 2 < profiles.places) return false;
   const Noise noise = settled_noise(work);
   gather_evidence(profiles, noise, work.evidence);
-  const int samples = static_cast<int>(std::ceil(reach / side.cosine() / profiles.step));
+  const int samples = static_cast<int>(round_up(reach / side.cosine() / profiles.step));
   SampleLine found = search_line(work.evidence, profiles.centre, samples);
   if (!(found.evidence > 0.0)) return false;
   found = outermost_line(work.evidence, found, profiles.centre, samples);

@@ -168,13 +168,13 @@ int SideProfiles::count_with(int least) const {
 
 void sample_side(const Scan& scan, const SideLine& side, double reach, SideProfiles& profiles) {
   constexpr int kMostHalf = (kMostSamples - 1) / 2;
-  profiles.step = std::max(1, static_cast<int>(std::ceil(reach / (kMostHalf - kMargin))));
-  profiles.centre = std::min(kMostHalf, static_cast<int>(std::ceil(reach / profiles.step)) + kMargin);
+  profiles.step = std::max(1, static_cast<int>(round_up(reach / (kMostHalf - kMargin))));
+  profiles.centre = std::min(kMostHalf, static_cast<int>(round_up(reach / profiles.step)) + kMargin);
   profiles.samples = 2 * profiles.centre + 1;
   profiles.plane_count = scan.layout == Layout::kGray || scan.layout == Layout::kBilevel ? 1 : std::size_t{kPlanes};
   const int extent = side.steep ? scan.pixels.rows : scan.pixels.cols;
   const double left_out = (side.to - side.from) * kLeftOut;
-  const int begin = static_cast<int>(std::ceil(std::max(side.from + left_out, 0.0)));
+  const int begin = static_cast<int>(round_up(std::max(side.from + left_out, 0.0)));
   const int end = static_cast<int>(std::floor(std::min(side.to - left_out, static_cast<double>(extent))));
   profiles.places = std::clamp(end - begin, 0, kMostPlaces);
   if (profiles.places == 0) return;

@@ -6,6 +6,7 @@
 #define VANTREL_ANYWHERE_SIDE_PROFILES_H
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "anywhere/copy.h"
@@ -13,6 +14,9 @@
 #include "anywhere/scan.h"
 
 namespace vantrel::anywhere {
+
+/** The least whole number that is no less. */
+inline double round_up(double value) { return -std::floor(-value); }
 
 /** The most places along a side, and the most samples of a profile. */
 inline constexpr int kMostPlaces = 110;
