@@ -1,8 +1,7 @@
 #include <algorithm>
-#include <array>
+#include <cstdlib>
 #include <new>
 #include <span>
-#include <utility>
 
 #include "anywhere/copy.h"
 #include "anywhere/find.h"
@@ -95,14 +94,13 @@ vantrel_reason refusal(int width, int height) {
 
 /** Adds cards in reading order, with their alternatives. */
 vantrel_status add_cards(std::span<FoundCard> cards, int times, vantrel_cards& found) {
-  image::WorkArray<Alternatives> alternatives(cards.size());
-  if (!alternatives.ready()) return VANTREL_ERROR_MEMORY;
+  found.alternatives = static_cast<Alternatives*>(std::malloc(cards.size() * sizeof(Alternatives)));
+  if (found.alternatives == nullptr) return VANTREL_ERROR_MEMORY;
   sort_for_reading(cards);
   for (const FoundCard& card : cards) {
-    alternatives[found.count] = alternatives_of(card, times);
+    new (found.alternatives + found.count) Alternatives(alternatives_of(card, times));
     add_card(found, card_of(card.card, times));
   }
-  found.alternatives.emplace(std::move(alternatives));
   return VANTREL_OK;
 }
 

@@ -35,7 +35,7 @@ vantrel_status read(const vantrel_find_options& options, cards::Request& request
 }
 
 void release(vantrel_cards* found) {
-  found->~vantrel_cards();
+  std::free(found->alternatives);
   std::free(found);
 }
 

@@ -8,12 +8,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 
 #include "anywhere/find.h"
 #include "cards/limits.h"
-#include "image/work_array.h"
 #include "vantrel_cards.h"
 
 namespace vantrel::cards {
@@ -51,8 +49,8 @@ struct vantrel_cards {
   vantrel_dark_glass dark_glass{};
   vantrel_flat_light flat_light{};
   vantrel_sheet sheet{};
-  // Of each card, where the method that knows of them found it: only then is there a block.
-  std::optional<vantrel::image::WorkArray<vantrel::cards::Alternatives>> alternatives;
+  // Of each card, in a block of their own; null unless the cards were found by the method that knows of them.
+  vantrel::cards::Alternatives* alternatives = nullptr;
 };
 
 namespace vantrel::cards {
@@ -70,8 +68,8 @@ inline void add_card(vantrel_cards& found, const vantrel_card& card) { found.car
 
 /** The alternatives of a card; null where there is no such card, or it was found by a method that has none. */
 inline const Alternatives* alternatives_of(const vantrel_cards& found, std::size_t card) {
-  if (card >= found.count || !found.alternatives || found.cards[card].method != VANTREL_METHOD_ANYWHERE) return nullptr;
-  return &(*found.alternatives)[card];
+  const bool has_some = card < found.count && found.cards[card].method == VANTREL_METHOD_ANYWHERE;
+  return has_some ? found.alternatives + card : nullptr;
 }
 
 /** How many sides were found. */
