@@ -111,4 +111,16 @@ vantrel_image Bitmap::view() const {
 
 vantrel_picture Bitmap::target() { return {pixGetData(pix_.get()), width(), height(), stride(), format(), nullptr}; }
 
+Bitmap bilevel_of(const Bitmap& gray) {
+  constexpr int kHalf = 128;
+  return Bitmap(checked(pixThresholdToBinary(gray.to_pix().get(), kHalf)));
+}
+
+Bitmap turned(const Bitmap& picture, int quarters) {
+  Bitmap result(checked(pixRotateOrth(picture.to_pix().get(), quarters)));
+  const auto [x, y] = picture.resolution();
+  result.set_resolution(quarters % 2 == 0 ? Resolution{x, y} : Resolution{y, x});
+  return result;
+}
+
 }  // namespace tool

@@ -71,6 +71,12 @@ class Bitmap {
   PixPtr pix_;
 };
 
+/** Of a picture in gray: white from half of the levels on. @throws std::bad_alloc */
+Bitmap bilevel_of(const Bitmap& gray);
+
+/** Turned clockwise by so many quarters, 0 to 3. @throws std::bad_alloc */
+Bitmap turned(const Bitmap& picture, int quarters);
+
 }  // namespace tool
 
 #endif

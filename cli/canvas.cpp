@@ -40,7 +40,10 @@ Canvas::Canvas(const Bitmap& scan) {
   pix_ = checked(pixConvertTo32(pix.get()));
 }
 
-int Canvas::stroke() const { return std::max(2, std::max(width(), height()) / 400); }
+int Canvas::stroke(Stroke breadth) const {
+  const int thick = std::max(2, std::max(width(), height()) / 400);
+  return breadth == Stroke::kThick ? thick : thick / 2;
+}
 
 void Canvas::shade(int x, int y, int width, int height, Colour colour) {
   if (width <= 0 || height <= 0) return;
@@ -49,13 +52,13 @@ void Canvas::shade(int x, int y, int width, int height, Colour colour) {
   pixBlendInRect(pix_.get(), box.get(), word_of(colour), 0.18F);
 }
 
-void Canvas::line(double x1, double y1, double x2, double y2, Colour colour) {
+void Canvas::line(double x1, double y1, double x2, double y2, Colour colour, Stroke breadth) {
   const double limit = 4.0 * std::max(width(), height());
   for (const double position : {x1, y1, x2, y2}) {
     if (!(std::abs(position) <= limit)) return;
   }
   const auto whole = [](double position) { return static_cast<l_int32>(std::floor(position)); };
-  pixRenderLineArb(pix_.get(), whole(x1), whole(y1), whole(x2), whole(y2), stroke(), colour.red, colour.green,
+  pixRenderLineArb(pix_.get(), whole(x1), whole(y1), whole(x2), whole(y2), stroke(breadth), colour.red, colour.green,
                    colour.blue);
 }
 

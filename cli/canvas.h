@@ -22,6 +22,9 @@ inline constexpr Colour kAmber{255, 170, 0};
 inline constexpr Colour kBlue{40, 110, 230};
 inline constexpr Colour kRed{220, 40, 40};
 
+/** How broad a line is. */
+enum class Stroke { kThin, kThick };
+
 class Canvas {
  public:
   explicit Canvas(const Bitmap& scan);
@@ -32,7 +35,7 @@ class Canvas {
   /** Tints a rectangle. */
   void shade(int x, int y, int width, int height, Colour colour);
   /** Draws a line whose ends may lie outside; positions that are no numbers draw nothing. */
-  void line(double x1, double y1, double x2, double y2, Colour colour);
+  void line(double x1, double y1, double x2, double y2, Colour colour, Stroke breadth = Stroke::kThick);
   /** Draws the outline of a rectangle along its outermost pixels. */
   void frame(const vantrel_rect& rectangle, Colour colour);
   /** Marks a point with a dot and writes a text beside it, towards the middle of the picture. */
@@ -41,7 +44,7 @@ class Canvas {
   Bitmap picture() const { return Bitmap(checked(pixClone(pix_.get()))); }
 
  private:
-  int stroke() const;
+  int stroke(Stroke breadth = Stroke::kThick) const;
 
   PixPtr pix_;
 };

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "library.h"
 #include "words.h"
 
 namespace tool {
@@ -87,15 +86,14 @@ int CornerSearch::sides_found() const {
 
 vantrel_quad CornerSearch::corners() const { return scaled(seen.corners, scale); }
 
-CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
-  vantrel_image view = scan.view();
-  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
-  if (analysis == Analysis::kAsItIs) {
-    // A copy is reduced to the resolution asked for: none, to that of the scan, or to any that both are said to have.
-    if (view.dpi == 0) view.dpi = 1;
-    options.analysis_dpi = view.dpi;
-  }
-  const Cards cards = find(view, VANTREL_METHOD_DARK_GLASS, options);
+void choose_analysis(Analysis analysis, vantrel_image& view, vantrel_find_options& options) {
+  if (analysis != Analysis::kAsItIs) return;
+  // A copy is reduced to the resolution asked for: none, to that of the scan, or to any that both are said to have.
+  if (view.dpi == 0) view.dpi = 1;
+  options.analysis_dpi = view.dpi;
+}
+
+CornerSearch corner_search_of(const Cards& cards, const Bitmap& scan, int scale) {
   CornerSearch search{vantrel_cards_reason(cards.get(), VANTREL_METHOD_DARK_GLASS), dark_glass_of(cards), scale};
   if (search.seen.reduction == 0) {
     // It did not even look.
@@ -104,6 +102,13 @@ CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
     search.seen.height = scan.height();
   }
   return search;
+}
+
+CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
+  vantrel_image view = scan.view();
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  choose_analysis(analysis, view, options);
+  return corner_search_of(find(view, VANTREL_METHOD_DARK_GLASS, options), scan, scale);
 }
 
 std::string words_of(const CornerSearch& search) {

@@ -9,6 +9,7 @@
 
 #include "bitmap.h"
 #include "canvas.h"
+#include "library.h"
 #include "report.h"
 
 namespace tool {
@@ -29,6 +30,12 @@ struct CornerSearch {
   /** Corners in the scan that is cut. */
   vantrel_quad corners() const;
 };
+
+/** Asks the library for an analysis; the view may get another resolution for it. */
+void choose_analysis(Analysis analysis, vantrel_image& view, vantrel_find_options& options);
+
+/** What was seen on dark glass, after it was looked for there. */
+CornerSearch corner_search_of(const Cards& cards, const Bitmap& scan, int scale);
 
 /** Searches a scan for the corners of a card. @throws Failure, std::bad_alloc */
 CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale);

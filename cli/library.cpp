@@ -32,11 +32,23 @@ Details details_of(const Cards& cards, vantrel_status (*tell)(const vantrel_card
   return details;
 }
 
+/** Between bits nothing can be sampled: they are cut as gray, which is black below its half. */
+Bitmap cut_to(const Bitmap& scan, const vantrel_quad& corners, int width, int height) {
+  if (scan.format() == VANTREL_FORMAT_BILEVEL) {
+    return bilevel_of(cut_to(converted(scan, VANTREL_FORMAT_GRAY), corners, width, height));
+  }
+  const vantrel_image view = scan.view();
+  return written(width, height, view.format, scan.resolution(),
+                 [&](vantrel_picture* target) { return vantrel_cut(&view, &corners, VANTREL_MARGIN_TIGHT, target); });
+}
+
 }  // namespace
 
-Cards find(const vantrel_image& scan, vantrel_method method, vantrel_find_options options) {
-  options.methods = &method;
-  options.method_count = 1;
+Cards find(const vantrel_image& scan, std::optional<vantrel_method> method, vantrel_find_options options) {
+  if (method) {
+    options.methods = &*method;
+    options.method_count = 1;
+  }
   vantrel_cards* cards = nullptr;
   check(vantrel_find(&scan, &options, &cards));
   return Cards(cards);
@@ -46,6 +58,13 @@ vantrel_card card_at(const Cards& cards, std::size_t index) {
   vantrel_card card = VANTREL_CARD_INIT;
   check(vantrel_cards_get(cards.get(), index, &card));
   return card;
+}
+
+std::vector<vantrel_card> alternatives_of(const Cards& cards, std::size_t index) {
+  std::vector<vantrel_card> all;
+  vantrel_card card = VANTREL_CARD_INIT;
+  while (vantrel_cards_alternative(cards.get(), index, all.size(), &card) == VANTREL_OK) all.push_back(card);
+  return all;
 }
 
 vantrel_dark_glass dark_glass_of(const Cards& cards) { return details_of(cards, vantrel_cards_dark_glass); }
@@ -61,13 +80,14 @@ vantrel_quad scaled(const vantrel_quad& quad, double factor) {
 }
 
 Bitmap cut(const Bitmap& scan, const vantrel_quad& corners) {
-  constexpr double kMargin = VANTREL_MARGIN_TIGHT;
-  const vantrel_image view = scan.view();
   int32_t width = 0;
   int32_t height = 0;
-  check(vantrel_cut_size(&corners, kMargin, &width, &height));
-  return written(width, height, view.format, scan.resolution(),
-                 [&](vantrel_picture* target) { return vantrel_cut(&view, &corners, kMargin, target); });
+  check(vantrel_cut_size(&corners, VANTREL_MARGIN_TIGHT, &width, &height));
+  return cut_to(scan, corners, width, height);
+}
+
+Bitmap cut_onto_frame(const Bitmap& scan, const vantrel_quad& corners) {
+  return cut_to(scan, corners, scan.width(), scan.height());
 }
 
 Bitmap crop(const Bitmap& image, const vantrel_rect& rectangle) {

@@ -10,6 +10,8 @@
 #include <vantrel_cards.h>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "bitmap.h"
 
@@ -20,10 +22,14 @@ struct CardsRelease {
 };
 using Cards = std::unique_ptr<vantrel_cards, CardsRelease>;
 
-/** Looks for cards by one method; the other options as given. */
-Cards find(const vantrel_image& scan, vantrel_method method, vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT);
+/** Looks for cards by one method, or by what is surest; the other options as given. */
+Cards find(const vantrel_image& scan, std::optional<vantrel_method> method,
+           vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT);
 
 vantrel_card card_at(const Cards& cards, std::size_t index);
+
+/** The quadrilaterals that a card was preferred to, the likeliest first. */
+std::vector<vantrel_card> alternatives_of(const Cards& cards, std::size_t index);
 
 /** What a method saw; empty, but for its size, when it could not look at the scan at all. */
 vantrel_dark_glass dark_glass_of(const Cards& cards);
@@ -32,8 +38,14 @@ vantrel_sheet sheet_of(const Cards& cards);
 
 vantrel_quad scaled(const vantrel_quad& quad, double factor);
 
-/** Straightens the quadrilateral between the corners into an upright picture of its own size, without a rim. */
+/**
+ * Straightens the quadrilateral between the corners into an upright picture of its own size, without a rim. A bilevel
+ * scan gives a bilevel picture.
+ */
 Bitmap cut(const Bitmap& scan, const vantrel_quad& corners);
+
+/** As above, into a picture of the scan's size. */
+Bitmap cut_onto_frame(const Bitmap& scan, const vantrel_quad& corners);
 
 /** Copies a rectangle that lies within the image. */
 Bitmap crop(const Bitmap& image, const vantrel_rect& rectangle);

@@ -2,10 +2,13 @@
 #include <optional>
 
 #include "batch.h"
+#include "card_options.h"
+#include "card_search.h"
 #include "commands/commands.h"
-#include "corner_search.h"
+#include "failure.h"
 #include "given_entries.h"
 #include "library.h"
+#include "rectangle.h"
 #include "twin_scan.h"
 
 namespace tool {
@@ -13,11 +16,13 @@ namespace {
 
 constexpr const char* kBilevel = "a bilevel scan has no gray levels to search: nothing to correct";
 
-struct ClipOptions : Options {
+struct ClipOptions : CardOptions {
   std::string size = "card";
   std::string analyse;
   std::string second;
   std::optional<int> scale; /**< without one the library reduces the copy on which it searches */
+
+  ClipOptions() { cards = 1; }
 };
 
 /** The scan in which corners are looked for and the one that is cut, where they are not the scan that was read. */
@@ -35,7 +40,8 @@ Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
     twins.target = read_twin(options.second, scan, TwinRole::kEnlarged, scale);
     if (options.dpi != 0) twins.target.set_resolution({options.dpi, options.dpi});
   } else if (scale > 1) {
-    twins.analysis = reduced(scan, scale);
+    // Of bits no means can be taken.
+    twins.analysis = scan.depth() == 1 ? reduced(converted(scan, VANTREL_FORMAT_GRAY), scale) : reduced(scan, scale);
   }
   return twins;
 }
@@ -47,44 +53,85 @@ Finding nothing_on_bilevel() {
   return finding;
 }
 
+/** Whether a method looks at levels, of which a bilevel scan has none. */
+bool needs_levels(const ClipOptions& options) {
+  return options.method == VANTREL_METHOD_DARK_GLASS || options.method == VANTREL_METHOD_FLAT_LIGHT;
+}
+
 /** The search as it is drawn on the input: there the corners of a second scan stand where they were found. */
-CornerSearch on_overlay(const ClipOptions& options, CornerSearch search) {
-  if (!options.second.empty()) search.scale = 1;
+CardSearch on_overlay(const ClipOptions& options, CardSearch search) {
+  if (options.second.empty()) return search;
+  search.scale = 1;
+  if (search.glass) search.glass->scale = 1;
   return search;
 }
 
-Bitmap cut_card(const ClipOptions& options, const Bitmap& searched, const Bitmap& target, const CornerSearch& search) {
-  if (options.size == "card") return cut(target, search.corners());
-  const int reduction = search.seen.reduction;
-  return reduction == 1 ? stretched_card(searched, target, search.scale)
-                        : stretched_card(reduced(searched, reduction), target, search.scale * reduction);
+/** The card on dark glass on the frame of the scan. */
+Bitmap stretch(const Bitmap& searched, const Bitmap& target, const CornerSearch& glass) {
+  const int reduction = glass.seen.reduction;
+  return reduction == 1 ? stretched_card(searched, target, glass.scale)
+                        : stretched_card(reduced(searched, reduction), target, glass.scale * reduction);
+}
+
+/** The pixels of an upright card; on a larger scan its corners are pixels too. */
+vantrel_rect rectangle_of(const vantrel_quad& q) {
+  const auto whole = [](double position) { return static_cast<int>(position); };
+  return {whole(q.top_left.x), whole(q.top_left.y), whole(q.bottom_right.x), whole(q.bottom_right.y)};
+}
+
+Bitmap cut_card(const ClipOptions& options, const Bitmap& searched, const Bitmap& target, const CardSearch& search,
+                const vantrel_card& card) {
+  const vantrel_quad corners = search.corners(card);
+  if (options.size == "scan") {
+    return card.method == VANTREL_METHOD_DARK_GLASS ? stretch(searched, target, *search.glass)
+                                                    : cut_onto_frame(target, corners);
+  }
+  return card.method == VANTREL_METHOD_FLAT_LIGHT ? crop(target, clamped(rectangle_of(corners), target))
+                                                  : cut(target, corners);
+}
+
+CardRequest request_of(const ClipOptions& options) {
+  return {options.method, options.scale ? Analysis::kAsItIs : Analysis::kReduced, options.scale.value_or(1),
+          options.cards, options.alternatives};
 }
 
 Finding clip(const ClipOptions& options, Scan& scan) {
-  if (scan.image.depth() == 1) return nothing_on_bilevel();
+  if (needs_levels(options) && scan.image.depth() == 1) return nothing_on_bilevel();
   const Twins twins = read_twins(options, scan.image);
   const Bitmap& searched = twins.analysis.empty() ? scan.image : twins.analysis;
   const Bitmap& target = twins.target.empty() ? scan.image : twins.target;
-  if (searched.depth() == 1 || target.depth() == 1) return nothing_on_bilevel();
-  const CornerSearch search =
-      search_corners(searched, options.scale ? Analysis::kAsItIs : Analysis::kReduced, options.scale.value_or(1));
+  if (needs_levels(options) && (searched.depth() == 1 || target.depth() == 1)) return nothing_on_bilevel();
+  const CardSearch search = search_cards(searched, request_of(options));
 
   Finding finding;
-  finding.found = search.has_card();
+  finding.found = search.first_sure() != nullptr;
   finding.message = words_of(search);
   finding.details = json_of(search);
   finding.draw = [shown = on_overlay(options, search)](Canvas& canvas) { draw(shown, canvas); };
-  if (!finding.found || options.detect_only) return finding;
-  finding.pictures.push_back(cut_card(options, searched, target, search));
+  if (!finding.found) return finding;
+  const std::string guesses = words_of_guesses(search);
+  if (!guesses.empty()) finding.message += ", " + guesses;
+  if (options.detect_only) return finding;
+  for (const FoundCard& found : search.cards) {
+    if (!found.sure) continue;
+    finding.pictures.push_back(oriented(cut_card(options, searched, target, search, found.card), options.orientation));
+  }
   const Bitmap& card = finding.pictures.front();
-  finding.message =
-      "card " + std::to_string(card.width()) + " x " + std::to_string(card.height()) + ", " + finding.message;
+  if (finding.pictures.size() == 1) {
+    finding.message =
+        "card " + std::to_string(card.width()) + " x " + std::to_string(card.height()) + ", " + finding.message;
+  }
   return finding;
 }
 
 void add_options(CLI::App& command, ClipOptions& options) {
   add_input_options(command, options);
   add_output_options(command, options);
+  add_method_option(
+      command, options, {"dark-glass", "flat"},
+      "Where the card is looked for: anywhere, on dark glass, on a flat, light background; auto (default): "
+      "what is surest");
+  add_card_options(command, options);
   command
       .add_option("--size", options.size,
                   "card: the card at its own size (default); scan: stretched onto the scan's frame")
@@ -117,14 +164,17 @@ Command add_clip(CLI::App& tool) {
       tool.add_subcommand("clip", "Find the card on each scan and write it upright, without the background");
   add_options(*command, *options);
   return {command, [options] {
+            const Naming naming = options->cards == 1 ? Naming::kOneFile : Naming::kNumberedFiles;
+            if (options->keep_unclipped && naming == Naming::kNumberedFiles) {
+              throw WrongUsage("--keep-unclipped needs --cards 1");
+            }
             check_twin(*options, options->analyse, "--analyse", options->scale.value_or(1));
             check_twin(*options, options->second, "--second", options->scale.value_or(1));
             std::vector<std::string> also_read;
             for (const std::string& twin : {options->analyse, options->second}) {
               if (!twin.empty()) also_read.push_back(twin);
             }
-            return run_batch(*options, Naming::kOneFile, also_read,
-                             [options](Scan& scan) { return clip(*options, scan); });
+            return run_batch(*options, naming, also_read, [options](Scan& scan) { return clip(*options, scan); });
           }};
 }
 

@@ -91,17 +91,17 @@ def test_scan_without_any_side_is_refused(tool, tmp_path, size):
     pixels = scans.blank_scan(400, 300, 40)
     pixels[20:24, 20:24] = pixels[270:274, 350:354] = 220
     path = scans.save(pixels, tmp_path / "specks.png")
-    report = tool("clip", path, "--detect-only", "--json").json[0]
+    report = tool("clip", path, "--method", "dark-glass", "--detect-only", "--json").json[0]
     assert (report["verdict"], report["result"], report["sides_found"]) == ("corners-found", 1, 0)
     assert report["outcome"] == "nothing-found"
-    tool("clip", path, "-o", tmp_path / "c.png", "--size", size).fails_with(path, "no side of a card was found")
+    tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass", "--size", size).fails_with(path, "no side of a card was found")
     assert not (tmp_path / "c.png").exists()
 
 
-def test_small_card_is_refused(tool, tmp_path):
+def test_small_card_is_refused_on_dark_glass(tool, tmp_path):
     pixels, _ = scans.draw_scan(700, 440, 0, fill=0.3)
     path = scans.save(pixels, tmp_path / "small.png")
-    result = tool("clip", path, "-o", tmp_path / "c.png")
+    result = tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass")
     assert result.code == 1 and not (tmp_path / "c.png").exists()
 
 
@@ -120,12 +120,14 @@ def test_keep_unclipped_leaves_a_found_card_alone(tool, scan, tmp_path):
     assert (tmp_path / "a.png").read_bytes() == (tmp_path / "b.png").read_bytes()
 
 
-def test_bilevel_scan_has_nothing_to_correct(tool, drawn, tmp_path):
+def test_bilevel_scan_has_nothing_to_correct_on_dark_glass(tool, drawn, tmp_path):
     bilevel = Image.fromarray(scans.gray_of(drawn[0]) > 120)
     bilevel.save(tmp_path / "b.png", dpi=(300, 300))
-    tool("clip", tmp_path / "b.png", "-o", tmp_path / "c.png").fails_with("b.png", "bilevel")
+    glass = ("--method", "dark-glass")
+    tool("clip", tmp_path / "b.png", "-o", tmp_path / "c.png", *glass).fails_with("b.png", "bilevel")
     assert not (tmp_path / "c.png").exists()
-    report = tool("clip", tmp_path / "b.png", "-o", tmp_path / "c.tif", "--keep-unclipped", "--json", ok=True).json[0]
+    arguments = ("-o", tmp_path / "c.tif", "--keep-unclipped", "--json", *glass)
+    report = tool("clip", tmp_path / "b.png", *arguments, ok=True).json[0]
     assert report["result"] == 0 and report["outputs"][0]["depth"] == 1
     with Image.open(tmp_path / "c.tif") as kept:
         assert kept.mode == "1" and kept.info["compression"] == "group4"
@@ -143,7 +145,7 @@ def half_degree(tmp_path):
 
 
 def test_copy_is_searched_where_the_scan_shows_less(tool, half_degree):
-    itself = tool("clip", half_degree[1], "--detect-only", "--scale", 1, "--json").json[0]
+    itself = tool("clip", half_degree[1], "--method", "dark-glass", "--detect-only", "--scale", 1, "--json").json[0]
     assert (itself["scale"], itself["searched"], itself["sides_found"]) == (1, {"width": 1203, "height": 751}, 0)
     copy = tool("clip", half_degree[1], "--detect-only", "--scale", 2, "--json", ok=True).json[0]
     own = tool("clip", half_degree[1], "--detect-only", "--json", ok=True).json[0]
@@ -276,9 +278,9 @@ def test_sides_that_are_not_found_are_told(tool, tmp_path):
     pixels, _ = scans.draw_scan(800, 440, 0)
     cropped = pixels[:, 100:]
     path = scans.save(cropped, tmp_path / "s.png")
-    result = tool("clip", path, "-o", tmp_path / "c.png", ok=True)
+    result = tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass", ok=True)
     assert "3 of 4 sides found (left: the frame of the scan)" in result.text
-    report = tool("clip", path, "--detect-only", "--json", ok=True).json[0]
+    report = tool("clip", path, "--method", "dark-glass", "--detect-only", "--json", ok=True).json[0]
     assert [name for name, side in report["sides"].items() if not side["found"]] == ["left"]
     assert report["corners"]["top_left"][0] == 0.5
 
@@ -302,7 +304,8 @@ def test_overlay_shows_lines_corners_and_bands(tool, tmp_path):
     pixels, _ = scans.draw_scan(800, 440, 0)
     path = scans.save(pixels[:, 100:], tmp_path / "s.png")
     overlay = tmp_path / "v.png"
-    report = tool("clip", path, "--detect-only", "--overlay", overlay, "--json", ok=True).json[0]
+    arguments = ("--method", "dark-glass", "--detect-only", "--overlay", overlay, "--json")
+    report = tool("clip", path, *arguments, ok=True).json[0]
     picture = scans.load(overlay)
     assert picture.shape == (440, 700, 3)
     # The right side was found, the left one was not.

@@ -17,7 +17,7 @@ def card(drawn):
 
 def untouched(tool, path, out, *options):
     """Decodes and encodes a file: on a blank picture, which is kept as it is."""
-    result = tool("clip", path, "-o", out, "--keep-unclipped", "--json", *options, ok=True)
+    result = tool("clip", path, "-o", out, "--method", "dark-glass", "--keep-unclipped", "--json", *options, ok=True)
     report = result.json[0]
     assert report["outcome"] == "kept", report
     return report
@@ -334,7 +334,7 @@ def test_page_is_read(tool, three_pages, tmp_path, page, depth):
 
 
 def test_first_page_is_the_default(tool, three_pages, tmp_path):
-    result = tool("clip", three_pages, "-o", tmp_path / "out.png", "--keep-unclipped", ok=True)
+    result = tool("clip", three_pages, "-o", tmp_path / "out.png", "--method", "dark-glass", "--keep-unclipped", ok=True)
     assert "page 1 of 3" in result.text
     assert np.array_equal(scans.load(tmp_path / "out.png"), picture())
     # One page of a file is written as a file of one page.

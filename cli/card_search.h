@@ -1,0 +1,70 @@
+/**
+ * @file card_search.h
+ * @brief Cards looked for by one method, or by what is surest: found, put into words, into JSON and onto an overlay.
+ */
+#ifndef VANTREL_CLI_CARD_SEARCH_H
+#define VANTREL_CLI_CARD_SEARCH_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "corner_search.h"
+
+namespace tool {
+
+/** What to look for, and how. */
+struct CardRequest {
+  std::optional<vantrel_method> method; /**< none: what is surest */
+  Analysis analysis = Analysis::kReduced;
+  int scale = 1;        /**< from the searched scan to the scan that is cut */
+  int most_cards = 0;   /**< 0: as many as there are */
+  int alternatives = 0; /**< so many are kept of each card */
+};
+
+/** A card, in the coordinates of the searched scan. */
+struct FoundCard {
+  vantrel_card card;
+  std::vector<vantrel_card> alternatives;
+  bool sure; /**< false: a guess, which is told of but never cut */
+};
+
+struct CardSearch {
+  std::optional<CornerSearch> glass; /**< what was seen on dark glass, where it was looked for */
+  vantrel_reason reason; /**< why there is no card anywhere; found, where there is one or none was looked for */
+  std::vector<FoundCard> cards;
+  int width; /**< of the searched scan */
+  int height;
+  int scale;
+
+  std::size_t sure_cards() const;
+  /** The first card that is not a guess; null without one. */
+  const FoundCard* first_sure() const;
+  /** The corners of a card in the scan that is cut. */
+  vantrel_quad corners(const vantrel_card& card) const;
+};
+
+/** Looks for cards on a scan. @throws Failure, std::bad_alloc */
+CardSearch search_cards(const Bitmap& scan, const CardRequest& request);
+
+/** "3 of 4 sides found (left: weak), tilt 3.1 degrees, confidence 0.87"; of several cards how many; else why none. */
+std::string words_of(const CardSearch& search);
+
+/** "1 guess left out", or nothing. */
+std::string words_of_guesses(const CardSearch& search);
+
+/** For each card its method, confidence, tilt, corners, sides and alternatives. */
+Json json_of_cards(const CardSearch& search);
+
+/** What `clip` tells: of the first card that was found for sure, else of the search on dark glass; and all cards. */
+Json json_of(const CardSearch& search);
+
+/** Draws each card's sides by how they were found, its number and confidence, and its alternatives with thin lines. */
+void draw_cards(const CardSearch& search, Canvas& canvas);
+
+/** Draws what was seen on dark glass where that is what counts, and the cards that were found otherwise. */
+void draw(const CardSearch& search, Canvas& canvas);
+
+}  // namespace tool
+
+#endif
