@@ -18,9 +18,10 @@ vantrel_quad moved(const vantrel_quad& q, double x, double y) {
 
 }  // namespace
 
-Sheet find_sheet_cards(const Bitmap& scan, bool straighten) {
+Sheet find_sheet_cards(const Bitmap& scan, const SheetRequest& request) {
   vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
-  options.straighten = straighten ? 1 : 0;
+  options.straighten = request.straighten ? 1 : 0;
+  options.most_cards = request.most_cards;
   const Cards cards = find(scan.view(), VANTREL_METHOD_SHEET, options);
   const vantrel_sheet seen = sheet_of(cards);
   Sheet sheet{vantrel_cards_reason(cards.get(), VANTREL_METHOD_SHEET), {}};

@@ -24,8 +24,14 @@ struct Sheet {
   std::vector<SheetCard> cards; /**< in reading order */
 };
 
-/** Finds the cards on a sheet, and each card's own corners if asked to. @throws Failure, std::bad_alloc */
-Sheet find_sheet_cards(const Bitmap& scan, bool straighten);
+/** How the cards of a sheet are looked for. */
+struct SheetRequest {
+  bool straighten = false; /**< by each card's own corners */
+  int most_cards = 0;      /**< 0: as many as there are */
+};
+
+/** Finds the cards on a sheet. @throws Failure, std::bad_alloc */
+Sheet find_sheet_cards(const Bitmap& scan, const SheetRequest& request);
 
 /** Takes a card out of the sheet: straightened where its own corners were found, otherwise as it lies. */
 Bitmap take_card(const Bitmap& scan, const SheetCard& card);

@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "batch.h"
+#include "card_search.h"
 #include "commands/commands.h"
 #include "corner_search.h"
 #include "flat_card.h"
@@ -16,6 +17,7 @@ namespace {
 class Detection {
  public:
   explicit Detection(const Bitmap& scan) {
+    look_anywhere(scan);
     look_for_sheet_cards(scan);
     if (scan.depth() == 1) return;
     look_for_corners(scan);
@@ -38,11 +40,19 @@ class Detection {
     if (flat_card_) canvas.frame(*flat_card_, kBlue);
     for (const int row : rows_) canvas.line(0, row, canvas.width() - 1, row, kRed);
     draw(sheet_, canvas, kRed);
+    draw_cards(*anywhere_, canvas);
   }
 
  private:
+  void look_anywhere(const Bitmap& scan) {
+    CardRequest request;
+    request.method = VANTREL_METHOD_ANYWHERE;
+    anywhere_ = search_cards(scan, request);
+    json_["anywhere"] = {{"cards", json_of_cards(*anywhere_)}};
+  }
+
   void look_for_sheet_cards(const Bitmap& scan) {
-    sheet_ = find_sheet_cards(scan, false);
+    sheet_ = find_sheet_cards(scan, {});
     json_["sheet"] = json_of(sheet_);
   }
 
@@ -71,12 +81,11 @@ class Detection {
     if (rows.lower != scan.height() - 1) rows_.push_back(rows.lower);
   }
 
-  Json json_ = {{"corner_finder", Json()},
-                {"gradient_corners", Json()},
-                {"card_rectangle", Json()},
-                {"clip_rows", Json()},
-                {"sheet", Json()}};
+  Json json_ = {{"corner_finder", Json()},  {"gradient_corners", Json()},
+                {"card_rectangle", Json()}, {"clip_rows", Json()},
+                {"sheet", Json()},          {"anywhere", Json()}};
   Sheet sheet_{};
+  std::optional<CardSearch> anywhere_;
   std::optional<CornerSearch> corners_;
   std::optional<vantrel_quad> gradient_corners_;
   std::optional<vantrel_rect> flat_card_;

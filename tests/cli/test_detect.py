@@ -18,9 +18,11 @@ def test_detect_runs_every_detector(tool, scan, drawn, tmp_path):
         assert report["corner_finder"][name] == clip[name]
     cut = tool("cut", scan, "--detect-only", "--json").json[0]
     assert report["card_rectangle"] == {"rectangle": cut["rectangle"], "sides": cut["sides"]}
-    sheet = tool("split", scan, "--detect-only", "--json").json[0]
+    sheet = tool("split", scan, "--detect-only", "--method", "sheet", "--json").json[0]
     assert report["sheet"]["result"] == sheet["result"] == 1
     assert [card["rectangle"] for card in report["sheet"]["cards"]] == [card["rectangle"] for card in sheet["cards"]]
+    anywhere = tool("clip", scan, "--detect-only", "--method", "anywhere", "--cards", "all", "--json").json[0]
+    assert report["anywhere"]["cards"] == anywhere["cards"]
     assert set(report["clip_rows"]) == {"upper", "lower"}
     assert isinstance(report["gradient_corners"]["found"], bool)
     assert scans.load(tmp_path / "v.png").shape == (440, 700, 3)

@@ -21,7 +21,7 @@ def reading_order(cards):
 @pytest.mark.parametrize("name", ["two-columns.png", "one-column.png"])
 def test_split_writes_one_file_a_card_in_reading_order(tool, tmp_path, name):
     path, truth = SAMPLES / "sheets" / name, reading_order(TRUTH[f"sheets/{name}"]["cards"])
-    report = tool("split", path, "-o", tmp_path, "--json", ok=True).json[0]
+    report = tool("split", path, "-o", tmp_path, "--method", "sheet", "--json", ok=True).json[0]
     stem = path.stem
     assert [Path(output["path"]).name for output in report["outputs"]] == [
         f"{stem}-{number + 1}.png" for number in range(len(truth))
@@ -44,8 +44,9 @@ def test_split_straightens_cards(tool, tmp_path):
     plain, straight = tmp_path / "plain", tmp_path / "straight"
     plain.mkdir()
     straight.mkdir()
-    tool("split", path, "-o", plain, "--format", "png", ok=True)
-    result = tool("split", path, "-o", straight, "--format", "png", "--straighten", "--json", ok=True).json[0]
+    arguments = ("--method", "sheet", "--format", "png")
+    tool("split", path, "-o", plain, *arguments, ok=True)
+    result = tool("split", path, "-o", straight, *arguments, "--straighten", "--json", ok=True).json[0]
     assert [card["straightened"] for card in result["cards"]] == [True, True, True]
     for number, card in enumerate(truth, 1):
         corners = np.array([card["corners"][f"{v}-{h}"] for v in ("top", "bottom") for h in ("left", "right")])
@@ -60,8 +61,49 @@ def test_split_straightens_cards(tool, tmp_path):
 
 def test_split_straightens_nothing_on_a_bilevel_sheet(tool, tmp_path):
     path = SAMPLES / "sheets" / "two-columns.png"
-    result = tool("split", path, "-o", tmp_path, "--straighten", ok=True)
+    result = tool("split", path, "-o", tmp_path, "--method", "sheet", "--straighten", ok=True)
     assert "8 cards, 0 straightened" in result.text
+
+
+@pytest.mark.parametrize("name", ["two-columns.png", "one-column.png", "dark-strip.jpg"])
+def test_split_finds_every_card_by_what_shows_more(tool, tmp_path, name):
+    path, truth = SAMPLES / "sheets" / name, reading_order(TRUTH[f"sheets/{name}"]["cards"])
+    report = tool("split", path, "-o", tmp_path, "--format", "png", "--json", ok=True).json[0]
+    assert report["method"] in ("anywhere", "sheet")
+    assert len(report["outputs"]) == len(truth)
+    for output, true in zip(report["outputs"], truth):
+        assert abs(output["width"] - (true["right"] - true["left"])) < 80
+        assert abs(output["height"] - (true["bottom"] - true["top"])) < 80
+
+
+def test_split_finds_cards_by_their_borders(tool, tmp_path):
+    path, truth = SAMPLES / "sheets" / "dark-strip.jpg", TRUTH["sheets/dark-strip.jpg"]["cards"]
+    for dpi in (100, 300):  # the resolution plays no part
+        arguments = ("--method", "anywhere", "--dpi", dpi, "--format", "png", "--force", "--json")
+        report = tool("split", path, "-o", tmp_path, *arguments, ok=True).json[0]
+        assert (report["method"], report["result"]) == ("anywhere", 1)
+        assert len(report["outputs"]) == len(truth)
+        for output, card in zip(report["outputs"], truth):
+            corners = np.array([card["corners"][f"{v}-{h}"] for v in ("top", "bottom") for h in ("left", "right")])
+            width, height = lengths(corners)
+            assert abs(output["width"] - width) < 8 and abs(output["height"] - height) < 8
+
+
+def test_split_writes_no_more_cards_than_asked_for(tool, tmp_path):
+    path = SAMPLES / "sheets" / "dark-strip.jpg"
+    for method in ("sheet", "anywhere"):
+        out = tmp_path / method
+        out.mkdir()
+        report = tool("split", path, "-o", out, "--method", method, "--cards", 2, "--json", ok=True).json[0]
+        assert len(report["outputs"]) == len(list(out.iterdir())) == 2
+
+
+def test_split_turns_every_card(tool, tmp_path):
+    path = SAMPLES / "sheets" / "dark-strip.jpg"
+    for method in ("sheet", "anywhere"):
+        arguments = ("--method", method, "--force", "--portrait", "--json")
+        report = tool("split", path, "-o", tmp_path, *arguments, ok=True).json[0]
+        assert report["outputs"] and all(output["height"] > output["width"] for output in report["outputs"])
 
 
 def test_split_needs_a_resolution(tool, tmp_path):
@@ -70,11 +112,12 @@ def test_split_needs_a_resolution(tool, tmp_path):
         sheet.save(tmp_path / "low.png", dpi=(200, 200))
     out = tmp_path / "out"
     out.mkdir()
-    tool("split", tmp_path / "none.png", "-o", out).fails_with("none.png", "not known", "--dpi")
-    result = tool("split", tmp_path / "low.png", "-o", out, "--json")
+    sheet = ("-o", out, "--method", "sheet")
+    tool("split", tmp_path / "none.png", *sheet).fails_with("none.png", "not known", "--dpi")
+    result = tool("split", tmp_path / "low.png", *sheet, "--json")
     assert result.code == 1 and "200 dpi" in result.json[0]["error"] and result.json[0]["result"] == -3
     assert list(out.iterdir()) == []
-    report = tool("split", tmp_path / "none.png", "-o", out, "--dpi", 300, "--json", ok=True).json[0]
+    report = tool("split", tmp_path / "none.png", *sheet, "--dpi", 300, "--json", ok=True).json[0]
     assert len(report["cards"]) == 4 and report["outputs"][0]["dpi"] == [300, 300]
 
 
@@ -85,9 +128,10 @@ def test_split_of_a_blank_sheet(tool, tmp_path):
 
 def test_split_detects_and_draws(tool, tmp_path):
     path = SAMPLES / "sheets" / "two-columns.png"
-    result = tool("split", path, "--detect-only", "--overlay", tmp_path / "v.png", ok=True)
+    sheet = (path, "--method", "sheet", "--detect-only")
+    result = tool("split", *sheet, "--overlay", tmp_path / "v.png", ok=True)
     assert "8 cards" in result.text and [p.name for p in tmp_path.iterdir()] == ["v.png"]
-    report = tool("split", path, "--detect-only", "--json", ok=True).json[0]
+    report = tool("split", *sheet, "--json", ok=True).json[0]
     overlay = scans.load(tmp_path / "v.png")
     for card in report["cards"]:
         r = card["rectangle"]
