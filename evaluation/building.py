@@ -1,4 +1,4 @@
-"""Builds what an evaluation needs: the library, the program that draws scans, the one that counts memory."""
+"""Builds what an evaluation or a fit needs: the library and the programs that draw, measure, and count memory."""
 
 import subprocess
 from pathlib import Path
@@ -7,6 +7,7 @@ ROOT = Path(__file__).resolve().parents[1]
 FOLDER = ROOT / "build" / "evaluation"  # for all that is made on the way
 RELEASE = ROOT / "build" / "release"
 DRAWER = "vantrel_draw_scans"
+CANDIDATES = "vantrel_measure_candidates"
 PLAIN = ("g++", "clang++")
 LEVELS = ("-O0", "-O3")
 
@@ -15,7 +16,7 @@ def say(*command):
     """Runs a command; shows what it prints only if it fails."""
     done = subprocess.run([str(word) for word in command], cwd=ROOT, capture_output=True, text=True)
     if done.returncode != 0:
-        raise SystemExit(f"evaluate-finder: {' '.join(map(str, command))} failed:\n{done.stdout}{done.stderr}")
+        raise SystemExit(f"{' '.join(map(str, command))} failed:\n{done.stdout}{done.stderr}")
 
 
 def build(*targets):
@@ -33,6 +34,12 @@ def drawer():
     """The program that draws scans."""
     build(DRAWER)
     return RELEASE / "evaluation" / DRAWER
+
+
+def candidates_program():
+    """The program that measures the candidates of drawn scans."""
+    build(CANDIDATES)
+    return RELEASE / "evaluation" / CANDIDATES
 
 
 def peak_memory():

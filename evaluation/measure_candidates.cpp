@@ -4,9 +4,9 @@
  *   vantrel_measure_candidates first|final SET FIRST_SEED COUNT > TABLE
  *
  * Writes rows of 32-bit floats: the seed, the number of the true card that the candidate covers best (-1: none), the
- * Jaccard index with it, the distance of the farthest corner over the card's diagonal, then the features: of every
- * candidate of the copy (first), or of the finalists on the scan (final). A scan begins with a row whose second number
- * is -2 and whose third is the count of its true cards.
+ * Jaccard index with it, the distance of the farthest corner over the card's diagonal, x and y of the four corners,
+ * then the features: of every candidate of the copy (first), or of the finalists on the scan (final). A scan begins
+ * with a row whose second number is -2 and whose third is the count of its true cards.
  */
 #include <algorithm>
 #include <cstdio>
@@ -50,15 +50,19 @@ Truth compare(const drawing::DrawnScan& scan, const Quad& found) {
 }
 
 template <class Features>
-void write_row(std::uint64_t seed, const Truth& truth, const Features& features) {
+void write_row(std::uint64_t seed, const Truth& truth, const Quad& quad, const Features& features) {
   std::vector<float> row = {static_cast<float>(seed), truth.card, truth.jaccard, truth.distance};
+  for (const anywhere::Point& corner : quad.corners) {
+    row.push_back(static_cast<float>(corner.x));
+    row.push_back(static_cast<float>(corner.y));
+  }
   row.insert(row.end(), features.begin(), features.end());
   std::fwrite(row.data(), sizeof(float), row.size(), stdout);
 }
 
 template <class Features>
 void write_head(std::uint64_t seed, const drawing::DrawnScan& scan) {
-  write_row(seed, {-2.0F, static_cast<float>(scan.cards.size()), 0.0F}, Features{});
+  write_row(seed, {-2.0F, static_cast<float>(scan.cards.size()), 0.0F}, Quad{}, Features{});
 }
 
 Quad scaled(const Quad& quad, double factor) {
@@ -69,9 +73,10 @@ Quad scaled(const Quad& quad, double factor) {
 
 void measure_first(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Analysis& analysis) {
   write_head<anywhere::Features>(seed, drawn);
-  for (std::size_t i = 0; i < analysis.features.size(); ++i)
-    write_row(seed, compare(drawn, scaled(analysis.candidates.items[i].quad, analysis.copy.factor)),
-              analysis.features[i]);
+  for (std::size_t i = 0; i < analysis.features.size(); ++i) {
+    const Quad quad = scaled(analysis.candidates.items[i].quad, analysis.copy.factor);
+    write_row(seed, compare(drawn, quad), quad, analysis.features[i]);
+  }
 }
 
 void measure_final(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Scan& scan,
@@ -79,7 +84,8 @@ void measure_final(std::uint64_t seed, const drawing::DrawnScan& drawn, const an
   write_head<anywhere::FinalFeatures>(seed, drawn);
   anywhere::Finalists finalists;
   if (!anywhere::measure_likeliest(scan, analysis, finalists)) std::abort();
-  for (const anywhere::Finalist& one : finalists.all()) write_row(seed, compare(drawn, one.refined.quad), one.features);
+  for (const anywhere::Finalist& one : finalists.all())
+    write_row(seed, compare(drawn, one.refined.quad), one.refined.quad, one.features);
 }
 
 }  // namespace

@@ -1,0 +1,1 @@
+"""Fits the judgement of the finder: see scripts/fit-finder."""

@@ -2,8 +2,8 @@
 
 import numpy as np
 
-from .additive import Lists
-from .tables import RIGHT, WRONG
+from evaluation.fitting.additive import Lists
+from evaluation.fitting.tables import RIGHT, WRONG
 
 MOST_WRONG = 120  # wrong candidates in a group; more teach nothing new
 EMPTY_WEIGHT = 1.0

@@ -4,7 +4,7 @@ from dataclasses import dataclass
 
 import numpy as np
 
-HEAD = 4  # seed, true card, Jaccard index, distance
+HEAD = 12  # seed, true card, Jaccard index, distance, four corners
 RIGHT = 0.9  # a candidate with a greater Jaccard index is right
 WRONG = 0.75  # and one below this wrong; between them lies what is neither taught nor counted
 
@@ -18,6 +18,7 @@ class Table:
     card: np.ndarray
     jaccard: np.ndarray
     distance: np.ndarray
+    corners: np.ndarray  # x and y of four
     seeds: np.ndarray  # of each scan
     cards: np.ndarray  # how many each scan truly has
     sets: list  # the name of each scan's set
@@ -27,7 +28,7 @@ class Table:
         keep = chosen[self.scan]
         number = np.cumsum(chosen) - 1
         return Table(self.features[keep], number[self.scan[keep]], self.card[keep], self.jaccard[keep],
-                     self.distance[keep], self.seeds[chosen], self.cards[chosen],
+                     self.distance[keep], self.corners[keep], self.seeds[chosen], self.cards[chosen],
                      [name for name, taken in zip(self.sets, chosen) if taken])
 
 
@@ -37,7 +38,7 @@ def read(path, features, name):
     scan = np.cumsum(heads) - 1
     body = ~heads
     rows = data[body]
-    return Table(rows[:, HEAD:], scan[body], rows[:, 1].astype(int), rows[:, 2], rows[:, 3], data[heads, 0].astype(int),
+    return Table(rows[:, HEAD:], scan[body], rows[:, 1].astype(int), rows[:, 2], rows[:, 3], rows[:, 4:HEAD], data[heads, 0].astype(int),
                  data[heads, 2].astype(int), [name] * int(heads.sum()))
 
 
@@ -46,5 +47,5 @@ def joined(tables):
     def stack(member):
         return np.concatenate([getattr(table, member) for table in tables])
     return Table(stack("features"), np.concatenate([t.scan + o for t, o in zip(tables, offsets)]), stack("card"),
-                 stack("jaccard"), stack("distance"), stack("seeds"), stack("cards"),
+                 stack("jaccard"), stack("distance"), stack("corners"), stack("seeds"), stack("cards"),
                  [name for table in tables for name in table.sets])

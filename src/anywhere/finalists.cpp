@@ -15,6 +15,9 @@ constexpr std::size_t kRivals = 24;
 /** How far the scan's border may lie from a candidate's, in pixels of the copy. */
 constexpr double kReach = 1.3;
 
+/** Finalists with nearer corners than this share of the diagonal are no rivals, but the same border. */
+constexpr double kSameBorder = 0.015;
+
 /** A candidate by its first score; of equal ones the first. */
 struct Ranked {
   double score;
@@ -53,6 +56,18 @@ void lay_onto(const Scan& scan, int factor, Finalist& finalist) {
   finalist.refined = refine(scan, start, kReach * factor);
 }
 
+/** How far a finalist's score is ahead of its best rival's, and of that of "no card here", which is 0. */
+double lead(const Finalists& finalists, const Finalist& finalist) {
+  const Quad& quad = finalist.refined.quad;
+  const double reach = kSameBorder * length(quad[2] - quad[0]);
+  double best = 0.0;
+  for (const Finalist& rival : finalists.all()) {
+    if (rival.score <= best || &rival == &finalist || nearly_same(quad, rival.refined.quad, reach)) continue;
+    if (relation(quad, rival.refined.quad) != Relation::kApart) best = rival.score;
+  }
+  return finalist.score - best;
+}
+
 }  // namespace
 
 bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
@@ -72,14 +87,12 @@ bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& fi
 
 bool choose_finalists(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
   if (!measure_likeliest(scan, analysis, finalists)) return false;
-  for (Finalist& finalist : finalists.all()) {
-    finalist.score = kFinalModel(finalist.features);
-    finalist.confidence = kConfidence(finalist.score);
-  }
+  for (Finalist& finalist : finalists.all()) finalist.score = kFinalModel(finalist.features);
   const auto likelier = [](const Finalist& a, const Finalist& b) {
     return a.score != b.score ? a.score > b.score : a.rank < b.rank;
   };
   std::sort(finalists.items.get(), finalists.items.get() + finalists.count, likelier);
+  for (Finalist& finalist : finalists.all()) finalist.confidence = kConfidence(lead(finalists, finalist));
   return true;
 }
 

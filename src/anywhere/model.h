@@ -17,7 +17,7 @@ extern const AdditiveModel<kFeatures> kFirstModel;
 /** How likely a quadrilateral that was laid onto the scan is one. */
 extern const AdditiveModel<kFinalFeatures> kFinalModel;
 
-/** The share of quadrilaterals with such a final score that are right. */
+/** The share of quadrilaterals that are right, by how far their final score is ahead of their best rival's. */
 extern const Curve kConfidence;
 
 }  // namespace vantrel::anywhere
