@@ -75,7 +75,8 @@ def given(folder, share=8):
 def given_scan(folder, index, entry, pixels, dpi):
     """Its cards' corners are those of a picture of the size that the truth tells, so they are scaled to the pixels'."""
     height, width = pixels.shape[:2]
-    x_scale, y_scale = width / entry["size"][0], height / entry["size"][1]
+    told_width, told_height = entry.get("size", (width, height))
+    x_scale, y_scale = width / told_width, height / told_height
     if abs(x_scale / y_scale - 1) > 0.01:
         raise ValueError(f"{entry['picture']} has {width} x {height} pixels, the truth is of another shape")
     cards = []

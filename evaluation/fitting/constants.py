@@ -26,7 +26,8 @@ def _model(name, size, model):
     return f"\nconst AdditiveModel<{size}> {name} = {{{model.offset:.9g}, {{{{\n{curves}}}}}}};\n"
 
 
-def source(first, final, confidence):
+def source(first, final, claim, confidence):
     """The whole file. `confidence` is a pair of knots and values."""
     return (HEAD + _model("kFirstModel", "kFeatures", first) + _model("kFinalModel", "kFinalFeatures", final) +
+            _model("kClaimModel", "kClaimFeatures", claim) +
             f"\nconst Curve kConfidence = {_curve(*confidence)};\n" + TAIL)

@@ -18,6 +18,8 @@ SHARE = 100  # scans in one process
 HELD_OUT = 5  # every fifth seed is not fitted on, and tells how well it went
 FINAL_RIGHT = 0.95  # a finalist lies on the scan's borders already: better than this it has to be
 STRENGTH = 2.0  # of the penalty on rough curves
+CLAIM_STRENGTH = 5.0
+NEAR, ALMOST = 0.02, 0.97  # a claim is right with all corners this near, of the diagonal, or such a Jaccard index
 
 FIRST_FEATURES = building.ROOT / "src" / "anywhere" / "features.h"
 FINAL_FEATURES = building.ROOT / "src" / "anywhere" / "rivalry.h"
@@ -73,17 +75,23 @@ def report(title, table, model):
         print(f"  {name:10}", *(f"{100 * share:6.1f} %" for share in shares), f"{count:6}")
 
 
-def calibrate(model, table):
-    """The curve from leads to confidence, from what would be claimed on scans that the models were not fitted on."""
+def claims_of(model, table):
+    """What would be claimed: the lead and the features of each claim, and whether it is right."""
     picked = list(leads.claims(table, model(table.features)))
-    lead = np.array([value for _, value in picked])
     rows = np.array([row for row, _ in picked])
-    right = (table.jaccard[rows] > FINAL_RIGHT).astype(float)
-    return calibration.confidence_curve(lead, right), lead, right
+    lead = np.array([value for _, value in picked], dtype=np.float32)
+    right = (table.distance[rows] < NEAR) | (table.jaccard[rows] > ALMOST)
+    return np.column_stack([lead, table.features[rows]]), right.astype(float)
 
 
-def report_calibration(curve, lead, right):
-    confidence = np.interp(lead, *curve)
+def fit_claims(features, right):
+    """How sure a claim is: each competes with "it is not there" alone."""
+    alone = additive.Lists(np.arange(len(right)), right, np.ones(len(right)))
+    return additive.fit(features, alone, strength=CLAIM_STRENGTH)
+
+
+def report_calibration(curve, score, right):
+    confidence = np.interp(score, *curve)
     print("\nconfidence: claims, and the share of them that is right")
     for low, high in ((0.0, 0.1), (0.1, 0.5), (0.5, 0.8), (0.8, 0.9), (0.9, 0.97), (0.97, 1.01)):
         chosen = (confidence >= low) & (confidence < high)
@@ -106,7 +114,8 @@ def run(folder, scale=1.0, jobs=os.cpu_count()):
     note(f"fitting the first model on {len(fitted.seeds)} scans")
     first = fit_model(fitted)
     report("first model, held out", held, first)
-    MODEL.write_text(constants.source(first, additive.flat(final_count), calibration.NOTHING))
+    MODEL.write_text(constants.source(first, additive.flat(final_count), additive.flat(final_count + 1),
+                                      calibration.NOTHING))
 
     note("measuring finalists")
     table = measure(building.candidates_program(), "final", final_count, folder, counts, jobs)
@@ -114,7 +123,9 @@ def run(folder, scale=1.0, jobs=os.cpu_count()):
     note(f"fitting the final model on {len(fitted.seeds)} scans")
     final = fit_model(fitted, FINAL_RIGHT)
     report("final model, held out", held, final)
-    curve, lead, right = calibrate(final, held)
-    report_calibration(curve, lead, right)
-    MODEL.write_text(constants.source(first, final, curve))
+    claim = fit_claims(*claims_of(final, fitted))
+    claimed, right = claims_of(final, held)
+    curve = calibration.confidence_curve(claim(claimed), right)
+    report_calibration(curve, claim(claimed), right)
+    MODEL.write_text(constants.source(first, final, claim, curve))
     note(f"wrote {MODEL.relative_to(building.ROOT)}")

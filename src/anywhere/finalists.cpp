@@ -1,6 +1,7 @@
 #include "anywhere/finalists.h"
 
 #include <algorithm>
+#include <array>
 
 #include "anywhere/model.h"
 #include "anywhere/overlap.h"
@@ -11,7 +12,9 @@ namespace {
 /** Candidates with nearer corners than this, in pixels of the copy, are laid onto the same border. */
 constexpr double kSamePlace = 3.0;
 /** So many finalists are taken whatever they overlap, for they may be the right one beside a tempting one. */
-constexpr std::size_t kRivals = 24;
+constexpr std::size_t kRivals = 12;
+/** A further card is as likely as this, in log odds of the first model. */
+constexpr double kLeastFurther = -3.0;
 /** How far the scan's border may lie from a candidate's, in pixels of the copy. */
 constexpr double kReach = 1.3;
 
@@ -40,6 +43,7 @@ void take(const Analysis& analysis, std::span<const Ranked> ranked, Finalists& f
     if (finalists.count == kMostFinalists) return;
     const Candidate& from = analysis.candidates.items[candidate.index];
     const bool rivals = finalists.count < kRivals;
+    if (!rivals && candidate.score < kLeastFurther) return;
     if (is_taken(finalists, from.quad, rivals)) continue;
     Finalist& added = finalists.items[finalists.count++];
     added = Finalist{};
@@ -68,6 +72,13 @@ double lead(const Finalists& finalists, const Finalist& finalist) {
   return finalist.score - best;
 }
 
+double confidence(const Finalist& finalist, double lead) {
+  std::array<float, kClaimFeatures> features{};
+  features[0] = static_cast<float>(lead);
+  std::copy(finalist.features.begin(), finalist.features.end(), features.begin() + 1);
+  return kConfidence(kClaimModel(features));
+}
+
 }  // namespace
 
 bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
@@ -92,7 +103,7 @@ bool choose_finalists(const Scan& scan, const Analysis& analysis, Finalists& fin
     return a.score != b.score ? a.score > b.score : a.rank < b.rank;
   };
   std::sort(finalists.items.get(), finalists.items.get() + finalists.count, likelier);
-  for (Finalist& finalist : finalists.all()) finalist.confidence = kConfidence(lead(finalists, finalist));
+  for (Finalist& finalist : finalists.all()) finalist.confidence = confidence(finalist, lead(finalists, finalist));
   return true;
 }
 

@@ -17,7 +17,13 @@ extern const AdditiveModel<kFeatures> kFirstModel;
 /** How likely a quadrilateral that was laid onto the scan is one. */
 extern const AdditiveModel<kFinalFeatures> kFinalModel;
 
-/** The share of quadrilaterals that are right, by how far their final score is ahead of their best rival's. */
+/** How far a finalist's final score is ahead of its best rival's, and its features. */
+inline constexpr std::size_t kClaimFeatures = 1 + kFinalFeatures;
+
+/** How sure it is that a finalist lies where the card does: log odds. */
+extern const AdditiveModel<kClaimFeatures> kClaimModel;
+
+/** The share of those with such log odds that do. */
 extern const Curve kConfidence;
 
 }  // namespace vantrel::anywhere
