@@ -21,12 +21,12 @@ namespace vantrel::anywhere {
 /** The steps in their order, each made from those before it. */
 struct Analysis {
   Copy copy;
-  image::WorkArray<Gradient> gradients{0};
+  image::WorkArray<Gradient> gradients;
   Edges edges;
-  BarrierMap barriers{{}, image::WorkArray<std::uint16_t>(0)};
-  Lines lines{0, 0};
+  BarrierMap barriers;
+  Lines lines;
   Candidates candidates;
-  image::WorkArray<Features> features{0}; /**< of each candidate */
+  image::WorkArray<Features> features; /**< of each candidate */
 
   Scene scene() const { return {copy, gradients.all(), barriers.distances.all(), edges.threshold}; }
 };

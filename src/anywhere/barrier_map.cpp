@@ -104,7 +104,7 @@ BarrierMap barrier_map(const Copy& copy) {
   if (!map.ready() || copy.rows < 2 || copy.cols < 2) return map;
   Paths paths(copy.size());
   if (!paths.ready()) {
-    map.distances = WorkArray<std::uint16_t>(std::size_t(-1));  // no memory: not ready
+    map.distances = WorkArray<std::uint16_t>();  // no memory: not ready
     return map;
   }
   map.ground = find_ground(copy);

@@ -124,7 +124,7 @@ Copy reduce(const Scan& scan) {
       return reduce_bytes<Pixels>(scan.pixels, copy);
   });
   if (!done) {
-    copy.planes[0] = WorkArray<std::int16_t>(std::size_t(-1));  // no memory: not ready
+    copy.planes[0] = WorkArray<std::int16_t>();  // no memory: not ready
     return copy;
   }
   for (std::size_t plane = 0; plane < copy.plane_count; ++plane) smooth(copy, copy.planes[plane].get());

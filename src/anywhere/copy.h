@@ -5,6 +5,7 @@
 #ifndef VANTREL_ANYWHERE_COPY_H
 #define VANTREL_ANYWHERE_COPY_H
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -34,10 +35,12 @@ struct Copy {
   int rows = 0;
   int cols = 0;
   std::size_t plane_count = kPlanes; /**< 1 where the scan has no colour: the others are empty then */
-  std::array<image::WorkArray<std::int16_t>, kPlanes> planes = {
-      image::WorkArray<std::int16_t>(0), image::WorkArray<std::int16_t>(0), image::WorkArray<std::int16_t>(0)};
+  std::array<image::WorkArray<std::int16_t>, kPlanes> planes;
 
-  bool ready() const { return planes[0].ready() && planes[1].ready() && planes[2].ready(); }
+  bool ready() const {
+    const auto end = planes.begin() + static_cast<std::ptrdiff_t>(plane_count);
+    return std::all_of(planes.begin(), end, [](const auto& plane) { return plane.ready(); });
+  }
   std::size_t size() const { return static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols); }
   std::size_t index(int row, int col) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(cols) + static_cast<std::size_t>(col);

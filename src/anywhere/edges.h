@@ -36,7 +36,7 @@ struct Edge {
 
 /** The edges of a copy by their direction, those of one direction from the top down. */
 struct Edges {
-  image::WorkArray<Edge> places{0};
+  image::WorkArray<Edge> places;
   std::size_t count = 0;
   int threshold = 0; /**< the least magnitude */
   std::array<std::uint32_t, kDirections + 1> starts{};

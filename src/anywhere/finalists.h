@@ -17,7 +17,7 @@ namespace vantrel::anywhere {
 
 /** Finalists, the likeliest first once they are judged. */
 struct Finalists {
-  image::WorkArray<Finalist> items{0};
+  image::WorkArray<Finalist> items;
   std::size_t count = 0;
 
   std::span<Finalist> all() { return {items.get(), count}; }

@@ -38,6 +38,7 @@ struct SupportedLine {
  */
 class Support {
  public:
+  Support() = default;
   Support(int rows, int cols);
 
   bool ready() const { return sums_.ready(); }
@@ -58,13 +59,14 @@ class Support {
   }
 
  private:
-  int first_;
-  int length_;
+  int first_ = 0;
+  int length_ = 0;
   image::WorkArray<std::uint16_t> sums_;
 };
 
 /** The lines of a copy, the most voted first; the last four are the sides of the frame: top, right, bottom, left. */
 struct Lines {
+  Lines() = default;
   Lines(int rows, int cols) : support(rows, cols) {}
 
   bool done = false; /**< false: there was no memory */

@@ -26,6 +26,8 @@ class WorkArray {
   static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
 
  public:
+  /** None yet, and not ready: where one is put later, or there was no memory. */
+  WorkArray() : size_(0), data_(nullptr) {}
   explicit WorkArray(std::size_t size, Fill fill = Fill::kNone) : size_(size), data_(allocate(size, fill)) {}
   WorkArray(WorkArray&& other) noexcept
       : size_(std::exchange(other.size_, 0)), data_(std::exchange(other.data_, nullptr)) {}
