@@ -3,6 +3,7 @@
 #include <new>
 #include <span>
 
+#include "anywhere/analysis.h"
 #include "anywhere/copy.h"
 #include "anywhere/find.h"
 #include "cards/find.h"
@@ -89,7 +90,7 @@ vantrel_reason refusal(int width, int height) {
   const int longer = std::max(width, height);
   if (longer > kMostAnywhereSide) return VANTREL_REASON_SCAN_TOO_LARGE;
   const int copied = std::min(width, height) / anywhere::reduction_factor(height, width);
-  return copied < kLeastCopySide ? VANTREL_REASON_SCAN_TOO_SMALL : VANTREL_REASON_FOUND;
+  return copied < anywhere::kLeastCopySide ? VANTREL_REASON_SCAN_TOO_SMALL : VANTREL_REASON_FOUND;
 }
 
 /** Adds cards in reading order, with their alternatives. */

@@ -29,9 +29,8 @@ inline constexpr int kMostSheetCards = 2 * segment::kMostGroups;
 /** The most cards on a scan, by any method. */
 inline constexpr int kMostCards = std::max(anywhere::kMostCards, kMostSheetCards);
 
-/** Where cards are looked for anywhere: the shortest side of the small copy, and the longest of the scan, of which a
- * column's sums have 16 bits. */
-inline constexpr int kLeastCopySide = 16;
+/** The longest side of a scan on which cards are looked for anywhere: sums down the columns of its blocks have 16 bits.
+ */
 inline constexpr int kMostAnywhereSide = 128000;
 
 /** The longest side of an image that is enlarged. */

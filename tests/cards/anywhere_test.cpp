@@ -144,9 +144,9 @@ TEST(Anywhere, RefusesScansThatAreTooSmallOrTooLarge) {
     return Cards(memory.image(), &options).reason(VANTREL_METHOD_ANYWHERE);
   };
   EXPECT_EQ(reason(1, 1), VANTREL_REASON_SCAN_TOO_SMALL);
-  EXPECT_EQ(reason(15, 400), VANTREL_REASON_SCAN_TOO_SMALL);
-  EXPECT_NE(reason(16, 400), VANTREL_REASON_SCAN_TOO_SMALL);
-  EXPECT_EQ(reason(31, 1000), VANTREL_REASON_SCAN_TOO_SMALL);  // 15 columns of the copy that is looked at
+  EXPECT_EQ(reason(23, 400), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_NE(reason(24, 400), VANTREL_REASON_SCAN_TOO_SMALL);
+  EXPECT_EQ(reason(47, 1000), VANTREL_REASON_SCAN_TOO_SMALL);  // 23 columns of the copy that is looked at
   EXPECT_EQ(reason(128000, 1), VANTREL_REASON_SCAN_TOO_SMALL);
   EXPECT_EQ(reason(128001, 1), VANTREL_REASON_SCAN_TOO_LARGE);
 }
