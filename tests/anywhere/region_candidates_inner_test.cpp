@@ -55,7 +55,8 @@ Copy copy_of(int rows, int cols, const std::vector<int>& light) {
 TEST(Reliefs, OfADifferenceTakeThePlaneThatDiffersMost) {
   Copy copy = copy_of(1, 3, {100, 130, 70});
   copy.plane_count = 3;
-  for (const std::size_t plane : {1, 2}) copy.planes[plane] = WorkArray<std::int16_t>(3, vantrel::image::Fill::kZero);
+  for (const std::size_t plane : {std::size_t{1}, std::size_t{2}})
+    copy.planes[plane] = WorkArray<std::int16_t>(3, vantrel::image::Fill::kZero);
   copy.planes[2][0] = -50;
   std::array<std::uint16_t, 3> relief;
   write_difference(copy, {100, 0, 10}, relief);
