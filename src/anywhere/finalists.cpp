@@ -13,10 +13,12 @@ namespace {
 constexpr double kSamePlace = 3.0;
 /** So many finalists are taken whatever they overlap, for they may be the right one beside a tempting one. */
 constexpr std::size_t kRivals = 12;
+/** Of further ones so many may overlap others: beside each card, a pair of cards taken as one. */
+constexpr int kFurtherRivals = 2;
 /** A further card is as likely as this, in log odds of the first model. */
 constexpr double kLeastFurther = -3.0;
 /** How far the scan's border may lie from a candidate's, in pixels of the copy. */
-constexpr double kReach = 1.3;
+constexpr double kReach = 2.5;
 
 /** Finalists with nearer corners than this share of the diagonal are no rivals, but the same border. */
 constexpr double kSameBorder = 0.015;
@@ -29,12 +31,14 @@ struct Ranked {
   bool operator<(const Ranked& other) const { return score != other.score ? score > other.score : index < other.index; }
 };
 
-bool is_taken(const Finalists& finalists, const Quad& quad, bool rivals) {
+/** Whether a candidate is one of the finalists already, or lies where there are enough of them. */
+bool is_taken(const Finalists& finalists, const Quad& quad, int most_rivals) {
+  int rivals = 0;
   for (const Finalist& finalist : finalists.all()) {
     if (nearly_same(quad, finalist.quad, kSamePlace)) return true;
-    if (!rivals && relation(quad, finalist.quad) != Relation::kApart) return true;
+    rivals += relation(quad, finalist.quad) != Relation::kApart;
   }
-  return false;
+  return rivals > most_rivals;
 }
 
 /** Of the ranked candidates those that differ; after the first few only further cards. */
@@ -42,9 +46,9 @@ void take(const Analysis& analysis, std::span<const Ranked> ranked, Finalists& f
   for (const Ranked& candidate : ranked) {
     if (finalists.count == kMostFinalists) return;
     const Candidate& from = analysis.candidates.items[candidate.index];
-    const bool rivals = finalists.count < kRivals;
-    if (!rivals && candidate.score < kLeastFurther) return;
-    if (is_taken(finalists, from.quad, rivals)) continue;
+    const bool any = finalists.count < kRivals;
+    if (!any && candidate.score < kLeastFurther) return;
+    if (is_taken(finalists, from.quad, any ? static_cast<int>(kRivals) : kFurtherRivals)) continue;
     Finalist& added = finalists.items[finalists.count++];
     added = Finalist{};
     added.quad = from.quad;

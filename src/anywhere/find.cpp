@@ -13,7 +13,7 @@ namespace {
 /** What is less likely than this is not told of. */
 constexpr double kLeastConfidence = 0.1;
 /** A further card is as likely as this. */
-constexpr double kLeastFurther = 0.5;
+constexpr double kLeastFurther = 0.4;
 
 Proposal proposal_of(const Finalist& finalist) {
   Proposal proposal;
@@ -65,8 +65,8 @@ void find_anywhere(const Scan& scan, int most_cards, Findings& found) {
   const int most = std::min(most_cards, kMostCards);
   for (const Finalist& finalist : finalists.all()) {
     if (found.count == most) break;
-    if (finalist.confidence < (found.count == 0 ? kLeastConfidence : kLeastFurther)) break;
-    if (!lies_apart(finalist, found)) continue;
+    const double least = found.count == 0 ? kLeastConfidence : kLeastFurther;
+    if (finalist.confidence < least || !lies_apart(finalist, found)) continue;
     found.cards[static_cast<std::size_t>(found.count++)].card = proposal_of(finalist);
   }
   for (int i = 0; i < found.count; ++i) add_alternatives(finalists.all(), found.cards[static_cast<std::size_t>(i)]);
