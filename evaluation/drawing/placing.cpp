@@ -82,6 +82,31 @@ Quad foreshortened(Random& random, const Quad& quad, double amount) {
   return convex(result) ? result : quad;
 }
 
+Quad strongly_foreshortened(Random& random, const Quad& quad) {
+  const Point middle = middle_of(quad);
+  double reach = 0;
+  for (Point p : quad) reach = std::max(reach, length(p - middle));
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    const double shrinking = random.uniform(0.12, 0.35), away = std::sqrt(1 - (1 - shrinking) * (1 - shrinking));
+    const double distance = random.uniform(1.8, 5);
+    const Point axis = unit(random.uniform(0, 6.3)), across{-axis.y, axis.x};
+    Quad seen;
+    for (std::size_t i = 0; i < 4; ++i) {
+      const Point off = quad[i] - middle;
+      const double u = off.x * axis.x + off.y * axis.y, v = off.x * across.x + off.y * across.y;
+      const double scale = 1 / (1 + u * away / (distance * reach));
+      seen[i] = middle + axis * (u * (1 - shrinking) * scale) + across * (v * scale);
+    }
+    double most = 0;  // cosine of the corners
+    for (std::size_t i = 0; i < 4; ++i) {
+      const Point a = seen[(i + 1) % 4] - seen[i], b = seen[(i + 3) % 4] - seen[i];
+      most = std::max(most, std::abs(a.x * b.x + a.y * b.y) / (length(a) * length(b)));
+    }
+    if (most <= 0.5 && convex(seen)) return seen;
+  }
+  return quad;
+}
+
 Quad placed(Random& random, const Quad& quad, const Bed& bed, const std::string& place) {
   const Bounds bounds = bounds_of(quad);
   const Point size = bounds.high - bounds.low;
@@ -99,6 +124,11 @@ Quad placed(Random& random, const Quad& quad, const Bed& bed, const std::string&
     to = {beyond(random, size.x, bed.width, 0.15), beyond(random, size.y, bed.height, 0.15)};
   }
   return moved(quad, to - bounds.low);
+}
+
+Quad half_plane(const Bed& bed, Point on, double angle) {
+  const double reach = 3.0 * (bed.width + bed.height);
+  return rectangle(on + unit(angle + 1.5707963267948966) * (reach / 2), reach, reach, angle);
 }
 
 Quad border_strip(Random& random, const Bed& bed, int side, double part) {

@@ -42,6 +42,8 @@ struct Laying {
   bool counted = true;  // whether it is a card of the truth
   double wear = 0.35;   // how often creases, curls and the like are drawn
   double crumple = 0;   // in millimetres
+  int folds = 0;        // across the sheet, with shading to both hands
+  int curled_corners = 0;
 };
 // Lays a sheet with that face onto the scene; `quad` is where its corners come to lie.
 void lay(Scene& scene, Random& random, const Design& design, const Quad& quad, const Laying& laying);
@@ -58,15 +60,20 @@ Colour colour_near(Random& random, Colour ground, double least, double most);
 // How a card lies.
 double pick_tilt(Random& random);
 Quad foreshortened(Random& random, const Quad& quad, double amount);  // about its middle
+// As a card is seen from far aside and near by: its corners have 60 to 120 degrees.
+Quad strongly_foreshortened(Random& random, const Quad& quad);
 // Moves it to where `place` says on the bed; unknown words mean anywhere on it.
 Quad placed(Random& random, const Quad& quad, const Bed& bed, const std::string& place);
 Quad moved(const Quad& quad, Point by);
 
+// All that lies on the right hand of a line through a point, as far as the scan reaches.
+Quad half_plane(const Bed& bed, Point on, double angle);
 // A rectangle along a side of the scan, reaching beyond it; `part` of the scan is how far it comes in.
 Quad border_strip(Random& random, const Bed& bed, int side, double part);
 
-// Which sides of the cards can be seen on the finished picture, in the order of the truth.
-void find_truth(const Scene& scene, DrawnScan& scan);
+// Which sides of the cards can be seen on the finished picture, in the order of the truth. Returns whether all can that
+// are on the scan and not hidden.
+bool find_truth(const Scene& scene, DrawnScan& scan);
 
 // The sets.
 void compose_single(Scene& scene, Random& random);

@@ -44,6 +44,13 @@ std::string pick_ground(Random& random) {
   return random.chance(0.55) ? pick_scanner_ground(random) : pick_table_ground(random);
 }
 
+bool is_busy(const std::string& ground) {
+  for (const char* kind : {"weave", "cloth", "stone", "terrazzo", "wood", "leather", "carpet", "print", "keys"}) {
+    if (ground == kind) return true;
+  }
+  return false;
+}
+
 // Something else that lies there and reaches beyond the scan: no card of the truth.
 void lay_neighbour(Scene& scene, Random& random, const Quad& card) {
   const Bed& bed = scene.bed;
@@ -77,6 +84,18 @@ void add_specks(Scene& scene, Random& random, double probability) {
       drawn_specks(random, scene.bed.width, scene.bed.height, scene.bed.pixels_per_mm, levels)));
 }
 
+// The faint lines that stay beside all edges of a sheet that lies flat: darker towards one corner.
+void cast_lines_around(Scene& scene, Random& random, const Quad& quad) {
+  scene.note("lines around");
+  const double width = std::max(3.0, random.between(0.4, 1.2) * scene.bed.pixels_per_mm);
+  const double along = std::atan2(quad[1].y - quad[0].y, quad[1].x - quad[0].x);
+  const double toward = along + 0.7854 + random.uniform(-0.35, 0.35) + 1.5707963 * random.integer(0, 3);
+  for (double turn : {0.0, 3.1415927}) {
+    const Quad cast = moved(quad, unit(toward + turn) * width);
+    scene.layers.push_back(std::make_unique<Shade>(cast, width * 0.6, random.between(0.018, 0.05)));
+  }
+}
+
 Quad pick_quad(Scene& scene, Random& random, Design& design) {
   const std::string place = random.pick(kPlaces);
   const double tilt = tilt_for(random, place);
@@ -94,8 +113,11 @@ Quad pick_quad(Scene& scene, Random& random, Design& design) {
 void compose_on(Scene& scene, Random& random, const Bed& bed) {
   scene.set_bed(bed);
   scene.capture = pick_scanner_capture(random, scene.scan.effects);
-  scene.set_ground(random, pick_ground(random));
+  const std::string ground = pick_ground(random);
+  scene.set_ground(random, ground);
   Design design = design_card(random);
+  // On a pattern nobody sees where film ends.
+  while (design.transparent && is_busy(ground)) design = design_card(random);
   const Quad quad = pick_quad(scene, random, design);
   Laying laying;
   if (is_of_paper(design) && random.chance(0.15)) {
@@ -135,10 +157,11 @@ void compose_white(Scene& scene, Random& random) {
   Design design = design_card(
       random, random.pick(std::array<const char*, 6>{"plain", "blank", "framed", "boxes", "page", "receipt"}));
   const Quad quad = pick_quad(scene, random, design);
-  Laying laying{.paper = colour_near(random, scene.ground->mean, 2, 12), .shadow = Shadow::kFaint, .wear = 0.1};
+  Laying laying{.paper = colour_near(random, scene.ground->mean, 3, 12), .shadow = Shadow::kFaint, .wear = 0.1};
   if (random.chance(0.35)) {  // of the ground's own colour: the shadow alone tells
     laying = {.paper = colour_near(random, scene.ground->mean, 0, 2), .shadow = Shadow::kNone, .wear = 0};
     cast_shadow(scene, random, quad, true);
+    if (random.chance(0.8)) cast_lines_around(scene, random, quad);
   }
   lay(scene, random, design, quad, laying);
   add_specks(scene, random, 0.3);

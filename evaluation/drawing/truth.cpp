@@ -60,7 +60,9 @@ Stretch measure(const Scene& scene, const DrawnScan& scan, const LaidCard& card,
   return stretch;
 }
 
-bool side_visible(const Scene& scene, const DrawnScan& scan, const LaidCard& card, Point from, Point to) {
+enum class Sight { kOffScan, kUnseen, kSeen };
+
+Sight sight_of_side(const Scene& scene, const DrawnScan& scan, const LaidCard& card, Point from, Point to) {
   int on_scan_points = 0, judged = 0, seen = 0;
   for (int i = 0; i < kStretches; ++i) {
     const Point along = (to - from) * (1.0 / kStretches);
@@ -72,7 +74,8 @@ bool side_visible(const Scene& scene, const DrawnScan& scan, const LaidCard& car
     ++judged;
     seen += stretch.step > std::max(kLeastStep, 2.5 * noise);
   }
-  return on_scan_points >= kLeastOnScan * kStretches * kPointsEach && 2 * seen > judged;
+  if (on_scan_points < kLeastOnScan * kStretches * kPointsEach) return Sight::kOffScan;
+  return 2 * seen > judged ? Sight::kSeen : Sight::kUnseen;
 }
 
 // The corner from which the sides go round as top, right, bottom and left of the card as it lies.
@@ -89,16 +92,20 @@ std::size_t top_left_of(const Quad& quad) {
 
 }  // namespace
 
-void find_truth(const Scene& scene, DrawnScan& scan) {
+bool find_truth(const Scene& scene, DrawnScan& scan) {
+  bool all_seen = true;
   for (const LaidCard& card : scene.cards) {
     TrueCard truth;
     const std::size_t first = top_left_of(card.corners);
     for (std::size_t i = 0; i < 4; ++i) truth.corners[i] = card.corners[(first + i) % 4];
     for (std::size_t i = 0; i < 4; ++i) {
-      truth.visible[i] = side_visible(scene, scan, card, truth.corners[i], truth.corners[(i + 1) % 4]);
+      const Sight sight = sight_of_side(scene, scan, card, truth.corners[i], truth.corners[(i + 1) % 4]);
+      truth.visible[i] = sight == Sight::kSeen;
+      all_seen = all_seen && sight != Sight::kUnseen;
     }
     scan.cards.push_back(truth);
   }
+  return all_seen;
 }
 
 }  // namespace vantrel::drawing
