@@ -8,6 +8,7 @@ FOLDER = ROOT / "build" / "evaluation"  # for all that is made on the way
 RELEASE = ROOT / "build" / "release"
 DRAWER = "vantrel_draw_scans"
 CANDIDATES = "vantrel_measure_candidates"
+STEPS = "vantrel_show_steps"
 PLAIN = ("g++", "clang++")
 LEVELS = ("-O0", "-O3")
 
@@ -40,6 +41,12 @@ def candidates_program():
     """The program that measures the candidates of drawn scans."""
     build(CANDIDATES)
     return RELEASE / "evaluation" / CANDIDATES
+
+
+def steps_program():
+    """The program that tells what the finder sees, step by step."""
+    build(STEPS)
+    return RELEASE / "evaluation" / STEPS
 
 
 def peak_memory():
