@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "anywhere/stripes.h"
+
 namespace vantrel::anywhere {
 namespace {
 
@@ -127,7 +129,17 @@ Copy reduce(const Scan& scan) {
     copy.planes[0] = WorkArray<std::int16_t>();  // no memory: not ready
     return copy;
   }
-  for (std::size_t plane = 0; plane < copy.plane_count; ++plane) smooth(copy, copy.planes[plane].get());
+  WorkArray<std::int16_t> offsets(static_cast<std::size_t>(std::max(copy.rows, copy.cols)));
+  if (!offsets.ready()) {
+    copy.planes[0] = WorkArray<std::int16_t>();
+    return copy;
+  }
+  for (std::size_t plane = 0; plane < copy.plane_count; ++plane) {
+    std::int16_t* data = copy.planes[plane].get();
+    remove_stripes({data, copy.rows, copy.cols, copy.cols, 1}, {offsets.get(), static_cast<std::size_t>(copy.rows)});
+    remove_stripes({data, copy.cols, copy.rows, 1, copy.cols}, {offsets.get(), static_cast<std::size_t>(copy.cols)});
+    smooth(copy, data);
+  }
   return copy;
 }
 
