@@ -193,13 +193,17 @@ void draw_text_page(Canvas& canvas, Random& random, const Paints& paints) {
 
 void draw_slip(Canvas& canvas, Random& random, const Paints& paints) { draw_receipt(canvas, random, paints.ink); }
 
+void draw_till_roll(Canvas& canvas, Random& random, const Paints& paints) {
+  draw_thermal(canvas, random, paints.paper);
+}
+
 struct Kind {
   const char* name;
   enum Size { kBusiness, kBank, kPhoto, kInstant, kPage, kSlip } size;
   void (*draw)(Canvas&, Random&, const Paints&);
 };
 
-constexpr std::array<Kind, 15> kKinds{{{"plain", Kind::kBusiness, draw_plain},
+constexpr std::array<Kind, 16> kKinds{{{"plain", Kind::kBusiness, draw_plain},
                                        {"framed", Kind::kBusiness, draw_framed},
                                        {"bordered", Kind::kBusiness, draw_bordered},
                                        {"banded", Kind::kBusiness, draw_banded},
@@ -213,7 +217,8 @@ constexpr std::array<Kind, 15> kKinds{{{"plain", Kind::kBusiness, draw_plain},
                                        {"faded", Kind::kBank, draw_faded},
                                        {"film", Kind::kBusiness, draw_film},
                                        {"page", Kind::kPage, draw_text_page},
-                                       {"receipt", Kind::kSlip, draw_slip}}};
+                                       {"receipt", Kind::kSlip, draw_slip},
+                                       {"thermal", Kind::kSlip, draw_till_roll}}};
 
 const Kind& kind_named(const std::string& name) {
   for (const Kind& kind : kKinds) {

@@ -25,5 +25,6 @@ Canvas draw_face(const Design& design, Random& random, double pixels_per_mm, std
 // A page of text that fills a canvas: columns, tables, figures.
 void draw_page(Canvas& canvas, Random& random, const Box& box, Colour ink);
 void draw_receipt(Canvas& canvas, Random& random, Colour ink);
+void draw_thermal(Canvas& canvas, Random& random, Colour paper);
 
 }  // namespace vantrel::drawing

@@ -42,6 +42,30 @@ void crease(Scene& scene, Random& random, Sheet& sheet, const Quad& quad, int co
   }
 }
 
+// Where a slip was folded for the purse: each part of it lies at another slope and takes another light.
+void fold(Scene& scene, Random& random, Sheet& sheet, const Quad& quad, int count) {
+  scene.note("folded");
+  const double along = std::atan2(quad[1].y - quad[0].y, quad[1].x - quad[0].x);
+  for (int i = 1; i <= count; ++i) {
+    const Point on = middle_of(quad) + (quad[3] - quad[0]) * (i / (count + 1.0) - 0.5 + random.normal() * 0.04);
+    const double angle = along + random.normal() * 0.03;
+    sheet.add({on, angle, random.uniform(4, 14) * scene.bed.pixels_per_mm, 0, random.normal() * 14});
+    sheet.add({on, angle, random.between(0.3, 0.8) * scene.bed.pixels_per_mm, -random.uniform(4, 40), 0});
+  }
+}
+
+// A corner that rises from the glass: it darkens, with a gleam where the bend begins.
+void curl_corners(Scene& scene, Random& random, Sheet& sheet, const Quad& quad, int count) {
+  scene.note("curled corner");
+  for (std::size_t i = static_cast<std::size_t>(random.integer(0, 3)); count > 0; --count, ++i) {
+    const Point corner = quad[i % 4], inward = middle_of(quad) - corner;
+    const double size = mean_side(quad, 0) * random.uniform(0.05, 0.18);
+    const double diagonal = std::atan2(inward.y, inward.x) + 1.5707963 + random.normal() * 0.15;
+    sheet.add({corner, diagonal, size, -random.uniform(15, 90), 0});
+    sheet.add({corner + inward * (1.6 * size / length(inward)), diagonal, size * 0.3, random.uniform(0, 25), 0});
+  }
+}
+
 void polish(Scene& scene, Random& random, Sheet& sheet, const Quad& quad) {
   scene.note("gloss");
   const Point on = middle_of(quad) + (quad[0] - quad[2]) * random.uniform(-0.4, 0.4);
@@ -144,6 +168,8 @@ void lay(Scene& scene, Random& random, const Design& design, const Quad& quad, c
   } else {
     wear_out(scene, random, *sheet, laying.wear);
   }
+  if (laying.folds > 0) fold(scene, random, *sheet, quad, laying.folds);
+  if (laying.curled_corners > 0) curl_corners(scene, random, *sheet, quad, laying.curled_corners);
   if (laying.counted) {
     scene.cards.push_back({quad, scene.layers.size()});
     scene.scan.card = design.kind;

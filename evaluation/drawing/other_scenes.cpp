@@ -1,4 +1,4 @@
-// Photographs of cards on tables, and receipts on backing sheets.
+// Photographs of cards on tables.
 #include <algorithm>
 #include <cmath>
 
@@ -118,42 +118,6 @@ void compose_photo(Scene& scene, Random& random) {
   lay(scene, random, design, quad, laying);
   hold(scene, random, quad);
   darken_by_hand(scene, random);
-}
-
-void compose_receipt(Scene& scene, Random& random) {
-  scene.set_bed(random.chance(0.7) ? bed_of(210, 297, random.between(75, 150), 2.2e6) : pick_bed(random));
-  scene.capture = pick_scanner_capture(random, scene.scan.effects);
-  scene.set_ground(random, pick_scanner_ground(random));
-  const Bed& bed = scene.bed;
-  const double scale = bed.pixels_per_mm;
-  if (random.chance(0.6)) {  // a sheet behind the receipt, whose own edges are on the glass
-    scene.note("backing sheet");
-    const double width = bed.width * random.uniform(0.75, 1.1), height = bed.height * random.uniform(0.75, 1.1);
-    const Point middle{bed.width * random.uniform(0.4, 0.6), bed.height * random.uniform(0.4, 0.6)};
-    const Colour colour = random.chance(0.5) ? tint(random, random.uniform(225, 252), 2)
-                                             : tint(random, random.uniform(40, 230), random.uniform(10, 70));
-    lay_backing(scene, random, rectangle(middle, width, height, random.normal() * 0.02), colour);
-    scene.scan.ground += " and sheet";
-  }
-  if (random.chance(0.25)) lay_strip(scene, random);
-  Design design =
-      design_card(random, random.pick(std::array<const char*, 5>{"receipt", "receipt", "receipt", "page", "plain"}));
-  const bool level = random.chance(0.75);
-  const double tilt = (level ? random.normal() * 0.04 : random.uniform(0, 6.3)) +
-                      (random.chance(0.8) ? 0 : 1.5707963 * random.integer(1, 3));
-  const double c = std::abs(std::cos(tilt)), s = std::abs(std::sin(tilt));
-  const double room = std::min(bed.width / scale / (design.width * c + design.height * s),
-                               bed.height / scale / (design.width * s + design.height * c));
-  const double factor = std::min(1.0, room * random.uniform(0.6, 0.98));
-  design.width *= factor, design.height *= factor;
-  scene.scan.place = random.pick(std::array<const char*, 6>{"free", "free", "edge", "corner", "corner", "cut"});
-  const Quad quad =
-      placed(random, rectangle({0, 0}, design.width * scale, design.height * scale, tilt), bed, scene.scan.place);
-  Laying laying;
-  // Stiff cards stay straighter than thin paper.
-  const double most = design.kind == "plain" ? 0.1 : 0.6;
-  if (random.chance(0.7)) laying.crumple = random.uniform(0.03, most);
-  lay(scene, random, design, quad, laying);
 }
 
 }  // namespace vantrel::drawing

@@ -12,7 +12,7 @@ constexpr std::array<const char*, 12> kPlaces{"free",  "free", "free", "upright"
                                               "large", "edge", "edge", "cut",     "corner",  "cut twice"};
 
 bool is_of_paper(const Design& design) {
-  for (const char* kind : {"plain", "framed", "bordered", "banded", "blank", "boxes", "page", "receipt"}) {
+  for (const char* kind : {"plain", "framed", "bordered", "banded", "blank", "boxes", "page", "receipt", "thermal"}) {
     if (design.kind == kind) return true;
   }
   return false;
