@@ -11,7 +11,7 @@ namespace {
 Design pick_handheld(Random& random) {
   return design_card(random, random.pick(std::array<const char*, 14>{"plain", "plain", "framed", "bordered", "banded",
                                                                      "dark", "identity", "identity", "two-tone",
-                                                                     "boxes", "faded", "page", "receipt", "receipt"}));
+                                                                     "boxes", "faded", "page", "receipt", "thermal"}));
 }
 
 double area_of(const Quad& quad) {
@@ -28,7 +28,8 @@ Quad filling(Random& random, const Design& design, const Bed& bed, double part) 
   const double tilt =
       random.chance(0.7) ? random.normal() * 0.15 + 1.5707963 * random.integer(0, 3) : random.uniform(0, 6.3);
   const double amount = random.chance(0.4) ? random.uniform(0.1, 0.4) : random.uniform(0, 0.12);
-  Quad quad = foreshortened(random, rectangle({0, 0}, design.width, design.height, tilt), amount);
+  const Quad flat = rectangle({0, 0}, design.width, design.height, tilt);
+  Quad quad = random.chance(0.22) ? strongly_foreshortened(random, flat) : foreshortened(random, flat, amount);
   double width = 0, height = 0;
   for (Point p : quad) {
     for (Point q : quad) width = std::max(width, p.x - q.x), height = std::max(height, p.y - q.y);
@@ -64,6 +65,22 @@ void clutter(Scene& scene, Random& random, const Quad& card) {
                             unit(random.uniform(0, 6.3)) * (10 * bed.pixels_per_mm));
     lay_backing(scene, random, quad, tint(random, random.uniform(40, 245), random.uniform(0, 40)));
   }
+}
+
+// One strong straight edge behind the card, parallel to it or nearly so: a table's, or that of a large sheet.
+void lay_edge_behind(Scene& scene, Random& random, const Quad& card) {
+  if (!random.chance(0.3)) return;
+  scene.note("edge behind");
+  const auto side = static_cast<std::size_t>(random.integer(0, 3));
+  const Point from = card[side], to = card[(side + 1) % 4];
+  const Point inward = (card[(side + 2) % 4] + card[(side + 3) % 4] - from - to) * 0.5;
+  // Across the card, or past it at a little distance.
+  const Point on = (from + to) * 0.5 + inward * random.uniform(-0.15, 0.6);
+  const double lean = random.uniform(-0.087, 0.087) + (random.chance(0.5) ? 0 : 3.1415927);
+  const double light = luminance(scene.ground->mean);
+  const double level = light > 128 ? random.uniform(5, light - 50) : random.uniform(light + 50, 245);
+  lay_backing(scene, random, half_plane(scene.bed, on, std::atan2(to.y - from.y, to.x - from.x) + lean),
+              tint(random, level, random.uniform(0, 40)));
 }
 
 // Of a hand or a telephone held above.
@@ -111,9 +128,10 @@ void compose_photo(Scene& scene, Random& random) {
   scene.set_ground(random, pick_table_ground(random));
   scene.scan.place = random.chance(0.1) ? "cut" : "free";
   const Quad quad = placed(random, shape, scene.bed, scene.scan.place);
+  lay_edge_behind(scene, random, quad);
   clutter(scene, random, quad);
   Laying laying;
-  if (design.kind == "receipt" || design.kind == "page")
+  if (design.kind == "receipt" || design.kind == "thermal" || design.kind == "page")
     laying.crumple = random.chance(0.5) ? random.uniform(0.05, 0.5) : 0;
   lay(scene, random, design, quad, laying);
   hold(scene, random, quad);
