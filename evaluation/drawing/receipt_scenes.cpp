@@ -1,6 +1,7 @@
 // Receipts on glass, before backing sheets, the lid and its rim: straight borders abound, the receipt's are but four.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "drawing/artwork.h"
 #include "drawing/scene.h"
@@ -91,39 +92,33 @@ void lay_rim(Scene& scene, Random& random) {
   }
 }
 
-// A sheet of which two or three borders are on the scan, and a place by one of them or by a corner.
-struct Backing {
-  Quad quad;
-  Point place;
-};
-Backing lay_sheet(Scene& scene, Random& random) {
+// A sheet of which two or three borders are on the scan. Returns a place by one of them or by a corner.
+Point lay_sheet(Scene& scene, Random& random) {
   scene.note("backing sheet");
   const Bed& bed = scene.bed;
   const double w = bed.width, h = bed.height;
   const double left = random.uniform(0.02, 0.3) * w, top = random.uniform(0.02, 0.3) * h;
   const double right = random.chance(0.4) ? random.uniform(0.75, 0.98) * w : 1.2 * w, bottom = 1.2 * h;
   Quad quad = rectangle({(left + right) / 2, (top + bottom) / 2}, right - left, bottom - top, random.normal() * 0.015);
-  // Any two of the bed's sides may be the near ones.
-  const bool mirrored = random.chance(0.5), upturned = random.chance(0.5);
-  if (mirrored)
-    quad = {{{w - quad[1].x, quad[1].y},
-             {w - quad[0].x, quad[0].y},
-             {w - quad[3].x, quad[3].y},
-             {w - quad[2].x, quad[2].y}}};
-  if (upturned)
-    quad = {{{quad[3].x, h - quad[3].y},
-             {quad[2].x, h - quad[2].y},
-             {quad[1].x, h - quad[1].y},
-             {quad[0].x, h - quad[0].y}}};
+  // Any two of the bed's sides may be the near ones; the corners stay clockwise.
+  std::size_t near = 0;
+  if (random.chance(0.5)) {
+    for (Point& p : quad) p.x = w - p.x;
+    std::swap(quad[0], quad[1]), std::swap(quad[2], quad[3]), near = 1;
+  }
+  if (random.chance(0.5)) {
+    for (Point& p : quad) p.y = h - p.y;
+    std::swap(quad[0], quad[3]), std::swap(quad[1], quad[2]), near = 3 - near;
+  }
   lay_backing(scene, random, quad, pick_backing(random));
   scene.scan.ground += " and sheet";
-  const Point corner = quad[upturned ? (mirrored ? 2 : 3) : (mirrored ? 1 : 0)];
+  const Point corner = quad[near];
   const Point middle{w * random.uniform(0.4, 0.6), h * random.uniform(0.4, 0.6)};
   Point place = corner + (middle - corner) * random.uniform(0.2, 0.7);  // near the corner
   const double kind = random.uniform();
   if (kind < 0.3) place = {corner.x + random.uniform(-0.02, 0.1) * w, middle.y};
   if (kind > 0.7) place = {middle.x, corner.y + random.uniform(-0.02, 0.1) * h};
-  return {quad, place};
+  return place;
 }
 
 // Another sheet on the sheet, around the receipt: rectangles within rectangles.
@@ -165,7 +160,7 @@ void compose_receipt(Scene& scene, Random& random) {
       longer ? random.normal() * 0.02 + kQuarter * (random.chance(0.85) ? 0 : 1) : pick_slip_tilt(random);
   Slip slip = pick_slip(random, bed, tilt, longer);
   const bool sheet = random.chance(0.45);
-  const Point place = sheet ? lay_sheet(scene, random).place : Point{};
+  const Point place = sheet ? lay_sheet(scene, random) : Point{};
   const double kind = random.uniform();
   if (longer) {
     scene.scan.place = "cut at both ends";
