@@ -12,7 +12,7 @@ from evaluation import building
 from evaluation.fitting import additive, calibration, competitions, constants, leads, tables
 
 # What is drawn to fit on, from seed 1 on. The evaluation's seeds begin at 1000001.
-COUNTS = {"singles": 1600, "white": 500, "photos": 900, "receipts": 600, "several": 350, "bare": 120, "strips": 250,
+COUNTS = {"singles": 1600, "white": 600, "photos": 1000, "receipts": 800, "several": 350, "bare": 120, "strips": 250,
           "pages": 200}
 SHARE = 100  # scans in one process
 HELD_OUT = 5  # every fifth seed is not fitted on, and tells how well it went

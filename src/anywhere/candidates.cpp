@@ -122,6 +122,15 @@ class Search {
   }
   bool is_frame(int i) const { return lines_.lines[static_cast<std::size_t>(i)].is_frame; }
 
+  /** Whether two lines meet each other between two others, which they cross: the corners would make a bow. */
+  bool cross_between(int one, int other, int from, int to) const {
+    const Point ways[] = {lines_.lines[static_cast<std::size_t>(one)].way,
+                          lines_.lines[static_cast<std::size_t>(other)].way};
+    const double a = crossings_.place(one, to) - crossings_.place(one, from);
+    const double b = crossings_.place(other, to) - crossings_.place(other, from);
+    return (a > 0) != (dot(ways[0], ways[1]) > 0 ? b > 0 : b < 0);
+  }
+
   /** What a line's stretch between two others is worth. */
   Rung measure(int line, int from, int to) const {
     const double a = crossings_.place(line, from), b = crossings_.place(line, to);
@@ -151,12 +160,8 @@ class Search {
   void weigh(int first, int second, const Rung& third, const Rung& fourth) {
     if (!are_opposite(third.line, fourth.line)) return;
     if (is_frame(first) + is_frame(second) + is_frame(third.line) + is_frame(fourth.line) > kMostFrameSides) return;
-    // The sides do not cross between the corners.
-    const double a = crossings_.place(first, third.line) - crossings_.place(first, fourth.line);
-    const double b = crossings_.place(second, third.line) - crossings_.place(second, fourth.line);
-    const bool same_way =
-        dot(lines_.lines[static_cast<std::size_t>(first)].way, lines_.lines[static_cast<std::size_t>(second)].way) > 0;
-    if ((a > 0) != (same_way ? b > 0 : b < 0)) return;
+    if (cross_between(first, second, third.line, fourth.line)) return;
+    if (cross_between(third.line, fourth.line, first, second)) return;
     const Rung one = measure(first, third.line, fourth.line);
     if (one.share < kLeastShare) return;
     const Rung two = measure(second, third.line, fourth.line);

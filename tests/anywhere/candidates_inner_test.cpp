@@ -24,6 +24,17 @@ Quad turned_card(double degrees) {
   return {{at(-100, -50), at(100, -50), at(100, 50), at(-100, 50)}};
 }
 
+/** Edges one a pixel from a to b. */
+void add_run(std::vector<Edge>& places, Point a, Point b) {
+  const NormalLine line = line_through(a, b);
+  const auto direction = static_cast<std::uint8_t>(direction_of(line.normal.x, line.normal.y));
+  const double size = length(b - a);
+  for (double at = 0; at < size; at += 1.0) {
+    const Point p = a + (b - a) * (at / size);
+    places.push_back({static_cast<float>(p.x), static_cast<float>(p.y), 500, direction});
+  }
+}
+
 TEST(ReadingOrder, BeginsAtTheCornerThatLiesTopLeft) {
   for (const auto& [degrees, first] : {std::pair{0.0, 0},
                                        {30.0, 0},
@@ -223,6 +234,25 @@ TEST(LineCandidates, HaveNoMoreThanTwoSidesOnTheFrame) {
   EXPECT_EQ(three.candidates->count, 0);
   const Found found(lined());
   for (const Candidate& candidate : found.candidates->all()) EXPECT_LE(found.frame_sides(candidate), 2);
+}
+
+TEST(LineCandidates, NeverCrossThemselves) {
+  std::vector<Edge> places;
+  add_run(places, {50, 90}, {250, 110});  // two lines that cross at (150, 100), 11 degrees apart,
+  add_run(places, {50, 110}, {250, 90});
+  add_run(places, {50, 20}, {50, 180});  // between two that are parallel
+  add_run(places, {250, 20}, {250, 180});
+  const Lines lines = find_lines(support::edges_at(places, 100), 200, 300);
+  ASSERT_EQ(lines.edge_lines(), 4);
+  const auto candidates = std::make_unique<Candidates>();
+  ASSERT_TRUE(add_line_candidates(lines, 200, 300, *candidates));
+  for (const Candidate& candidate : candidates->all()) {
+    const Quad& q = candidate.quad;
+    for (std::size_t i = 0; i < 4; ++i)
+      EXPECT_GT(cross(q[i + 1] - q[i], q[i + 2] - q[i + 1]), 0.0)
+          << "(" << q[0].x << ", " << q[0].y << ") (" << q[1].x << ", " << q[1].y << ") (" << q[2].x << ", " << q[2].y
+          << ") (" << q[3].x << ", " << q[3].y << ")";
+  }
 }
 
 TEST(LineCandidates, AreNoneWithoutLines) {
