@@ -19,7 +19,8 @@ SampleLine outermost_line(const Evidence& evidence, const SampleLine& line, int 
 
 /**
  * The inner flank of a thin dark line of which `line` is the outer flank; else `line`. A white card on a white ground
- * is seen by its shadow alone, and it is the inner flank that lies on the card's edge.
+ * is seen by its shadow alone, and it is the inner flank that lies on the card's edge; of a dark rim of the card's own
+ * it is the outer one.
  */
 SampleLine inner_flank(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line);
 
