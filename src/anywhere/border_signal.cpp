@@ -12,10 +12,15 @@ using Planes = std::array<double, kPlanes>;
 constexpr double kNear = 1.5;
 
 /** A border is as wide as the scan is blurred; its middle is judged from so many samples to either side. */
-constexpr double kFlank = 2.5;
+constexpr double kFlank = 2.25;
 
 /** Where so many of the slopes along a line go one way, the others do not belong to it. */
 constexpr double kOneWay = 0.75;
+
+/** A bow is believed from so many pixels on, up to this part of half the side, where it leaves so much less misfit. */
+constexpr double kLeastBow = 0.25;
+constexpr double kMostBow = 0.02;
+constexpr double kBetter = 0.6;
 
 struct Range {
   int first;
@@ -72,13 +77,18 @@ Planes main_direction(const std::array<Planes, kPlanes>& products) {
   return direction;
 }
 
-/** Which way the signal goes along the line: 1, -1, or 0 where it goes the one way here and the other there. */
-int way_of(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
+/** The sample of a profile that a course runs through. */
+double sample_of(const SideProfiles& profiles, const BorderCourse& course, std::size_t place) {
+  return profiles.centre + course.at(profiles.along[place]) / profiles.step;
+}
+
+/** Which way the signal goes along the course: 1, -1, or 0 where it goes the one way here and the other there. */
+int way_of(const SideProfiles& profiles, const BorderSignal& signal, const BorderCourse& course) {
   double sum = 0.0;
   double size = 0.0;
   for (int place = 0; place < profiles.places; ++place) {
     const auto at = static_cast<std::size_t>(place);
-    const Range range = samples_near(profiles, at, sample_at(line, place, profiles.places), 0.75);
+    const Range range = samples_near(profiles, at, sample_of(profiles, course, at), 0.75);
     double most = 0.0;
     for (int i = range.first; i <= range.last; ++i) {
       const double slope = slope_at(signal.values[at], static_cast<std::size_t>(i));
@@ -98,7 +108,7 @@ double turned(double slope, int way) { return way == 0 ? std::abs(slope) : slope
 /** Flat in the middle, so that a border that falls between two samples is not drawn to one of them. */
 double flank_weight(double distance) {
   const double size = std::abs(distance);
-  return size <= 1.5 ? 1.0 : size >= kFlank ? 0.0 : (kFlank - size) / (kFlank - 1.5);
+  return size <= 1.25 ? 1.0 : size >= kFlank ? 0.0 : (kFlank - size) / (kFlank - 1.25);
 }
 
 /** The middle of a border near a sample: where the mean of the slopes around it, the near ones weighing more, lies. */
@@ -133,20 +143,14 @@ OffsetLine in_pixels(const SideProfiles& profiles, const SampleLine& line) {
   return {begin - slope * first, slope};
 }
 
-SampleLine in_samples(const SideProfiles& profiles, const OffsetLine& line) {
-  const double first = profiles.along[0];
-  const double last = profiles.along[static_cast<std::size_t>(profiles.places - 1)];
-  return {profiles.centre + line.at(first) / profiles.step, profiles.centre + line.at(last) / profiles.step, 0.0};
-}
-
-/** The middle of the border that each place shows near the line; returns how many show one. */
-std::size_t border_points(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line,
+/** The middle of the border that each place shows near the course; returns how many show one. */
+std::size_t border_points(const SideProfiles& profiles, const BorderSignal& signal, const BorderCourse& course,
                           std::array<OffsetPoint, kMostPlaces>& points) {
-  const int way = way_of(profiles, signal, line);
+  const int way = way_of(profiles, signal, course);
   std::size_t count = 0;
   for (int place = 0; place < profiles.places; ++place) {
     const auto at = static_cast<std::size_t>(place);
-    const Range range = samples_near(profiles, at, sample_at(line, place, profiles.places), kNear);
+    const Range range = samples_near(profiles, at, sample_of(profiles, course, at), kNear);
     int best = -1;
     double most = 0.0;
     for (int i = range.first; i <= range.last; ++i) {
@@ -162,6 +166,41 @@ std::size_t border_points(const SideProfiles& profiles, const BorderSignal& sign
     points[count++] = {profiles.along[at], (middle - profiles.centre) * profiles.step, square / (square + 9.0)};
   }
   return count;
+}
+
+/** The sum of the points' squared distances from a course, each no more than the square of `width`. */
+double misfit(std::span<const OffsetPoint> points, const BorderCourse& course, double width) {
+  double sum = 0.0;
+  for (const OffsetPoint& point : points) {
+    const double off = point.offset - course.at(point.along);
+    sum += point.weight * std::min(off * off, width * width);
+  }
+  return sum;
+}
+
+/** Bends a course to the points: by turns the bow to what the line leaves, and the line to what the bow leaves. */
+BorderCourse bend(std::span<const OffsetPoint> points, BorderCourse course, double width) {
+  std::array<OffsetPoint, kMostPlaces> straight;
+  constexpr int kRounds = 5;
+  for (int round = 0; round < kRounds; ++round) {
+    double products = 0.0;
+    double squares = 0.0;
+    for (const OffsetPoint& point : points) {
+      const double off = point.offset - course.at(point.along);
+      if (std::abs(off) > width) continue;
+      const double t = (point.along - course.middle) / course.half;
+      const double shape = t * t - 1.0 / 3.0;
+      products += point.weight * off * shape;
+      squares += point.weight * shape * shape;
+    }
+    if (!(squares > 0.0)) return course;
+    course.bow += products / squares;
+    if (std::abs(course.bow) < kLeastBow / 2) return course;
+    for (std::size_t i = 0; i < points.size(); ++i)
+      straight[i] = {points[i].along, points[i].offset - course.off_line(points[i].along), points[i].weight};
+    course.line = robust_line({straight.data(), points.size()}, course.line, width);
+  }
+  return course;
 }
 
 /** The slopes around a line at some place: at whole samples from the line, which runs between samples. */
@@ -228,18 +267,31 @@ void mix_planes(const SideProfiles& profiles, const Noise& noise, const SampleLi
   }
 }
 
-OffsetLine locate_border(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
+BorderCourse locate_border(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
   std::array<OffsetPoint, kMostPlaces> points;
-  const std::size_t count = border_points(profiles, signal, line, points);
-  const std::span<const OffsetPoint> all(points.data(), count);
-  const OffsetLine rough = robust_line(all, in_pixels(profiles, line), 2.5 * profiles.step);
-  return robust_line(all, rough, 1.25 * profiles.step);
+  BorderCourse straight;
+  straight.line = in_pixels(profiles, line);
+  const double first = profiles.along[0];
+  const double last = profiles.along[static_cast<std::size_t>(profiles.places - 1)];
+  straight.middle = (first + last) / 2;
+  straight.half = std::max((last - first) / 2, 1.0);
+  const double width = 1.25 * profiles.step;
+  std::size_t count = border_points(profiles, signal, straight, points);
+  const std::span<const OffsetPoint> near_line(points.data(), count);
+  straight.line = robust_line(near_line, straight.line, 2 * width);
+  straight.line = robust_line(near_line, straight.line, width);
+  const BorderCourse bowed = bend(near_line, straight, 1.5 * profiles.step);
+  if (std::abs(bowed.bow) < kLeastBow || std::abs(bowed.bow) > kMostBow * straight.half) return straight;
+  if (misfit(near_line, bowed, width) > kBetter * misfit(near_line, straight, width)) return straight;
+  // More of the border is seen near its true course.
+  count = border_points(profiles, signal, bowed, points);
+  return bend({points.data(), count}, bowed, width);
 }
 
-double share_on_line(const SideProfiles& profiles, const BorderSignal& signal, const OffsetLine& line) {
+double share_on_course(const SideProfiles& profiles, const BorderSignal& signal, const BorderCourse& course) {
   constexpr int kNeighbours = 2;
   constexpr double kLeastSlope = 2.0;
-  const int way = way_of(profiles, signal, in_samples(profiles, line));
+  const int way = way_of(profiles, signal, course);
   int shown = 0;
   for (int place = 0; place < profiles.places; ++place) {
     Slopes sums{};
@@ -249,7 +301,7 @@ double share_on_line(const SideProfiles& profiles, const BorderSignal& signal, c
     for (int neighbour = first; neighbour <= last; ++neighbour) {
       const auto at = static_cast<std::size_t>(neighbour);
       Slopes slopes;
-      const double sample = profiles.centre + line.at(profiles.along[at]) / profiles.step;
+      const double sample = sample_of(profiles, course, at);
       if (!slopes_around(profiles, signal, at, sample, slopes)) continue;
       for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += slopes[i];
       ++count;
@@ -259,11 +311,11 @@ double share_on_line(const SideProfiles& profiles, const BorderSignal& signal, c
   return profiles.places > 0 ? static_cast<double>(shown) / profiles.places : 0.0;
 }
 
-double contrast_at(const SideProfiles& profiles, const OffsetLine& line) {
+double contrast_at(const SideProfiles& profiles, const BorderCourse& course) {
   std::array<double, kMostPlaces> contrasts{};
   std::size_t count = 0;
   for (std::size_t place = 0; place < static_cast<std::size_t>(profiles.places); ++place) {
-    const double sample = profiles.centre + line.at(profiles.along[place]) / profiles.step;
+    const double sample = sample_of(profiles, course, place);
     // Near the frame of the scan there may be no more than the flank itself.
     const int inside = std::max(static_cast<int>(std::floor(sample - 2.0)), profiles.first[place] + 1);
     const int outside = std::min(static_cast<int>(round_up(sample + 2.0)), profiles.last[place] - 1);

@@ -22,14 +22,29 @@ struct BorderSignal {
 /** Mixes the planes as the slopes along a line do; their noise comes to 1 again. */
 void mix_planes(const SideProfiles& profiles, const Noise& noise, const SampleLine& line, BorderSignal& signal);
 
-/** The border along a line, to a fraction of a sample, in pixels from the side, outward. */
-OffsetLine locate_border(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line);
+/** Where a border runs, in pixels from the side, outward: along a line, or bowed as the sides of curled cards are. */
+struct BorderCourse {
+  OffsetLine line; /**< the straight line nearest to it */
+  double bow = 0.0;
+  double middle = 0.0; /**< along, of the profiles */
+  double half = 1.0;
 
-/** The share of the places whose steepest slope near a line, in pixels from the side, lies on it. */
-double share_on_line(const SideProfiles& profiles, const BorderSignal& signal, const OffsetLine& line);
+  /** How far the course lies off its line. */
+  double off_line(double along) const {
+    const double t = (along - middle) / half;
+    return bow * (t * t - 1.0 / 3.0);
+  }
+  double at(double along) const { return line.at(along) + off_line(along); }
+};
+
+/** The border along a line, to a fraction of a sample. */
+BorderCourse locate_border(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line);
+
+/** The share of the places whose steepest slope near a course lies on it. */
+double share_on_course(const SideProfiles& profiles, const BorderSignal& signal, const BorderCourse& course);
 
 /** The median difference between inside and outside. */
-double contrast_at(const SideProfiles& profiles, const OffsetLine& line);
+double contrast_at(const SideProfiles& profiles, const BorderCourse& course);
 
 }  // namespace vantrel::anywhere
 

@@ -29,6 +29,12 @@ constexpr double kLeastLength = 12.0;
 /** A side is on the frame where both of its ends are so near to it, in pixels. */
 constexpr double kOnFrame = 1.0;
 
+/** What is seen at fewer places than this is no flank of a shadow. */
+constexpr double kLeastFlank = 0.5;
+
+/** A bow is followed so far from the middle, in halves of what was seen of the side. */
+constexpr double kFarthestEnd = 1.2;
+
 /** A side where it was found to lie. */
 struct RefinedSide {
   NormalLine line;
@@ -61,6 +67,21 @@ Noise settled_noise(Work& work) {
   return work.noise;
 }
 
+/** The line between the ends of a side that runs along a course: where a bowed side meets its neighbours. */
+OffsetLine between_ends(const BorderCourse& course, const SideLine& side) {
+  // Where less of the side is on the scan the bow is not known as far as its ends.
+  const double most = kFarthestEnd * course.half;
+  const double from = std::max(side.from, course.middle - most);
+  const double to = std::min(side.to, course.middle + most);
+  const double slope = (course.off_line(to) - course.off_line(from)) / (to - from);
+  return {course.line.base + course.off_line(from) - slope * from, course.line.slope + slope};
+}
+
+void move_side(SideLine& side, const OffsetLine& by) {
+  side.base += side.outward * by.base;
+  side.slope += side.outward * by.slope;
+}
+
 /** Looks for a border within `reach` pixels of a side; moves it there and says what speaks for it. */
 bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, RefinedSide& refined) {
   SideProfiles& profiles = work.profiles;
@@ -73,12 +94,15 @@ bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, Ref
   if (!(found.evidence > 0.0)) return false;
   found = outermost_line(work.evidence, found, profiles.centre, samples);
   mix_planes(profiles, noise, found, work.signal);
-  found = inner_flank(profiles, work.signal, found);
-  const OffsetLine line = locate_border(profiles, work.signal, found);
-  refined.share = share_on_line(profiles, work.signal, line);
-  refined.contrast = contrast_at(profiles, line);
-  side.base += side.outward * line.base;
-  side.slope += side.outward * line.slope;
+  const SampleLine flank = inner_flank(profiles, work.signal, found);
+  BorderCourse course = locate_border(profiles, work.signal, flank);
+  refined.share = share_on_course(profiles, work.signal, course);
+  if (flank.begin != found.begin && refined.share < kLeastFlank) {
+    course = locate_border(profiles, work.signal, found);
+    refined.share = share_on_course(profiles, work.signal, course);
+  }
+  refined.contrast = contrast_at(profiles, course);
+  move_side(side, reach > kLastReach ? course.line : between_ends(course, side));
   return true;
 }
 

@@ -26,8 +26,9 @@ struct Refined {
  * @param start in the coordinates of the scan, good to about `reach` pixels.
  * @param reach how far from its side a border is looked for, in pixels of the scan.
  *
- * Corners are where the straight lines through the middle parts of the sides meet, also where they are round. Of a thin
- * dark line around a card, its shadow, the inner flank is the card's edge.
+ * Corners are where the straight sides would meet, also where they are round; sides bowed as those of a curled card are
+ * followed to their ends, and the lines between these meet. Of a thin dark line around a card the inner flank is the
+ * card's edge where the line is a shadow, and the outer one where it is the card's own dark rim.
  *
  * A side without a border stays where it is, with a share of 0. A side on the frame of the scan, or beyond it, stays.
  */

@@ -6,8 +6,8 @@
 namespace vantrel::anywhere {
 namespace {
 
-/** Corners may be round: a ninth of a side is left out at either end. */
-constexpr double kLeftOut = 1.0 / 9.0;
+/** Corners may be round: a fifteenth of a side is left out at either end. */
+constexpr double kLeftOut = 1.0 / 15.0;
 
 /** A profile is the mean of at most so many neighbouring lines of pixels, which tells more than one. */
 constexpr int kMostTaps = 8;

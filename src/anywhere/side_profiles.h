@@ -55,7 +55,7 @@ struct SideProfiles {
   int count_with(int least) const;
 };
 
-/** Samples at least `reach` pixels of across to either side of a side's middle seven ninths. */
+/** Samples at least `reach` pixels of across to either side of all of a side but its ends. */
 void sample_side(const Scan& scan, const SideLine& side, double reach, SideProfiles& profiles);
 
 }  // namespace vantrel::anywhere
