@@ -87,6 +87,23 @@ TEST(Refine, TakesTheInnerFlankOfAShadowForTheEdge) {
   expect_found(card, 0.8);
 }
 
+TEST(Refine, FollowsABowedSideToItsEnds) {
+  constexpr int kWidth = 600, kHeight = 440;
+  const Quad truth{{Point{100, 100}, Point{500, 100}, Point{500, 340}, Point{100, 340}}};
+  std::vector<unsigned char> gray(std::size_t{kWidth} * kHeight, 60);
+  for (int y = 0; y < 340; ++y) {
+    for (int x = 100; x < 500; ++x) {
+      const double t = (x + 0.5 - 100) / 400;
+      const double top = 100 - 3.0 * 4 * t * (1 - t);  // bows out by three pixels
+      const double part = std::clamp(y + 1 - top, 0.0, 1.0);
+      gray[static_cast<std::size_t>(y * kWidth + x)] = static_cast<unsigned char>(60 + 150 * part + 0.5);
+    }
+  }
+  const Refined refined = refine({{gray.data(), kHeight, kWidth, kWidth}, Layout::kGray}, beside(truth), kReach);
+  EXPECT_LT(worst_corner(refined.quad, truth), 0.3);
+  for (const double share : refined.shares) EXPECT_GE(share, 0.8);
+}
+
 TEST(Refine, TellsWhatTheSidesDifferBy) {
   SlantedCard card;
   for (const double contrast : refine_near(card).contrasts) EXPECT_NEAR(contrast, 175.0, 1.0);
