@@ -3,25 +3,28 @@
 import numpy as np
 
 from evaluation.fitting.additive import Lists
-from evaluation.fitting.tables import RIGHT, WRONG
 
+RIGHT = 0.9  # a quadrilateral with a greater Jaccard index has found its card
 MOST_WRONG = 120  # wrong candidates in a group; more teach nothing new
 EMPTY_WEIGHT = 1.0
 
 
-def compete(table, seed=1, most_wrong=MOST_WRONG, right=RIGHT):
-    """The rows that compete, as indices into the table, and their groups."""
+def compete(table, right, wrong, seed=1, most_wrong=MOST_WRONG):
+    """The rows that compete, as indices into the table, and their groups.
+
+    A row is right with a Jaccard index above `right` and wrong below `wrong`; what lies between is not taught.
+    """
     random = np.random.default_rng(seed)
     starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
     index, group, is_right, weight = [], [], [], []
     for scan, cards in enumerate(table.cards):
         rows = np.arange(starts[scan], starts[scan + 1])
-        wrong = rows[table.jaccard[rows] < WRONG]
+        bad_rows = rows[table.jaccard[rows] < wrong]
         for card in range(max(cards, 1)):
             good = rows[(table.jaccard[rows] > right) & (table.card[rows] == card)]
             if cards and not len(good):
                 continue  # a card without a right candidate teaches nothing here
-            bad = wrong if len(wrong) <= most_wrong else random.choice(wrong, most_wrong, replace=False)
+            bad = bad_rows if len(bad_rows) <= most_wrong else random.choice(bad_rows, most_wrong, replace=False)
             taken = np.concatenate([good, bad])
             if not len(taken):
                 continue
@@ -44,7 +47,7 @@ def shares_right(table, score, ranks=(1, 5, 24)):
         for card in range(cards):
             good = (table.jaccard[order] > RIGHT) & (table.card[order] == card)
             # Other cards of the scan are no rivals.
-            rivals = good | (table.jaccard[order] < WRONG)
+            rivals = good | (table.jaccard[order] <= RIGHT)
             places = np.flatnonzero(good[rivals])
             found.setdefault(table.sets[scan], []).append(places[0] if len(places) else 10**6)
     report = {}

@@ -5,8 +5,6 @@ from dataclasses import dataclass
 import numpy as np
 
 HEAD = 12  # seed, true card, Jaccard index, distance, four corners
-RIGHT = 0.9  # a candidate with a greater Jaccard index is right
-WRONG = 0.75  # and one below this wrong; between them lies what is neither taught nor counted
 
 
 @dataclass
