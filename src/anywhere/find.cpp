@@ -11,7 +11,7 @@ namespace vantrel::anywhere {
 namespace {
 
 /** What is less likely than this is not told of. */
-constexpr double kLeastConfidence = 0.05;
+constexpr double kLeastConfidence = 0.1;
 /** A further card is as likely as this. */
 constexpr double kLeastFurther = 0.4;
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "anywhere/copy.h"
+#include "anywhere/stripes.h"
 #include "support/random.h"
 
 namespace {
@@ -192,6 +193,7 @@ class PlainCopy {
       }
     }
     for (std::size_t plane = 0; plane < 3; ++plane) {
+      even_out(plane);
       smooth(plane, 0, 1);
       smooth(plane, 1, 0);
     }
@@ -203,6 +205,14 @@ class PlainCopy {
     row = std::clamp(row, 0, rows_ - 1);
     col = std::clamp(col, 0, cols_ - 1);
     return planes_[plane][static_cast<std::size_t>(row * cols_ + col)];
+  }
+  // Random pixels have stripes too: the step between the means and the smoothing, which has tests of its own.
+  void even_out(std::size_t plane) {
+    std::vector<std::int16_t> values(planes_[plane].begin(), planes_[plane].end());
+    std::vector<std::int16_t> offsets(static_cast<std::size_t>(std::max(rows_, cols_)));
+    remove_stripes({values.data(), rows_, cols_, cols_, 1}, {offsets.data(), static_cast<std::size_t>(rows_)});
+    remove_stripes({values.data(), cols_, rows_, 1, cols_}, {offsets.data(), static_cast<std::size_t>(cols_)});
+    planes_[plane].assign(values.begin(), values.end());
   }
   void smooth(std::size_t plane, int down, int right) {
     std::vector<int> result;
