@@ -197,7 +197,7 @@ CardSearch search_cards(const Bitmap& scan, const CardRequest& request) {
                     scan.width(),
                     scan.height(),
                     request.scale};
-  if (!request.method || request.method == VANTREL_METHOD_DARK_GLASS) {
+  if (vantrel_cards_reason(cards.get(), VANTREL_METHOD_DARK_GLASS) != VANTREL_REASON_NOT_TRIED) {
     search.glass = corner_search_of(cards, scan, request.scale);
   }
   for (std::size_t i = 0; i < vantrel_cards_count(cards.get()); ++i) {

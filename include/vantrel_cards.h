@@ -299,9 +299,12 @@ typedef struct vantrel_cards vantrel_cards;
  * @param cards   receives a handle, to be released with vantrel_cards_release; null unless VANTREL_OK is returned.
  * @return VANTREL_OK also when there is no card: vantrel_cards_reason tells why.
  *
- * Unless the options name methods, the surest answer is taken: the card on dark glass if all its four sides were seen;
- * else what is found anywhere, if one of its cards has a confidence of 0.5 or more; else what dark glass, flat light,
- * the sheet or anywhere finds, in this order.
+ * Unless the options name methods, the surest answer is taken: what is found anywhere, if one of its cards has a
+ * confidence of 0.9 or more; else the card on dark glass, if all its four sides were seen; else what is found anywhere,
+ * if one of its cards has 0.5 or more; else what dark glass, flat light, the sheet or anywhere finds, in this order.
+ *
+ * Looking anywhere takes 35 to 90 ms a scan, dark glass alone about 7 ms: a caller whose scans are all of one kind
+ * names the method for them.
  *
  * Dark glass: a Hough transform (R. O. Duda and P. E. Hart, CACM 15, 1972) over Sobel edges. Flat light: a Hough
  * transform and the corner measure of C. Harris and M. Stephens (1988). Sheet: P. D. Wellner's running threshold

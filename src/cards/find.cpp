@@ -35,38 +35,47 @@ vantrel_status find_in_turn(std::span<const vantrel_method> methods, const vantr
   return VANTREL_OK;
 }
 
-/** From this confidence on a card found anywhere is preferred to what the other methods make of a scan. */
+/** From this confidence on a card found anywhere is preferred to all that the other methods make of a scan. */
+constexpr double kSurest = 0.9;
+
+/** From this confidence on it is preferred to what they see only in part. */
 constexpr double kSure = 0.5;
 
-bool has_sure_card(const vantrel_cards& found) {
-  const auto end = found.cards.begin() + static_cast<std::ptrdiff_t>(found.count);
-  return std::any_of(found.cards.begin(), end, [](const vantrel_card& card) { return card.confidence >= kSure; });
+double greatest_confidence(const vantrel_cards& found) {
+  double greatest = 0.0;
+  for (std::size_t i = 0; i < found.count; ++i) greatest = std::max(greatest, found.cards[i].confidence);
+  return greatest;
+}
+
+/** Takes back the cards that were left out, over the first of which another method may have written. */
+void take_back(vantrel_cards& found, const vantrel_card& first, std::size_t count) {
+  found.cards[0] = first;
+  found.count = count;
 }
 
 /**
- * A card all of whose sides were seen on dark glass, else what is found anywhere for sure, else what the methods make
- * of the scan in turn: those that expect one scene find cards that are hardly to be seen, and also some that are none.
+ * What is found anywhere for sure, which places borders most exactly; else a card all of whose sides were seen on dark
+ * glass, else what is likely to lie anywhere, else what the methods make of the scan in turn: those that expect one
+ * scene find cards that are hardly to be seen, and also some that are none.
  */
 vantrel_status find_surest(const vantrel_image& scan, const Request& request, vantrel_cards& found) {
-  vantrel_status status = find_on_dark_glass(scan, request, found);
+  vantrel_status status = find_anywhere(scan, request, found);
+  const double confidence = greatest_confidence(found);
+  if (status != VANTREL_OK || confidence >= kSurest) return status;
+
+  // A card on dark glass is written over the first one, those of the other methods are the last to be written.
+  const vantrel_card first = found.cards[0];
+  const std::size_t anywhere = std::exchange(found.count, 0);
+  status = find_on_dark_glass(scan, request, found);
   if (status != VANTREL_OK) return status;
   const bool on_glass = found.count > 0;
-  const vantrel_card glass = found.cards[0];
-  if (on_glass && count_found(glass.sides) == 4) return VANTREL_OK;
+  if (on_glass && count_found(found.cards[0].sides) == 4) return VANTREL_OK;
+  if (confidence >= kSure) take_back(found, first, anywhere);
+  if (found.count > 0) return VANTREL_OK;
 
-  found.count = 0;
-  status = find_anywhere(scan, request, found);
-  if (status != VANTREL_OK || has_sure_card(found)) return status;
-  if (on_glass) {
-    found.count = 0;
-    add_card(found, glass);
-    return VANTREL_OK;
-  }
-  // Its guesses stay where they are until another method writes over them.
-  const std::size_t guesses = std::exchange(found.count, 0);
   constexpr std::array kOthers = {VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
   status = find_in_turn(kOthers, scan, request, found);
-  if (found.count == 0) found.count = guesses;
+  if (found.count == 0) found.count = anywhere;
   return status;
 }
 

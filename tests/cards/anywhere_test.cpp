@@ -173,28 +173,102 @@ TEST(Anywhere, TellsOfAlternativesWhereThereAreSome) {
 
 TEST(Anywhere, AloneHasAlternatives) {
   const Memory memory = pictures::card_on_glass();
-  const Cards cards(memory.image());
+  const Only glass(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &glass);
   ASSERT_EQ(cards.count(), 1u);
-  EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
   vantrel_card other = VANTREL_CARD_INIT;
   EXPECT_EQ(vantrel_cards_alternative(cards.get(), 0, 0, &other), VANTREL_ERROR_ABSENT);
 }
 
-TEST(Surest, IsACardAllOfWhoseSidesWereSeenOnDarkGlass) {
+TEST(Surest, IsWhatLiesAnywhereBeforeACardOnDarkGlass) {
   const Memory memory = pictures::card_on_glass();
   const Cards cards(memory.image());
   ASSERT_EQ(cards.count(), 1u);
-  EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
-  EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NOT_TRIED);
 }
 
-TEST(Surest, IsWhatLiesAnywhereBeforeWhatIsSeenInPart) {
+TEST(Surest, LooksNoFurtherThanAnywhereForACardThatIsPlainToSee) {
   const Memory memory = cards_on(128, {kTilted});
   const Cards cards(memory.image());
   ASSERT_EQ(cards.count(), 1u);
   EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
   expect_card(cards[0], kTilted);
-  EXPECT_NE(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NOT_TRIED);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NOT_TRIED);
+}
+
+/** A gray scan of a card on dark glass, as `is_card` says where it lies, with noise of up to so many levels. */
+template <class IsCard>
+Memory card_on_dark_glass(IsCard is_card, int noise = 0) {
+  Memory memory(400, 300, VANTREL_FORMAT_GRAY);
+  unsigned seed = 1;
+  return memory.draw([&](int x, int y) {
+    seed = seed * 1664525 + 1013904223;
+    const int level = (is_card(x, y) ? 190 : 35) + static_cast<int>(seed >> 16) % (2 * noise + 1) - noise;
+    const auto pixel = std::clamp(level, 0, 255);
+    return Colour{pixel, pixel, pixel, 9};
+  });
+}
+
+/** Whether a pixel lies on a card of 340 x 260 pixels in the middle of 400 x 300, so far from its border or farther. */
+bool is_inside(int x, int y, int margin) {
+  return x >= 30 + margin && x < 370 - margin && y >= 20 + margin && y < 280 - margin;
+}
+
+/** A card whose corners were cut off: its four sides are seen, its corners are not. */
+bool is_card_without_corners(int x, int y) {
+  return is_inside(x, y, 0) && (is_inside(x, 150, 40) || is_inside(200, y, 40));
+}
+
+double greatest_confidence(const Cards& cards) {
+  double greatest = 0;
+  for (std::size_t i = 0; i < cards.count(); ++i) greatest = std::max(greatest, cards[i].confidence);
+  return greatest;
+}
+
+bool has_all_sides(const Cards& cards) {
+  if (cards.count() == 0) return false;
+  const vantrel_card card = cards[0];
+  return std::all_of(std::begin(card.sides), std::end(card.sides), [](const vantrel_side& s) { return s.found == 1; });
+}
+
+/** Which of the two the rule at vantrel_find prefers, from what each of them answers alone. */
+vantrel_method preferred(const Cards& anywhere, const Cards& glass) {
+  const double confidence = greatest_confidence(anywhere);
+  if (confidence >= 0.9) return VANTREL_METHOD_ANYWHERE;
+  if (has_all_sides(glass)) return VANTREL_METHOD_DARK_GLASS;
+  return confidence >= 0.5 ? VANTREL_METHOD_ANYWHERE : VANTREL_METHOD_DARK_GLASS;
+}
+
+void expect_preferred(const Memory& memory) {
+  const Only everywhere(VANTREL_METHOD_ANYWHERE);
+  const Only on_glass(VANTREL_METHOD_DARK_GLASS);
+  const Cards anywhere(memory.image(), &everywhere);
+  const Cards glass(memory.image(), &on_glass);
+  const Cards surest(memory.image());
+  const vantrel_method method = preferred(anywhere, glass);
+  const Cards& expected = method == VANTREL_METHOD_ANYWHERE ? anywhere : glass;
+  ASSERT_GT(surest.count(), 0u);
+  ASSERT_EQ(surest.count(), expected.count());
+  EXPECT_EQ(surest[0].method, method);
+  EXPECT_EQ(pictures::coordinates(surest[0].corners), pictures::coordinates(expected[0].corners));
+  EXPECT_EQ(surest[0].confidence, expected[0].confidence);
+}
+
+TEST(Surest, IsDarkGlassWhereAllSidesAreSeenAndAnywhereIsLessSure) {
+  expect_preferred(card_on_dark_glass(is_card_without_corners));
+  for (const int noise : {20, 40, 60}) {
+    SCOPED_TRACE(noise);
+    expect_preferred(card_on_dark_glass([](int x, int y) { return is_inside(x, y, 0); }, noise));
+  }
+}
+
+TEST(Surest, IsWhatDarkGlassSeesInPartWhereNothingElseIsLikely) {
+  const Memory memory = card_on_dark_glass([](int x, int y) { return is_inside(x, y, 0) && !is_inside(x, y, 2); });
+  expect_preferred(memory);
+  const Cards cards(memory.image());
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NOT_TRIED);
 }
 

@@ -70,8 +70,13 @@ TEST(CardsFind, NeedsSomewhereToPutTheHandle) {
 }
 
 TEST(CardsFind, StopsAtTheFirstMethodThatFindsACard) {
+  const vantrel_method methods[] = {VANTREL_METHOD_DARK_GLASS, VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET,
+                                    VANTREL_METHOD_ANYWHERE};
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  options.methods = methods;
+  options.method_count = 4;
   const Memory memory = card_on_glass();
-  const Cards cards(memory.image());
+  const Cards cards(memory.image(), &options);
   EXPECT_EQ(cards.count(), 1u);
   EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_FOUND);
@@ -149,7 +154,8 @@ TEST(CardsHandle, IsToldFromOtherMemory) {
 
 TEST(CardsHandle, TellsOfNoCardThatThereIsNot) {
   const Memory memory = card_on_glass();
-  const Cards cards(memory.image());
+  const Only glass(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &glass);
   vantrel_card card = VANTREL_CARD_INIT;
   EXPECT_EQ(vantrel_cards_get(cards.get(), 0, nullptr), VANTREL_ERROR_NULL);
   EXPECT_EQ(vantrel_cards_get(cards.get(), 1, &card), VANTREL_ERROR_ABSENT);
@@ -162,7 +168,8 @@ TEST(CardsHandle, TellsOfNoCardThatThereIsNot) {
 
 TEST(CardsHandle, FillsRecordsOfThisSizeOrLarger) {
   const Memory memory = card_on_glass();
-  const Cards cards(memory.image());
+  const Only glass(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &glass);
   for (const std::size_t more : {0u, 8u, 1000u}) {
     vantrel_card card = VANTREL_CARD_INIT;
     card.size += more;

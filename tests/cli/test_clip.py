@@ -8,6 +8,8 @@ import library
 import scans
 from geometry import block_centre, corners_of, lengths
 
+ON_GLASS = ("--method", "dark-glass")
+
 # The card at its own size.
 
 
@@ -65,12 +67,12 @@ def test_size_scan_is_what_the_library_returns(tool, drawn, tmp_path, gray):
     pixels = scans.gray_of(drawn[0]) if gray else drawn[0]
     status, expected = library.call("clip", pixels)
     assert status == 1
-    tool("clip", scans.save(pixels, tmp_path / "s.png"), "-o", tmp_path / "c.png", "--size", "scan", ok=True)
+    tool("clip", *ON_GLASS, scans.save(pixels, tmp_path / "s.png"), "-o", tmp_path / "c.png", "--size", "scan", ok=True)
     assert np.array_equal(scans.load(tmp_path / "c.png"), expected)
 
 
 def test_size_scan_keeps_the_frame(tool, drawn, tmp_path):
-    tool("clip", drawn[2], "-o", tmp_path / "c.png", "--size", "scan", ok=True)
+    tool("clip", *ON_GLASS, drawn[2], "-o", tmp_path / "c.png", "--size", "scan", ok=True)
     card = scans.load(tmp_path / "c.png")
     assert card.shape == drawn[0].shape
     assert (card[:2] == 255).all() and (card[:, -2:] == 255).all()
@@ -91,17 +93,17 @@ def test_scan_without_any_side_is_refused(tool, tmp_path, size):
     pixels = scans.blank_scan(400, 300, 40)
     pixels[20:24, 20:24] = pixels[270:274, 350:354] = 220
     path = scans.save(pixels, tmp_path / "specks.png")
-    report = tool("clip", path, "--method", "dark-glass", "--detect-only", "--json").json[0]
+    report = tool("clip", path, *ON_GLASS, "--detect-only", "--json").json[0]
     assert (report["verdict"], report["result"], report["sides_found"]) == ("corners-found", 1, 0)
     assert report["outcome"] == "nothing-found"
-    tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass", "--size", size).fails_with(path, "no side of a card was found")
+    tool("clip", path, "-o", tmp_path / "c.png", *ON_GLASS, "--size", size).fails_with(path, "no side of a card was found")
     assert not (tmp_path / "c.png").exists()
 
 
 def test_small_card_is_refused_on_dark_glass(tool, tmp_path):
     pixels, _ = scans.draw_scan(700, 440, 0, fill=0.3)
     path = scans.save(pixels, tmp_path / "small.png")
-    result = tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass")
+    result = tool("clip", path, "-o", tmp_path / "c.png", *ON_GLASS)
     assert result.code == 1 and not (tmp_path / "c.png").exists()
 
 
@@ -123,10 +125,9 @@ def test_keep_unclipped_leaves_a_found_card_alone(tool, scan, tmp_path):
 def test_bilevel_scan_has_nothing_to_correct_on_dark_glass(tool, drawn, tmp_path):
     bilevel = Image.fromarray(scans.gray_of(drawn[0]) > 120)
     bilevel.save(tmp_path / "b.png", dpi=(300, 300))
-    glass = ("--method", "dark-glass")
-    tool("clip", tmp_path / "b.png", "-o", tmp_path / "c.png", *glass).fails_with("b.png", "bilevel")
+    tool("clip", tmp_path / "b.png", "-o", tmp_path / "c.png", *ON_GLASS).fails_with("b.png", "bilevel")
     assert not (tmp_path / "c.png").exists()
-    arguments = ("-o", tmp_path / "c.tif", "--keep-unclipped", "--json", *glass)
+    arguments = ("-o", tmp_path / "c.tif", "--keep-unclipped", "--json", *ON_GLASS)
     report = tool("clip", tmp_path / "b.png", *arguments, ok=True).json[0]
     assert report["result"] == 0 and report["outputs"][0]["depth"] == 1
     with Image.open(tmp_path / "c.tif") as kept:
@@ -145,10 +146,10 @@ def half_degree(tmp_path):
 
 
 def test_copy_is_searched_where_the_scan_shows_less(tool, half_degree):
-    itself = tool("clip", half_degree[1], "--method", "dark-glass", "--detect-only", "--scale", 1, "--json").json[0]
+    itself = tool("clip", half_degree[1], *ON_GLASS, "--detect-only", "--scale", 1, "--json").json[0]
     assert (itself["scale"], itself["searched"], itself["sides_found"]) == (1, {"width": 1203, "height": 751}, 0)
-    copy = tool("clip", half_degree[1], "--detect-only", "--scale", 2, "--json", ok=True).json[0]
-    own = tool("clip", half_degree[1], "--detect-only", "--json", ok=True).json[0]
+    copy = tool("clip", *ON_GLASS, half_degree[1], "--detect-only", "--scale", 2, "--json", ok=True).json[0]
+    own = tool("clip", *ON_GLASS, half_degree[1], "--detect-only", "--json", ok=True).json[0]
     assert (own["scale"], own["searched"], own["sides_found"]) == (2, {"width": 601, "height": 375}, 4)
     for member in ("sides", "corners", "box", "tilt"):
         assert own[member] == copy[member]
@@ -156,10 +157,10 @@ def test_copy_is_searched_where_the_scan_shows_less(tool, half_degree):
 
 def test_card_found_on_a_copy_is_cut_from_the_scan(tool, half_degree, tmp_path):
     pixels, path = half_degree
-    tool("clip", path, "-o", tmp_path / "own.png", ok=True)
-    tool("clip", path, "-o", tmp_path / "copy.png", "--scale", 2, ok=True)
+    tool("clip", *ON_GLASS, path, "-o", tmp_path / "own.png", ok=True)
+    tool("clip", *ON_GLASS, path, "-o", tmp_path / "copy.png", "--scale", 2, ok=True)
     assert (tmp_path / "own.png").read_bytes() == (tmp_path / "copy.png").read_bytes()
-    tool("clip", path, "-o", tmp_path / "frame.png", "--size", "scan", ok=True)
+    tool("clip", *ON_GLASS, path, "-o", tmp_path / "frame.png", "--size", "scan", ok=True)
     status, expected = library.call("clip", scans.reduced(pixels, 2), pixels, 2)
     assert status == 1 and np.array_equal(scans.load(tmp_path / "frame.png"), expected)
 
@@ -168,7 +169,7 @@ def test_card_found_on_a_copy_is_cut_from_the_scan(tool, half_degree, tmp_path):
 def test_scale_is_all_the_reduction_there_is(tool, tmp_path, dpi):
     pixels, _ = scans.draw_scan(1803, 1121, 2, seed=4)
     path = scans.save(pixels, tmp_path / "s.png", dpi=dpi)
-    report = tool("clip", path, "--detect-only", "--scale", 2, "--json").json[0]
+    report = tool("clip", *ON_GLASS, path, "--detect-only", "--scale", 2, "--json").json[0]
     assert (report["scale"], report["searched"]) == (2, {"width": 901, "height": 560})
 
 
@@ -192,8 +193,8 @@ def test_reduced_copy_is_the_mean_of_blocks(tool, tmp_path):
     pixels, _ = scans.draw_scan(1803, 1121, 2, seed=4)
     path = scans.save(pixels, tmp_path / "s.png")
     reduced = scans.save(scans.reduced(pixels, 3), tmp_path / "r.png", dpi=100)
-    own = tool("clip", path, "-o", tmp_path / "a.png", "--scale", 3, "--json", ok=True).json[0]
-    given = tool("clip", path, "-o", tmp_path / "b.png", "--scale", 3, "--analyse", reduced, "--json", ok=True).json[0]
+    own = tool("clip", *ON_GLASS, path, "-o", tmp_path / "a.png", "--scale", 3, "--json", ok=True).json[0]
+    given = tool("clip", *ON_GLASS, path, "-o", tmp_path / "b.png", "--scale", 3, "--analyse", reduced, "--json", ok=True).json[0]
     assert own["sides"] == given["sides"] and own["corners"] == given["corners"]
     assert (tmp_path / "a.png").read_bytes() == (tmp_path / "b.png").read_bytes()
     assert given["searched"] == {"width": 601, "height": 373}
@@ -208,7 +209,7 @@ def test_analyse_with_size_scan_is_what_the_library_returns(tool, tmp_path, gray
     status, expected = library.call("clip", reduced, pixels, 2)
     assert status == 1
     path, small = scans.save(pixels, tmp_path / "s.png"), scans.save(reduced, tmp_path / "r.png")
-    tool("clip", path, "-o", tmp_path / "c.png", "--scale", 2, "--analyse", small, "--size", "scan", ok=True)
+    tool("clip", *ON_GLASS, path, "-o", tmp_path / "c.png", "--scale", 2, "--analyse", small, "--size", "scan", ok=True)
     assert np.array_equal(scans.load(tmp_path / "c.png"), expected)
 
 
@@ -251,7 +252,7 @@ def test_detect_only_writes_nothing(tool, scan, tmp_path):
 
 def test_json_tells_all_that_was_found(tool, drawn, scan, tmp_path):
     _, truth, _ = drawn
-    report = tool("clip", scan, "-o", tmp_path / "c.png", "--json", "--overlay", tmp_path / "v.png", ok=True).json[0]
+    report = tool("clip", *ON_GLASS, scan, "-o", tmp_path / "c.png", "--json", "--overlay", tmp_path / "v.png", ok=True).json[0]
     assert (report["file"], report["page"], report["pages"]) == (str(scan), 1, 1)
     assert (report["outcome"], report["error"], report["result"], report["verdict"]) == ("done", None, 1, "corners-found")
     assert report["scan"] == {"width": 700, "height": 440, "depth": 24, "dpi": [300, 300]}
@@ -278,9 +279,9 @@ def test_sides_that_are_not_found_are_told(tool, tmp_path):
     pixels, _ = scans.draw_scan(800, 440, 0)
     cropped = pixels[:, 100:]
     path = scans.save(cropped, tmp_path / "s.png")
-    result = tool("clip", path, "-o", tmp_path / "c.png", "--method", "dark-glass", ok=True)
+    result = tool("clip", path, "-o", tmp_path / "c.png", *ON_GLASS, ok=True)
     assert "3 of 4 sides found (left: the frame of the scan)" in result.text
-    report = tool("clip", path, "--method", "dark-glass", "--detect-only", "--json", ok=True).json[0]
+    report = tool("clip", path, *ON_GLASS, "--detect-only", "--json", ok=True).json[0]
     assert [name for name, side in report["sides"].items() if not side["found"]] == ["left"]
     assert report["corners"]["top_left"][0] == 0.5
 
@@ -304,7 +305,7 @@ def test_overlay_shows_lines_corners_and_bands(tool, tmp_path):
     pixels, _ = scans.draw_scan(800, 440, 0)
     path = scans.save(pixels[:, 100:], tmp_path / "s.png")
     overlay = tmp_path / "v.png"
-    arguments = ("--method", "dark-glass", "--detect-only", "--overlay", overlay, "--json")
+    arguments = (*ON_GLASS, "--detect-only", "--overlay", overlay, "--json")
     report = tool("clip", path, *arguments, ok=True).json[0]
     picture = scans.load(overlay)
     assert picture.shape == (440, 700, 3)

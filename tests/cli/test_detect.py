@@ -13,7 +13,7 @@ pytestmark = pytest.mark.usefixtures("leftovers")
 def test_detect_runs_every_detector(tool, scan, drawn, tmp_path):
     result = tool("detect", scan, "--overlay", tmp_path / "v.png", ok=True)
     report = result.json[0]
-    clip = tool("clip", scan, "--detect-only", "--json", ok=True).json[0]
+    clip = tool("clip", scan, "--method", "dark-glass", "--detect-only", "--json", ok=True).json[0]
     for name in ("result", "verdict", "sides", "corners", "box", "tilt"):
         assert report["corner_finder"][name] == clip[name]
     cut = tool("cut", scan, "--detect-only", "--json").json[0]
