@@ -132,7 +132,7 @@ SidePlaces side_places(const Outline& outline, Point from, Point to) {
   const int first = static_cast<int>(std::floor(std::clamp(start + ends + 0.5, least, most)));
   const int last = static_cast<int>(std::floor(std::clamp(stop - ends + 0.5, least, most)));
   if (last <= first) return side;
-  side.count = std::min(last - first, kMostPlaces);
+  side.count = std::min(last - first, kMostOutlinePlaces);
   for (int i = 0; i < side.count; ++i) {
     const int along = first + (last - first) * i / side.count;
     const int across = level ? (begins ? outline.col_first(along) : outline.col_end(along))

@@ -29,13 +29,13 @@ struct Place {
 };
 
 /** At most so many places of a side are looked at, evenly spread. */
-inline constexpr int kMostPlaces = 40;
+inline constexpr int kMostOutlinePlaces = 40;
 
 /** A side of a quadrilateral and the outline beside it. */
 struct SidePlaces {
   bool level = false; /**< the axis is x, and y runs across; else the other way round */
   int count = 0;
-  std::array<Place, kMostPlaces> places;
+  std::array<Place, kMostOutlinePlaces> places;
 };
 
 /** The outline beside the side from one corner to the next, but for a share of it at each end: corners may be round. */
