@@ -18,7 +18,7 @@ from pathlib import Path
 import numpy as np
 from PIL import Image
 
-from drawing import clip_scans, cut_scans, sheet_scans
+from drawing import anywhere_scans, clip_scans, cut_scans, sheet_scans
 from drawing.real_scans import REAL_SCANS
 
 HERE = Path(__file__).resolve().parent
@@ -30,7 +30,8 @@ def catalogue():
     """Every drawn scan: path -> (function that draws it, function that says what is true of it)."""
     entries = {}
     for folder, kind, scans in (("clip", clip_scans, clip_scans.CLIP_SCANS), ("cut", cut_scans, cut_scans.CUT_SCANS),
-                                ("sheets", sheet_scans, sheet_scans.SHEET_SCANS)):
+                                ("sheets", sheet_scans, sheet_scans.SHEET_SCANS),
+                                ("anywhere", anywhere_scans, anywhere_scans.ANYWHERE_SCANS)):
         for scan in scans:
             entries[f"{folder}/{scan.name}"] = (partial(kind.draw, scan), partial(kind.truth, scan))
     return entries

@@ -19,6 +19,7 @@ class Face:
     colour: tuple = (20, 96, 112)
     accent: tuple = (214, 132, 40)
     paper: tuple = (244, 242, 236)
+    ink: tuple = (38, 38, 42)
     size_mm: tuple = field(default=CARD_MM)
 
 
@@ -65,17 +66,16 @@ def draw_card(face=Face()):
     def write(x, y, text, font, colour):
         draw.text((x * DOTS_PER_MM, y * DOTS_PER_MM), text, font=font, fill=colour)
 
-    ink = (38, 38, 42)
     write(26, 7.5, "Larkspur & Gale", _font("DejaVuSerif-Bold.ttf", 5.4), face.colour)
     write(26.2, 15.2, "INSTRUMENTS FOR WEATHER AND SEA", _font("DejaVuSans.ttf", 2.2), face.accent)
-    write(7, 28.0, face.name, _font("DejaVuSans-Bold.ttf", 4.0), ink)
-    write(7, 33.2, face.role, _font("DejaVuSerif.ttf", 3.0), ink)
+    write(7, 28.0, face.name, _font("DejaVuSans-Bold.ttf", 4.0), face.ink)
+    write(7, 33.2, face.role, _font("DejaVuSerif.ttf", 3.0), face.ink)
     draw.rectangle([round(7 * DOTS_PER_MM), round(38.2 * DOTS_PER_MM), round((width - 7) * DOTS_PER_MM),
                     round(38.5 * DOTS_PER_MM)], fill=face.accent)
     small = _font("DejaVuSans.ttf", 2.5)
     mailbox = face.name.split()[0].lower()
-    write(7, 40.6, "3 Barometer Row, Farhaven", small, ink)
-    write(7, 44.4, "+00 555 01 44 72", small, ink)
-    write(48, 40.6, mailbox + "@larkspur.example", small, ink)
-    write(48, 44.4, "www.larkspur.example", small, ink)
+    write(7, 40.6, "3 Barometer Row, Farhaven", small, face.ink)
+    write(7, 44.4, "+00 555 01 44 72", small, face.ink)
+    write(48, 40.6, mailbox + "@larkspur.example", small, face.ink)
+    write(48, 44.4, "www.larkspur.example", small, face.ink)
     return art

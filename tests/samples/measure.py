@@ -6,7 +6,7 @@ import sys
 import numpy as np
 from PIL import Image
 
-from library import CORNERS, ROOT, VERDICTS
+from library import ANYWHERE, CORNERS, ROOT, VERDICTS
 
 SAMPLE_FOLDER = ROOT / "samples"
 sys.path.insert(0, str(SAMPLE_FOLDER))
@@ -30,6 +30,9 @@ def open_sample(path):
     with Image.open(SAMPLE_FOLDER / path) as picture:
         picture.load()
         return picture
+
+
+SURE = 0.5  # from here on a card found anywhere is no guess
 
 
 def corner_error(found, truth):
@@ -64,6 +67,7 @@ def measure_clip(library, path, truth):
     if picture.mode == "1":
         return record
     record.update(measure_find(library, path, truth))
+    record.update(measure_surest(library, path, truth))
     found = library.find_corners(picture)
     record["verdict"] = VERDICTS[found.verdict]
     record["sides"] = found.sides
@@ -74,7 +78,7 @@ def measure_clip(library, path, truth):
 
 
 def measure_find(library, path, truth):
-    """What vantrel_find answers by default, with the method for dark glass: the sides it sees, and on which reduction."""
+    """What vantrel_find answers with the method for dark glass: the sides it sees, and on which reduction."""
     cards, seen = library.find(open_sample(path), float(truth.get("dpi", 0)))
     record = {"found_cards": len(cards), "found_reduction": seen.reduction}
     if cards:
@@ -82,6 +86,35 @@ def measure_find(library, path, truth):
         if "corners" in truth and len(record["found_sides"]) == 4:
             record["found_error"] = corner_error(cards[0], truth)
     return record
+
+
+def measure_surest(library, path, truth):
+    """How far off the card is that vantrel_find answers by default, where there is one."""
+    cards, _ = library.find(open_sample(path), float(truth.get("dpi", 0)), method=None)
+    known = "corners" in truth and truth["visible"]
+    return {"surest_error": corner_error(cards[0], truth)} if known and len(cards) == 1 else {}
+
+
+def measure_anywhere(library, path, truth):
+    """The cards of the method anywhere, and those found by default: how many true ones are missed and how many are
+    invented, and how far off the worst is of those that are met, all corners within a tenth of a short side."""
+    record = {}
+    for name, method in (("anywhere", ANYWHERE), ("surest", None)):
+        cards, _ = library.find(open_sample(path), float(truth["dpi"]), method=method)
+        sure = [card for card in cards if card.method != ANYWHERE or card.confidence >= SURE]
+        errors = [min((corner_error(found, card) for found in sure), default=np.inf) for card in truth["cards"]]
+        met = [error for error, card in zip(errors, truth["cards"]) if error < 0.1 * short_side(card)]
+        record[f"{name}_missed_error"] = len(errors) - len(met)
+        record[f"{name}_invented_error"] = len(sure) - len(met)
+        if met:
+            record[f"{name}_corner_error"] = max(met)
+    return record
+
+
+def short_side(card):
+    """The length of a card's shortest side."""
+    tl, tr, bl, br = (np.array(card["corners"][name]) for name in CORNERS)
+    return min(np.hypot(*side) for side in (tr - tl, br - bl, bl - tl, br - tr))
 
 
 def box_of(record):
@@ -134,7 +167,8 @@ def measure_straightening(library, path, truth, columns):
     return {"sides": sides, **({"corner_error": max(errors)} if all(sides.values()) else {})}
 
 
-MEASURES = {"clip": measure_clip, "real": measure_clip, "cut": measure_cut, "sheets": measure_sheet}
+MEASURES = {"clip": measure_clip, "real": measure_clip, "cut": measure_cut, "sheets": measure_sheet,
+            "anywhere": measure_anywhere}
 
 
 def measure(library, path, truth):

@@ -304,11 +304,13 @@ class Library:
         return view
 
     def findings(self, view, method=DARK_GLASS, analysis_dpi=0.0):
-        """vantrel_find with one method on a view."""
-        return Findings(self._so, view, Options(ctypes.sizeof(Options), (ctypes.c_int * 1)(method), 1, analysis_dpi, 0, 0))
+        """vantrel_find with one method on a view; with None, what is surest."""
+        methods = None if method is None else (ctypes.c_int * 1)(method)
+        count = 0 if method is None else 1
+        return Findings(self._so, view, Options(ctypes.sizeof(Options), methods, count, analysis_dpi, 0, 0))
 
     def find(self, image, dpi=0.0, method=DARK_GLASS, analysis_dpi=0.0):
-        """vantrel_find with one method, on a gray or colour picture: its cards, and what was seen on dark glass."""
+        """vantrel_find on a gray or colour picture: its cards, and what was seen on dark glass."""
         with self.findings(self.view(image, dpi), method, analysis_dpi) as found:
             return found.cards(), found.dark_glass()
 
