@@ -60,12 +60,33 @@ def sources():
     return [path.relative_to(SOURCES) for path in sorted(SOURCES.rglob("*")) if path.suffix in (".h", ".cpp")]
 
 
+def names_given_twice(headers):
+    """Constants that two headers of a room define: to the linker they are one, whose value is that of either."""
+    seen, found = {}, []
+    for path, text in headers:
+        for name in re.findall(r"^inline constexpr [^=({;]*?\b(k\w+)\b", text, re.M):
+            first = seen.setdefault((path.parts[0], name), path)
+            if first != path:
+                found.append(f"{path}: {name} is also in {first}")
+    return found
+
+
 def test_every_room_is_known():
     assert {path.parts[0] for path in sources()} == set(ROOMS)
 
 
 def test_the_house_stands():
     assert [line for path in sources() for line in complaints_about(path, (SOURCES / path).read_text())] == []
+
+
+def test_every_constant_is_defined_once():
+    assert names_given_twice((path, (SOURCES / path).read_text()) for path in sources() if path.suffix == ".h") == []
+
+
+def test_a_constant_of_two_headers_is_seen():
+    one, other = "inline constexpr int kMost = 1;\n", "inline constexpr std::size_t kMost = 2;\n"
+    assert names_given_twice([(Path("image/a.h"), one), (Path("image/b.h"), other)])
+    assert not names_given_twice([(Path("image/a.h"), one), (Path("lines/b.h"), other)])
 
 
 def test_an_include_against_the_grain_is_seen():
