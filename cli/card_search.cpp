@@ -39,15 +39,15 @@ int sides_found(const vantrel_card& card) {
 
 /**
  * Whether a card may be cut. On dark glass, and on a flat ground that was asked for, one side is enough, since the
- * method says what stands in for the others; a flat ground that was not asked for is believed with all four, and the
- * place of a card on a sheet is none of a single card's.
+ * method says what stands in for the others. A flat ground that was not asked for is a guess, for a page of text has
+ * such a rectangle too; and the place of a card on a sheet is none of a single card's.
  */
 bool is_sure(const vantrel_card& card, const CardRequest& request) {
   switch (card.method) {
     case VANTREL_METHOD_ANYWHERE:
       return card.confidence >= kSure;
     case VANTREL_METHOD_FLAT_LIGHT:
-      return sides_found(card) >= (request.method ? 1 : 4);
+      return request.method && sides_found(card) > 0;
     case VANTREL_METHOD_SHEET:
       return false;
     default:

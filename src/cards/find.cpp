@@ -75,7 +75,9 @@ vantrel_status find_surest(const vantrel_image& scan, const Request& request, va
 
   constexpr std::array kOthers = {VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
   status = find_in_turn(kOthers, scan, request, found);
-  if (found.count == 0) found.count = anywhere;
+  // A page of text has an upright rectangle too: it is believed where something like a card is seen as well.
+  const bool on_flat_ground = found.count > 0 && found.cards[0].method == VANTREL_METHOD_FLAT_LIGHT;
+  if (found.count == 0 || (on_flat_ground && anywhere == 0)) found.count = anywhere;
   return status;
 }
 
