@@ -13,7 +13,7 @@ namespace {
 /** What is less likely than this is not told of. */
 constexpr double kLeastConfidence = 0.1;
 /** A further card is as likely as this. */
-constexpr double kLeastFurther = 0.4;
+constexpr double kLeastFurther = 0.25;
 
 Proposal proposal_of(const Finalist& finalist) {
   Proposal proposal;

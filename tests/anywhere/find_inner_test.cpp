@@ -197,6 +197,7 @@ TEST(FindAnywhere, TellsOfTheFramePrintedOnACard) {
 TEST(FindAnywhere, FindsNothingOnAUniformScan) {
   for (const int level : {0, 60, 255}) {
     for (const Layout layout : {Layout::kGray, Layout::kRgb, Layout::kBgra, Layout::kBilevel}) {
+      if (layout == Layout::kBilevel && level == 60) continue;  // its bits are stripes
       const std::vector<unsigned char> bytes(400 * 4 * 300, static_cast<unsigned char>(level));
       const Answer found({{bytes.data(), 300, 400, 1600}, layout});
       EXPECT_TRUE(found.ready());
