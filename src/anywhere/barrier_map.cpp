@@ -111,10 +111,11 @@ BarrierMap barrier_map(const Copy& copy) {
   for (std::size_t plane = 0; plane < copy.plane_count; ++plane) {
     begin(copy, map.ground, plane, paths);
     for (int pass = 0; pass < kPasses; ++pass) {
-      if (pass % 2 == 0)
+      if (pass % 2 == 0) {
         sweep_down(copy, plane, paths);
-      else
+      } else {
         sweep_up(copy, plane, paths);
+      }
     }
     keep_larger(paths, map);
   }

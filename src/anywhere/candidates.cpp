@@ -110,9 +110,10 @@ class Search {
       : lines_(lines), crossings_(crossings), pool_(pool) {}
 
   void run() {
-    for (int first = 0; first < lines_.count; ++first)
+    for (int first = 0; first < lines_.count; ++first) {
       for (int second = first + 1; second < lines_.count; ++second)
         if (are_opposite(first, second)) look_between(first, second);
+    }
   }
 
  private:
@@ -152,9 +153,10 @@ class Search {
       const Rung rung = measure(line, first, second);
       if (rung.share >= kLeastShare) rungs_[static_cast<std::size_t>(count++)] = rung;
     }
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
       for (int j = i + 1; j < count; ++j)
         weigh(first, second, rungs_[static_cast<std::size_t>(i)], rungs_[static_cast<std::size_t>(j)]);
+    }
   }
 
   void weigh(int first, int second, const Rung& third, const Rung& fourth) {

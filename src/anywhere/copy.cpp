@@ -120,10 +120,11 @@ Copy reduce(const Scan& scan) {
   if (!copy.ready() || copy.size() == 0) return copy;
   const bool done = with_pixels(scan.layout, [&](auto pixels) {
     using Pixels = decltype(pixels);
-    if constexpr (Pixels::kBytes == 0)
+    if constexpr (Pixels::kBytes == 0) {
       return reduce_bits(scan.pixels, copy);
-    else
+    } else {
       return reduce_bytes<Pixels>(scan.pixels, copy);
+    }
   });
   if (!done) {
     copy.planes[0] = WorkArray<std::int16_t>();  // no memory: not ready

@@ -56,9 +56,10 @@ void tidy_runs(std::span<std::uint16_t> marks) {
     for (std::size_t i = 0; i <= marks.size(); ++i) {
       if (i < marks.size() && marks[i] == value) continue;
       const bool inside = start > 0 && i < marks.size();
-      if (i - start < shorter_than && (inside || at_ends))
+      if (i - start < shorter_than && (inside || at_ends)) {
         std::fill(marks.begin() + static_cast<std::ptrdiff_t>(start), marks.begin() + static_cast<std::ptrdiff_t>(i),
                   static_cast<std::uint16_t>(1 - value));
+      }
       start = i + 1;
     }
   };

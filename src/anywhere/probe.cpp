@@ -14,8 +14,7 @@ constexpr double kCornerShare = 0.04;
 constexpr double kBeside = 2.5;
 constexpr double kFarther = 6.5;
 /** Where a parallel edge is one of something else, in pixels beside the side. */
-constexpr double kNearestParallel = 3.0;
-constexpr double kFarthestParallel = 7.0;
+constexpr double kParallels[] = {3.0, 5.0, 7.0};
 /** The least cosine between an edge's gradient and the side's normal: 18 degrees, for faint gradients are noisy. */
 constexpr double kLeastCosine = 0.951;
 /** A pixel this near to the copy's rim has no edge. */
@@ -168,7 +167,7 @@ SideProbe probe_side(const Scene& scene, Point a, Point b) {
   probe.overrun = (edge_share(scene, walk, -beyond, -3.0, 0.0) +
                    edge_share(scene, walk, walk.size + 3.0, walk.size + beyond, 0.0)) /
                   2;
-  for (double out = kNearestParallel; out <= kFarthestParallel; out += 2.0) {
+  for (const double out : kParallels) {
     probe.outside_edges = std::max(probe.outside_edges, edge_share(scene, walk, 0.0, walk.size, out));
     probe.inside_edges = std::max(probe.inside_edges, edge_share(scene, walk, 0.0, walk.size, -out));
   }

@@ -48,10 +48,11 @@ std::uint32_t RegionFinder::first_of(std::uint32_t run) {
 void RegionFinder::join(std::uint32_t a, std::uint32_t b) {
   a = first_of(a);
   b = first_of(b);
-  if (a < b)
+  if (a < b) {
     runs_[b].parent = a;
-  else
+  } else {
     runs_[a].parent = b;
+  }
 }
 
 /** Joins the runs [above, above_end) of a row to those of the next, [above_end, below_end), that touch them. */
@@ -60,10 +61,11 @@ void RegionFinder::join_row(std::uint32_t above, std::uint32_t above_end, std::u
   const std::uint32_t last = above_end;
   while (above < last && below < below_end) {
     if (runs_[above].first < runs_[below].end && runs_[below].first < runs_[above].end) join(above, below);
-    if (runs_[above].end < runs_[below].end)
+    if (runs_[above].end < runs_[below].end) {
       ++above;
-    else
+    } else {
       ++below;
+    }
   }
 }
 

@@ -69,9 +69,10 @@ double strongest_step(const Copy& copy, bool level, int along, int across) {
   int steps[kSteps];
   for (int i = 0; i < kSteps; ++i) steps[i] = step(copy, level, along, across - kSnapReach - 1 + i);
   int best = kSnapReach + 1;
-  for (int distance = 1; distance <= kSnapReach; ++distance)
+  for (int distance = 1; distance <= kSnapReach; ++distance) {
     for (const int i : {kSnapReach + 1 - distance, kSnapReach + 1 + distance})
       if (steps[i] > steps[best]) best = i;
+  }
   return across - kSnapReach - 1 + best + peak(steps[best - 1], steps[best], steps[best + 1]);
 }
 

@@ -87,9 +87,10 @@ void remove_stripes(const Lattice& plane, std::span<std::int16_t> offsets) {
   // Of fewer lines each would be compared with itself more than with others.
   if (plane.lines <= 2 * kReach) return;
   Around around(plane);
-  for (int line = 0; line < plane.lines; ++line)
+  for (int line = 0; line < plane.lines; ++line) {
     offsets[static_cast<std::size_t>(line)] =
         static_cast<std::int16_t>(std::clamp(agreed(around.differences(line)), -kMostStripe, kMostStripe));
+  }
   if (!has_stripes(offsets)) return;
   for (int line = 0; line < plane.lines; ++line) {
     const int offset = offsets[static_cast<std::size_t>(line)];
