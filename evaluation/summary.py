@@ -7,7 +7,7 @@ import numpy as np
 
 from evaluation.judging import RIGHT
 
-HIGH = 0.9  # the confidence from which on a caller may cut without asking
+HIGH = 0.98  # the confidence from which on a caller may cut without asking
 LIKELY = 0.5  # the confidence from which on a card is thought to be there
 OFF = 0.02  # of the diagonal: a card off by more was cut wrongly
 

@@ -194,9 +194,11 @@ class TestConfidence:
         assert bins[0.5] == (0, None, None)
 
     def test_high_confidence_that_is_off(self):
-        trust = summary.trust(self.claims)
+        claims = [JudgedClaim(0.985, 0.99, 0.001), JudgedClaim(0.98, 0.5, 0.3), JudgedClaim(0.99, 0.95, 0.021),
+                  JudgedClaim(1.0, 0.98, 0.02), JudgedClaim(0.97, 0.0, inf)]
+        trust = summary.trust(claims)
         assert (trust.claims, trust.off, trust.one_in) == (4, 2, 2.0)
-        assert summary.trust(self.claims[:1]).one_in == inf
+        assert summary.trust(claims[:1]).one_in == inf
         assert summary.trust([]).one_in is None
 
     def test_false_alarms_are_scans(self):
