@@ -59,7 +59,7 @@ TEST(Gradients, AreNoneOnTheRim) {
 TEST(Gradients, AreThoseOfThePlaneThatChangesMost) {
   Copy copy = copy_with(3, 3, [](int, int col) { return kLevel * col; });
   copy.plane_count = 3;
-  for (const std::size_t plane : {1, 2}) {
+  for (const auto plane : {std::size_t{1}, std::size_t{2}}) {
     copy.planes[plane] = WorkArray<std::int16_t>(9);
     for (int i = 0; i < 9; ++i)
       copy.planes[plane][static_cast<std::size_t>(i)] =

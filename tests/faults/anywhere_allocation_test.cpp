@@ -83,8 +83,8 @@ TEST(AnywhereAllocationFailure, EndsEveryStep) {
 TEST(AnywhereAllocationFailure, EndsTheCopyOfEveryLayout) {
   const std::vector<unsigned char> bytes(64 * 64 * 4, 99);
   for (const auto& [layout, expected] : {std::pair{Layout::kGray, 3}, {Layout::kBilevel, 2}, {Layout::kBgra, 5}}) {
-    const int count = fail_each_allocation([&] { return reduce({{bytes.data(), 64, 64, 256}, layout}).ready(); });
-    EXPECT_EQ(count, expected);
+    const Scan scan = {{bytes.data(), 64, 64, 256}, layout};
+    EXPECT_EQ(expected, fail_each_allocation([&] { return reduce(scan).ready(); }));
   }
 }
 
