@@ -301,8 +301,8 @@ typedef struct vantrel_cards vantrel_cards;
  *
  * Unless the options name methods, the surest answer is taken: what is found anywhere, if one of its cards has a
  * confidence of 0.9 or more; else the card on dark glass, if all its four sides were seen; else what is found anywhere,
- * if one of its cards has 0.5 or more; else what dark glass, flat light (where anywhere has a guess), the sheet or
- * anywhere finds, in this order.
+ * if one of its cards has 0.5 or more; else what dark glass, flat light (with all sides, and where anywhere has a
+ * guess), the sheet or anywhere finds, in this order.
  *
  * Looking anywhere takes 35 to 90 ms a scan, dark glass alone about 7 ms: a caller whose scans are all of one kind
  * names the method for them.

@@ -75,9 +75,11 @@ vantrel_status find_surest(const vantrel_image& scan, const Request& request, va
 
   constexpr std::array kOthers = {VANTREL_METHOD_FLAT_LIGHT, VANTREL_METHOD_SHEET};
   status = find_in_turn(kOthers, scan, request, found);
-  // A page of text has an upright rectangle too: it is believed where something like a card is seen as well.
+  // A page of text has an upright rectangle too: it is believed with all its sides, and where something like a card is
+  // seen as well.
   const bool on_flat_ground = found.count > 0 && found.cards[0].method == VANTREL_METHOD_FLAT_LIGHT;
-  if (found.count == 0 || (on_flat_ground && anywhere == 0)) found.count = anywhere;
+  const bool unlikely = on_flat_ground && (anywhere == 0 || count_found(found.cards[0].sides) < 4);
+  if (found.count == 0 || unlikely) take_back(found, first, anywhere);
   return status;
 }
 
