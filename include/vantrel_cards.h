@@ -45,7 +45,8 @@
  * ## Threads
  *
  * No state is shared and no thread is started. Any functions may run at the same time on distinct pictures and handles;
- * images and handles that are only read may be shared.
+ * images and handles that are only read may be shared. Looking anywhere takes up to 180 KB of the caller's stack, so a
+ * thread for it wants 256 KB.
  *
  * ## Versions
  *
