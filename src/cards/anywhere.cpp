@@ -74,13 +74,19 @@ double bottom(const FoundCard& card) { return (card.card.quad[2].y + card.card.q
 /** Sorts into reading order: a row is the highest card that is left and those whose middle lies above its lower side.
  */
 void sort_for_reading(std::span<FoundCard> cards) {
-  std::sort(cards.begin(), cards.end(),
-            [](const FoundCard& a, const FoundCard& b) { return middle_y(a) < middle_y(b); });
+  // Also of cards in one line, so that the order is the same whoever sorts.
+  const auto higher = [](const FoundCard& a, const FoundCard& b) {
+    return middle_y(a) != middle_y(b) ? middle_y(a) < middle_y(b) : middle_x(a) < middle_x(b);
+  };
+  const auto more_left = [](const FoundCard& a, const FoundCard& b) {
+    return middle_x(a) != middle_x(b) ? middle_x(a) < middle_x(b) : middle_y(a) < middle_y(b);
+  };
+  std::sort(cards.begin(), cards.end(), higher);
   while (!cards.empty()) {
     const double row_bottom = bottom(cards.front());
     const auto rest = std::find_if(cards.begin() + 1, cards.end(),
                                    [=](const FoundCard& card) { return middle_y(card) >= row_bottom; });
-    std::sort(cards.begin(), rest, [](const FoundCard& a, const FoundCard& b) { return middle_x(a) < middle_x(b); });
+    std::sort(cards.begin(), rest, more_left);
     cards = {rest, cards.end()};
   }
 }
