@@ -1,26 +1,14 @@
 #include "anywhere/candidate_pool.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace vantrel::anywhere {
 namespace {
 
-/** Corners that lie nearer than this, in both coordinates, are the same. */
+/** Corners no farther apart than this, in both coordinates, are the same. */
 constexpr double kSameCorner = 2.0;
 
-bool near(Point a, Point b, double reach) { return std::abs(a.x - b.x) < reach && std::abs(a.y - b.y) < reach; }
-
 }  // namespace
-
-bool nearly_equal(const Quad& a, const Quad& b, double reach) {
-  for (std::size_t turn = 0; turn < 4; ++turn) {
-    std::size_t i = 0;
-    while (i < 4 && near(a[i], b[i + turn], reach)) ++i;
-    if (i == 4) return true;
-  }
-  return false;
-}
 
 std::size_t CandidatePool::best(std::span<Quad> quads) {
   for (std::size_t i = 0; i < count_; ++i) order_[i] = static_cast<std::uint32_t>(i);
@@ -30,7 +18,7 @@ std::size_t CandidatePool::best(std::span<Quad> quads) {
   std::size_t kept = 0;
   for (std::size_t i = 0; i < count_ && kept < quads.size(); ++i) {
     const Quad& quad = candidates_[order_[i]].quad;
-    const auto same = [&](const Quad& other) { return nearly_equal(quad, other, kSameCorner); };
+    const auto same = [&](const Quad& other) { return nearly_same(quad, other, kSameCorner); };
     if (std::none_of(quads.begin(), quads.begin() + static_cast<std::ptrdiff_t>(kept), same)) quads[kept++] = quad;
   }
   return kept;

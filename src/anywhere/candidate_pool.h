@@ -37,9 +37,6 @@ class CandidatePool {
   std::size_t count_ = 0;
 };
 
-/** Whether each corner of one lies within so many pixels of a corner of the other, whichever is named first. */
-bool nearly_equal(const Quad& a, const Quad& b, double reach);
-
 }  // namespace vantrel::anywhere
 
 #endif

@@ -197,39 +197,6 @@ class Search {
 
 }  // namespace
 
-bool nearly_same(const Quad& a, const Quad& b, double reach) {
-  // Corners come in any order: tried is each turn.
-  for (std::size_t turn = 0; turn < 4; ++turn) {
-    bool near = true;
-    for (std::size_t i = 0; i < 4 && near; ++i) {
-      const Point apart = a[i] - b[i + turn];
-      near = std::abs(apart.x) <= reach && std::abs(apart.y) <= reach;
-    }
-    if (near) return true;
-  }
-  return false;
-}
-
-Quad in_reading_order(const Quad& quad) {
-  // The top side is the one whose outward normal points up most; of a side (x, y) that is x.
-  Quad clockwise = quad;
-  if (area(quad) < 0) std::swap(clockwise.corners[1], clockwise.corners[3]);
-  std::size_t top = 0;
-  double best = -2.0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    // Opposite sides together: what perspective does to one it undoes on the other.
-    const Point side = clockwise[i + 1] - clockwise[i], opposite = clockwise[i + 2] - clockwise[i + 3];
-    const Point way = side * (1.0 / std::max(length(side), 1e-9)) + opposite * (1.0 / std::max(length(opposite), 1e-9));
-    if (way.x > best) {
-      best = way.x;
-      top = i;
-    }
-  }
-  Quad result;
-  for (std::size_t i = 0; i < 4; ++i) result.corners[i] = clockwise[top + i];
-  return result;
-}
-
 bool add_line_candidates(const Lines& lines, int rows, int cols, Candidates& candidates) {
   const Crossings crossings(lines, rows, cols);
   Pool pool(kPoolSize);

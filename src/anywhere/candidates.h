@@ -38,12 +38,6 @@ struct Candidates {
 /** Adds the most plausible quadrilaterals whose sides lie on lines; near duplicates are left out. False: no memory. */
 bool add_line_candidates(const Lines& lines, int rows, int cols, Candidates& candidates);
 
-/** Whether no corner of one is farther than `reach` from a corner of the other. */
-bool nearly_same(const Quad& a, const Quad& b, double reach);
-
-/** The same corners, clockwise, beginning with the one that lies top left. */
-Quad in_reading_order(const Quad& quad);
-
 }  // namespace vantrel::anywhere
 
 #endif

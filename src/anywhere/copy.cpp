@@ -39,13 +39,14 @@ struct Sums {
 
 /** Writes one pixel of the copy from the sums over `count` pixels. */
 void put(Copy& copy, std::size_t at, const Sums& sums, int count) {
-  const int light = sums.blue + 2 * sums.green + sums.red;
-  copy.planes[kLight][at] = static_cast<std::int16_t>(divide_rounded(light * (kLevel / 4), count));
+  const PlaneSums planes = plane_sums(sums.blue, sums.green, sums.red);
+  const auto mean = [&](Plane plane, int sum) {
+    return static_cast<std::int16_t>(divide_rounded(sum * (kLevel / kPlaneParts[plane]), count));
+  };
+  copy.planes[kLight][at] = mean(kLight, planes.light);
   if (copy.plane_count == 1) return;
-  const int red_green = sums.red - sums.green;
-  const int blue_yellow = 2 * sums.blue - sums.red - sums.green;
-  copy.planes[kRedGreen][at] = static_cast<std::int16_t>(divide_rounded(red_green * (kLevel / 2), count));
-  copy.planes[kBlueYellow][at] = static_cast<std::int16_t>(divide_rounded(blue_yellow * (kLevel / 4), count));
+  copy.planes[kRedGreen][at] = mean(kRedGreen, planes.red_green);
+  copy.planes[kBlueYellow][at] = mean(kBlueYellow, planes.blue_yellow);
 }
 
 template <class Pixels>
@@ -113,8 +114,7 @@ Copy reduce(const Scan& scan) {
   copy.factor = reduction_factor(scan.pixels.rows, scan.pixels.cols);
   copy.rows = scan.pixels.rows / copy.factor;
   copy.cols = scan.pixels.cols / copy.factor;
-  const bool colour = scan.layout != Layout::kGray && scan.layout != Layout::kBilevel;
-  copy.plane_count = colour ? std::size_t{kPlanes} : 1;
+  copy.plane_count = has_colour(scan.layout) ? std::size_t{kPlanes} : 1;
   for (std::size_t plane = 0; plane < copy.plane_count; ++plane)
     copy.planes[plane] = WorkArray<std::int16_t>(copy.size());
   if (!copy.ready() || copy.size() == 0) return copy;

@@ -29,6 +29,19 @@ enum Plane : std::size_t {
   kPlanes = 3
 };
 
+/** The planes of a colour, or of a sum of colours, each times its kPlaneParts. */
+struct PlaneSums {
+  int light = 0;
+  int red_green = 0;
+  int blue_yellow = 0;
+};
+
+inline constexpr std::array<int, kPlanes> kPlaneParts = {4, 2, 4};
+
+constexpr PlaneSums plane_sums(int blue, int green, int red) {
+  return {blue + 2 * green + red, red - green, 2 * blue - red - green};
+}
+
 /** Means of `factor` x `factor` pixels, smoothed by [1 2 1] / 4 both ways; what is left over is dropped. */
 struct Copy {
   int factor = 1;

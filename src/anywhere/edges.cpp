@@ -30,7 +30,8 @@ constexpr double kAboveQuiet = 2.6;
 constexpr int kLeastThreshold = 42 * kGradient / 100;
 constexpr int kMostThreshold = 5 * kGradient;
 
-/** Whether the gradient at `g` is greatest along its direction; then `offset` is where between the pixels it peaks. */
+/** Whether the gradient at `g` is greatest along its direction; then the steps lead to where between the pixels it
+ * peaks. */
 bool is_ridge(const Gradient* g, std::ptrdiff_t stride, double& step_x, double& step_y) {
   const int ax = std::abs(g->x), ay = std::abs(g->y);
   const int larger = std::max(ax, ay);

@@ -17,15 +17,11 @@ constexpr double kLeastFurther = 0.25;
 
 Proposal proposal_of(const Finalist& finalist) {
   Proposal proposal;
-  proposal.quad = in_reading_order(finalist.refined.quad);
-  // The sides turn with the corners.
-  std::size_t turn = 0;
-  for (std::size_t i = 1; i < 4; ++i) {
-    const Point apart = finalist.refined.quad[i] - proposal.quad[0];
-    const Point least = finalist.refined.quad[turn] - proposal.quad[0];
-    if (dot(apart, apart) < dot(least, least)) turn = i;
+  const std::size_t top = top_side(finalist.refined.quad);
+  for (std::size_t i = 0; i < 4; ++i) {
+    proposal.quad.corners[i] = finalist.refined.quad[top + i];
+    proposal.shares[i] = finalist.refined.shares[(top + i) % 4];
   }
-  for (std::size_t i = 0; i < 4; ++i) proposal.shares[i] = finalist.refined.shares[(i + turn) % 4];
   proposal.confidence = finalist.confidence;
   return proposal;
 }

@@ -67,6 +67,19 @@ inline NormalLine line_through(Point a, Point b) {
   return {normal, dot(normal, a)};
 }
 
+/**
+ * Where four lines meet as the sides of a quadrilateral, side i from corner i on. False where two are all but parallel,
+ * or a corner would lie farther than `most` from that of `near`.
+ */
+bool meet(const std::array<NormalLine, 4>& sides, const Quad& near, double most, Quad& quad);
+
+/** Whether no coordinate of a corner is farther than `reach` from that of the other's, by some turn of the corners. */
+bool nearly_same(const Quad& a, const Quad& b, double reach);
+
+/** The side of a clockwise quadrilateral that lies on top, and so the corner that lies top left: its outward normal
+ * points up most. */
+std::size_t top_side(const Quad& clockwise);
+
 }  // namespace vantrel::anywhere
 
 #endif

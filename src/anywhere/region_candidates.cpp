@@ -60,7 +60,7 @@ bool is_whole(const Quad& quad, const Copy& copy) {
   const double right = copy.cols;
   const double bottom = copy.rows;
   const Quad frame{{Point{0.0, 0.0}, Point{right, 0.0}, Point{right, bottom}, Point{0.0, bottom}}};
-  return nearly_equal(quad, frame, kAtFrame);
+  return nearly_same(quad, frame, kAtFrame);
 }
 
 /** Fits a quadrilateral and adds it where it is plausible; its score. */

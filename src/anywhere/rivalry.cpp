@@ -81,7 +81,7 @@ void measure_finalists(const Context& context, std::span<Finalist> finalists) {
     }
     put(f, kFirstScore, one.first_score);
     put(f, kShift, shift);
-    put(f, kFoundTwice, one.from_region);
+    put(f, kFromRegion, one.from_region);
     measure_rivals(finalists, i, f);
     measure_sides(one.refined, seen_sides(context.scene(), on_copy), f);
     const Features again = measure(context, on_copy);

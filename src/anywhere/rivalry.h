@@ -30,7 +30,7 @@ enum FinalFeature : std::size_t {
   kWithin, /**< and the best that lies within it */
   kAcross, /**< and the best that it overlaps otherwise */
   kAlikeBeside, /**< how many good candidates of about its size lie beside it */
-  kFoundTwice,  /**< from lines and from a region */
+  kFromRegion,  /**< 1: from a region, 0: from lines */
   kFinalOnly,
   kFinalFeatures = kFinalOnly + kFeatures
 };

@@ -17,6 +17,33 @@ struct OffsetLine {
   constexpr double at(double along) const { return base + slope * along; }
 };
 
+/** Weighted sums over points, from which the line of least squares follows. Along is best taken from near the points.
+ */
+struct LineSums {
+  double weight = 0.0;
+  double along = 0.0;
+  double offset = 0.0;
+  double along_along = 0.0;
+  double along_offset = 0.0;
+  int count = 0;
+
+  void add(double t, double y, double w) {
+    weight += w;
+    along += w * t;
+    offset += w * y;
+    along_along += w * t * t;
+    along_offset += w * t * y;
+    ++count;
+  }
+  /** 0 where the points lie all at one; then there is no line. */
+  double determinant() const { return weight * along_along - along * along; }
+  /** The line, when along was counted from `origin`. */
+  OffsetLine line(double origin) const {
+    const double slope = (weight * along_offset - along * offset) / determinant();
+    return {(offset - slope * along) / weight - slope * origin, slope};
+  }
+};
+
 /** A point, and how much it is to be trusted. */
 struct OffsetPoint {
   double along;

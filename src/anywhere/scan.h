@@ -14,6 +14,9 @@ namespace vantrel::anywhere {
 /** How a pixel lies in memory. */
 enum class Layout { kGray, kBgr, kRgb, kBgra, kRgba, kBilevel };
 
+/** Whether its pixels have more than lightness. */
+constexpr bool has_colour(Layout layout) { return layout != Layout::kGray && layout != Layout::kBilevel; }
+
 /** A scan; the view's first row is the picture's top row. */
 struct Scan {
   image::ConstPixels pixels;

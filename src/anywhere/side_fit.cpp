@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "anywhere/robust_line.h"
+
 namespace vantrel::anywhere {
 namespace {
 
@@ -22,26 +24,23 @@ constexpr double kWorthReach = 4.0;
 /** The outline lies beside a side that is so near. */
 constexpr double kNear = 1.5;
 
-/** across = offset + slope * along */
-struct Slope {
-  double offset = 0.0;
-  double slope = 0.0;
-
-  double distance(const Place& place) const { return std::abs(place.across - offset - slope * (place.along + 0.5)); }
-};
+/** How far a place lies from a line, across. */
+double distance(const OffsetLine& line, const Place& place) {
+  return std::abs(place.across - line.base - line.slope * (place.along + 0.5));
+}
 
 bool is_level(Point way) { return std::abs(way.x) >= std::abs(way.y); }
 
-Slope slope_of(Point from, Point to, bool level) {
+OffsetLine slope_of(Point from, Point to, bool level) {
   const double run = level ? to.x - from.x : to.y - from.y;
   const double rise = level ? to.y - from.y : to.x - from.x;
   const double slope = run == 0.0 ? 0.0 : rise / run;
   return {(level ? from.y - slope * from.x : from.x - slope * from.y), slope};
 }
 
-NormalLine line_of(const Slope& slope, bool level) {
-  const Point from = level ? Point{0.0, slope.offset} : Point{slope.offset, 0.0};
-  const Point way = level ? Point{1.0, slope.slope} : Point{slope.slope, 1.0};
+NormalLine line_of(const OffsetLine& line, bool level) {
+  const Point from = level ? Point{0.0, line.base} : Point{line.base, 0.0};
+  const Point way = level ? Point{1.0, line.slope} : Point{line.slope, 1.0};
   return line_through(from, from + way);
 }
 
@@ -80,37 +79,16 @@ double strongest_step(const Copy& copy, bool level, int along, int across) {
 constexpr double kFrameWeight = 0.75;
 
 /** The share of places within reach of a line. */
-double share_near(const Copy& copy, const SidePlaces& side, const Slope& slope, double reach) {
+double share_near(const Copy& copy, const SidePlaces& side, const OffsetLine& line, double reach) {
   if (side.count == 0) return 0.0;
   const double end = side.level ? copy.rows : copy.cols;
   double near = 0.0;
   for (int i = 0; i < side.count; ++i) {
     const Place& place = side.places[static_cast<std::size_t>(i)];
-    if (slope.distance(place) <= reach) near += place.across > 0.0 && place.across < end ? 1.0 : kFrameWeight;
+    if (distance(line, place) <= reach) near += place.across > 0.0 && place.across < end ? 1.0 : kFrameWeight;
   }
   return near / side.count;
 }
-
-/** Sums over places, for a line of least squares. */
-struct Moments {
-  double n = 0.0, u = 0.0, v = 0.0, uu = 0.0, uv = 0.0;
-
-  void add(double along, double across) {
-    n += 1.0;
-    u += along;
-    v += across;
-    uu += along * along;
-    uv += along * across;
-  }
-  /** False where the places lie all at one. */
-  bool slope(double middle, Slope& slope) const {
-    const double spread = n * uu - u * u;
-    if (spread <= 0.0) return false;
-    slope.slope = (n * uv - u * v) / spread;
-    slope.offset = (v - slope.slope * u) / n - slope.slope * middle;
-    return true;
-  }
-};
 
 }  // namespace
 
@@ -154,30 +132,21 @@ void snap(const Copy& copy, SidePlaces& side) {
 
 bool fit_line(const SidePlaces& side, Point from, Point to, NormalLine& line) {
   const double middle = side.level ? (from.x + to.x) / 2 : (from.y + to.y) / 2;
-  Slope slope = slope_of(from, to, side.level);
+  OffsetLine fitted = slope_of(from, to, side.level);
   for (const double reach : kReaches) {
-    Moments moments;
+    LineSums sums;
     for (int i = 0; i < side.count; ++i) {
       const Place& place = side.places[static_cast<std::size_t>(i)];
-      if (slope.distance(place) <= reach) moments.add(place.along + 0.5 - middle, place.across);
+      if (distance(fitted, place) <= reach) sums.add(place.along + 0.5 - middle, place.across, 1.0);
     }
-    if (moments.n < kLeastPlaces || moments.n * 4 < side.count || !moments.slope(middle, slope)) return false;
+    if (sums.count < kLeastPlaces || sums.count * 4 < side.count || !(sums.determinant() > 0.0)) return false;
+    fitted = sums.line(middle);
   }
-  line = line_of(slope, side.level);
+  line = line_of(fitted, side.level);
   return true;
 }
 
 namespace {
-
-/** Replaces a quadrilateral by that of four lines, unless a corner moves too far. */
-void move_to(const std::array<NormalLine, 4>& lines, Quad& quad) {
-  Quad moved;
-  for (std::size_t i = 0; i < 4; ++i) {
-    if (!intersect(lines[(i + 3) % 4], lines[i], moved.corners[i])) return;
-    if (length(moved[i] - quad[i]) > kMostMove) return;
-  }
-  quad = moved;
-}
 
 /** The shares of places within reach of each side. */
 Plausibility judge(const Copy& copy, const std::array<SidePlaces, 4>& sides, const Quad& quad, double reach) {
@@ -206,7 +175,7 @@ Plausibility fit_sides(const Copy& copy, const Outline& outline, Quad& quad) {
     snap(copy, sides[i]);
     if (!fit_line(sides[i], quad[i], quad[i + 1], lines[i])) lines[i] = line_through(quad[i], quad[i + 1]);
   }
-  move_to(lines, quad);
+  meet(lines, quad, kMostMove, quad);
   Plausibility plausibility = judge(copy, sides, quad, kNear);
   const double inside = area(quad);
   if (inside > 0.0) plausibility.fill = outline.filled_area() / inside;

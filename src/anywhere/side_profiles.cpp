@@ -18,23 +18,14 @@ constexpr int kMargin = 3;
 /** Where a pixel lies between two is counted in these. */
 constexpr int kFraction = 256;
 
-/** Pixel by pixel sums of the planes, in the fractions of each: light * 4, red-green * 2, blue-yellow * 4. */
+/** Sample by sample sums of the planes, each times its kPlaneParts. */
 struct Sums {
   std::array<std::array<int, kMostSamples>, kPlanes> planes{};
 };
 
-struct Levels {
-  int light;
-  int red_green;
-  int blue_yellow;
-};
-
 template <class Pixels>
-Levels levels_of(const unsigned char* pixel) {
-  const int blue = pixel[Pixels::kBlue];
-  const int green = pixel[Pixels::kGreen];
-  const int red = pixel[Pixels::kRed];
-  return {blue + 2 * green + red, red - green, 2 * blue - red - green};
+PlaneSums planes_of(const unsigned char* pixel) {
+  return plane_sums(pixel[Pixels::kBlue], pixel[Pixels::kGreen], pixel[Pixels::kRed]);
 }
 
 /** Reads the levels of a line of pixels, which is counted outward: pixel i of the line is i * outward of the axis. */
@@ -48,8 +39,8 @@ class LineReader {
       stride_ = (steep ? Pixels::kBytes : pixels.stride) * outward;
     }
   }
-  Levels at(int i) const {
-    if constexpr (Pixels::kBytes > 0) return levels_of<Pixels>(first_ + i * stride_);
+  PlaneSums at(int i) const {
+    if constexpr (Pixels::kBytes > 0) return planes_of<Pixels>(first_ + i * stride_);
     const int across = i * outward_;
     const int level =
         steep_ ? BilevelPixels::level(pixels_.row(along_), across) : BilevelPixels::level(pixels_.row(across), along_);
@@ -95,11 +86,11 @@ void add_line(const LineReader<Pixels>& line, const Grid& grid, int step, Sums& 
   const int far = grid.fraction;
   const int near = kFraction - far;
   int pixel = grid.pixel + grid.first * step;
-  Levels here = line.at(pixel);
+  PlaneSums here = line.at(pixel);
   for (int i = grid.first; i <= grid.last; ++i) {
     const auto at = static_cast<std::size_t>(i);
     for (int j = 0; j < step; ++j) {
-      const Levels next = line.at(++pixel);
+      const PlaneSums next = line.at(++pixel);
       sums.planes[kLight][at] += near * here.light + far * next.light;
       if constexpr (Pixels::kBytes > 1) {
         sums.planes[kRedGreen][at] += near * here.red_green + far * next.red_green;
@@ -127,9 +118,8 @@ void sample_place(const Scan& scan, const SideLine& side, int along, int taps, i
   profiles.along[at] = along + taps / 2.0;
   profiles.first[at] = first;
   profiles.last[at] = last;
-  constexpr std::array<int, kPlanes> kScales = {4, 2, 4};
   for (std::size_t plane = 0; plane < profiles.plane_count; ++plane) {
-    const float scale = 1.0F / static_cast<float>(kScales[plane] * kFraction * taps * profiles.step);
+    const float scale = 1.0F / static_cast<float>(kPlaneParts[plane] * kFraction * taps * profiles.step);
     for (std::size_t i = 0; i < static_cast<std::size_t>(profiles.samples); ++i)
       profiles.levels[at][plane][i] = static_cast<float>(sums.planes[plane][i]) * scale;
   }
@@ -171,7 +161,7 @@ void sample_side(const Scan& scan, const SideLine& side, double reach, SideProfi
   profiles.step = std::max(1, static_cast<int>(round_up(reach / (kMostHalf - kMargin))));
   profiles.centre = std::min(kMostHalf, static_cast<int>(round_up(reach / profiles.step)) + kMargin);
   profiles.samples = 2 * profiles.centre + 1;
-  profiles.plane_count = scan.layout == Layout::kGray || scan.layout == Layout::kBilevel ? 1 : std::size_t{kPlanes};
+  profiles.plane_count = has_colour(scan.layout) ? std::size_t{kPlanes} : 1;
   const int extent = side.steep ? scan.pixels.rows : scan.pixels.cols;
   const double left_out = (side.to - side.from) * kLeftOut;
   const int begin = static_cast<int>(round_up(std::max(side.from + left_out, 0.0)));

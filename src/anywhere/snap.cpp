@@ -29,12 +29,6 @@ bool fit_near(const Edges& edges, Point a, Point b, double reach, NormalLine& li
   return moments.n >= kLeastShare * size && principal_axis(moments, line);
 }
 
-/** Where sides i - 1 and i meet; false where they do not meet near the corner. */
-bool corner_of(const std::array<NormalLine, 4>& sides, std::size_t i, Point near, double reach, Point& corner) {
-  if (!intersect(sides[(i + 3) % 4], sides[i], corner)) return false;
-  return length(corner - near) <= 3 * reach;
-}
-
 }  // namespace
 
 Quad snap(const Edges& edges, const Quad& quad, double reach) {
@@ -47,10 +41,7 @@ Quad snap(const Edges& edges, const Quad& quad, double reach) {
       const Point rim = (b - a) * 0.08;
       if (!fit_near(edges, a + rim, b - rim, width, sides[i])) sides[i] = line_through(a, b);
     }
-    Quad moved;
-    for (std::size_t i = 0; i < 4; ++i)
-      if (!corner_of(sides, i, quad[i], reach, moved.corners[i])) return result;
-    result = moved;
+    if (!meet(sides, quad, 3 * reach, result)) return result;
   }
   return result;
 }

@@ -161,7 +161,7 @@ TEST_F(Rivalry, TellsWhatTheScanShowed) {
   EXPECT_EQ(one.features[kMeanStep], 25.0F);
   EXPECT_EQ(one.features[kLeastStep], 10.0F);
   EXPECT_EQ(one.features[kShift], 5.0F);
-  EXPECT_EQ(one.features[kFoundTwice], 1.0F);
+  EXPECT_EQ(one.features[kFromRegion], 1.0F);
 }
 
 TEST_F(Rivalry, MeasuresAgainWhatTheRefinedOneLooksLike) {

@@ -75,7 +75,7 @@ TEST(Reliefs, OfFlatnessFallWithTheSlope) {
 TEST(CandidatePool, GivesTheBestWithoutNearTwins) {
   const Quad square{{Point{0, 0}, Point{20, 0}, Point{20, 20}, Point{0, 20}}};
   const Quad turned{{Point{21, 0}, Point{21, 20}, Point{0, 20}, Point{0, 1}}};
-  const Quad other{{Point{0, 0}, Point{23, 0}, Point{23, 20}, Point{0, 20}}};
+  const Quad other{{Point{0, 0}, Point{24, 0}, Point{24, 20}, Point{0, 20}}};
   CandidatePool pool(8);
   ASSERT_TRUE(pool.ready());
   pool.add(square, 0.5);
@@ -187,7 +187,7 @@ TEST(SideFit, MovesAQuadOntoItsRegionAndJudgesIt) {
   const Outline outline = outline_above(scan.copy, 50);
   Quad quad{{Point{12, 10}, Point{49, 13}, Point{52, 39}, Point{8, 42}}};
   const Plausibility plausibility = fit_sides(scan.copy, outline, quad);
-  EXPECT_TRUE(nearly_equal(quad, card, 1e-6));
+  EXPECT_TRUE(nearly_same(quad, card, 1e-6));
   EXPECT_EQ(plausibility.mean_share, 1.0);
   EXPECT_EQ(plausibility.least_share, 1.0);
   EXPECT_NEAR(plausibility.fill, 1.0, 1e-6);
@@ -198,7 +198,7 @@ TEST(SideFit, MovesAQuadOntoItsRegionAndJudgesIt) {
 /** Which candidate has all corners within half a pixel of a quadrilateral's; -1: none. */
 int place_of(const Quad& quad, const RegionCandidates& found) {
   for (int i = 0; i < found.count; ++i)
-    if (nearly_equal(quad, found.quads[static_cast<std::size_t>(i)], 0.5)) return i;
+    if (nearly_same(quad, found.quads[static_cast<std::size_t>(i)], 0.5)) return i;
   return -1;
 }
 
