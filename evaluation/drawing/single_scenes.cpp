@@ -34,8 +34,12 @@ void fit(Design& design, Random& random, const Bed& bed, const std::string& plac
   double factor = std::min(1.0, room * random.uniform(0.5, 0.95));
   if (place == "large") factor = room * random.uniform(0.85, 0.99);
   if (place == "small") {
+    // Nothing narrower than 12 mm on a glass of 300 is a card: not even a strip of a receipt.
+    constexpr double kNarrowest = 0.04;
     const double longer = std::max(bed.width, bed.height) / bed.pixels_per_mm;
-    factor = std::min(factor, longer * random.between(0.06, 0.2) / std::max(design.width, design.height));
+    const double least = longer * kNarrowest / std::min(design.width, design.height);
+    factor =
+        std::min(factor, std::max(least, longer * random.between(0.06, 0.2) / std::max(design.width, design.height)));
   }
   design.width *= factor, design.height *= factor, design.radius *= factor;
 }
