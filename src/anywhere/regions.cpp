@@ -9,8 +9,9 @@ namespace {
 /** The most regions of one threshold. */
 constexpr std::size_t kMostAtOnce = 80;
 
+/** A run for every fourth pixel, and a row more: what is cut into smaller pieces is noise. */
 std::size_t most_runs(int rows, int cols) {
-  return static_cast<std::size_t>(rows) * static_cast<std::size_t>((cols + 1) / 2);
+  return static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols / 4) + static_cast<std::size_t>(cols);
 }
 
 /** Tells four values at once apart: a lane's highest bit is set where its value is above the threshold. */
@@ -69,7 +70,8 @@ void RegionFinder::join_row(std::uint32_t above, std::uint32_t above_end, std::u
   }
 }
 
-void RegionFinder::collect_runs(const Relief& relief, int threshold) {
+/** False: there are too many. */
+bool RegionFinder::collect_runs(const Relief& relief, int threshold) {
   count_ = 0;
   std::uint32_t row_before = 0;
   const std::uint16_t* value = relief.values;
@@ -81,6 +83,7 @@ void RegionFinder::collect_runs(const Relief& relief, int threshold) {
       while (col + 4 <= relief.cols && four.none(value + col)) col += 4;
       while (col < relief.cols && value[col] <= threshold) ++col;
       if (col == relief.cols) break;
+      if (count_ == runs_.size()) return false;
       const int first = col;
       while (col + 4 <= relief.cols && four.all(value + col)) col += 4;
       while (col < relief.cols && value[col] > threshold) ++col;
@@ -95,6 +98,7 @@ void RegionFinder::collect_runs(const Relief& relief, int threshold) {
     join_row(row_before, row_start, count_);
     row_before = row_start;
   }
+  return true;
 }
 
 /** Links the runs of each region, in their order, and sums their areas up. */
@@ -109,7 +113,7 @@ void RegionFinder::chain() {
 }
 
 std::span<const Region> RegionFinder::find(const Relief& relief, int threshold, std::uint32_t least_area) {
-  collect_runs(relief, threshold);
+  if (!collect_runs(relief, threshold)) return {};
   chain();
   const auto larger = [](const Region& a, const Region& b) {
     return a.area != b.area ? a.area > b.area : a.first < b.first;

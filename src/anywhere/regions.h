@@ -49,13 +49,15 @@ class RegionFinder {
   RegionFinder(int rows, int cols);
 
   bool ready() const { return runs_.ready() && regions_.ready(); }
-  /** The largest regions of at least `least_area` pixels above a threshold, the largest first. Valid until next time.
+  /**
+   * The largest regions of at least `least_area` pixels above a threshold, the largest first; none where the map is
+   * nothing but noise there. Valid until next time.
    */
   std::span<const Region> find(const Relief& relief, int threshold, std::uint32_t least_area);
   const Run& run(std::uint32_t i) const { return runs_[i]; }
 
  private:
-  void collect_runs(const Relief& relief, int threshold);
+  bool collect_runs(const Relief& relief, int threshold);
   void join_row(std::uint32_t above, std::uint32_t above_end, std::uint32_t below_end);
   std::uint32_t first_of(std::uint32_t run);
   void join(std::uint32_t a, std::uint32_t b);

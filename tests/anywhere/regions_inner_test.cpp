@@ -63,6 +63,14 @@ TEST(Regions, OfARowAreItsRunsInEveryPattern) {
   }
 }
 
+TEST(Regions, OfNothingButNoiseAreNone) {
+  std::vector<std::string> lines;
+  for (int row = 0; row < 12; ++row) lines.emplace_back(row % 2 == 0 ? "101010101010" : "010101010101");
+  EXPECT_EQ(areas(DrawnMap(lines), 0, 1).size(), 0U);  // 72 runs, and room for 48
+  for (std::string& line : lines) line.replace(0, 6, "111111");
+  EXPECT_EQ(areas(DrawnMap(lines), 0, 1).front(), 78U);  // 42 runs: the left half, and what touches it
+}
+
 TEST(Regions, KeepTheLargest80) {
   // 150 single pixels, then a pair.
   std::string line;
