@@ -34,7 +34,7 @@ struct Edge {
   std::uint8_t direction;  /**< of the gradient, as a bin of directions.h */
 };
 
-/** The edges of a copy by their direction, those of one direction from the top down. */
+/** The edges of a copy by their direction, those of one direction row by row from the top down. */
 struct Edges {
   image::WorkArray<Edge> places;
   std::size_t count = 0;
@@ -50,6 +50,31 @@ struct Edges {
       const auto bin = static_cast<std::size_t>((d + kDirections) % kDirections);
       for (std::uint32_t i = starts[bin]; i < starts[bin + 1]; ++i) function(places[i]);
     }
+  }
+  /** The same for edges from y = `top` to y = `bottom`, and perhaps some beside these. */
+  template <class Function>
+  void for_each_near(int direction, int turn, double top, double bottom, Function function) const {
+    for (int d = direction - turn; d <= direction + turn; ++d) {
+      const auto bin = static_cast<std::size_t>((d + kDirections) % kDirections);
+      const std::uint32_t end = starts[bin + 1];
+      for (std::uint32_t i = first_below(starts[bin], end, top); i < end && places[i].y <= bottom + 1.0F; ++i)
+        function(places[i]);
+    }
+  }
+
+ private:
+  /** Of the edges of a direction the first that may lie below y: an edge lies up to a pixel below its row's upper rim.
+   */
+  std::uint32_t first_below(std::uint32_t first, std::uint32_t end, double y) const {
+    while (first < end) {
+      const std::uint32_t middle = first + (end - first) / 2;
+      if (places[middle].y < y - 1.0) {
+        first = middle + 1;
+      } else {
+        end = middle;
+      }
+    }
+    return first;
   }
 };
 

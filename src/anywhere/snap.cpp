@@ -1,5 +1,6 @@
 #include "anywhere/snap.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -21,7 +22,8 @@ bool fit_near(const Edges& edges, Point a, Point b, double reach, NormalLine& li
   const Point way = {-side.normal.y, side.normal.x};
   const double start = dot(way, a), size = dot(way, b) - start;
   Moments moments;
-  edges.for_each_near(direction, kTurn, [&](const Edge& edge) {
+  const double top = std::min(a.y, b.y) - reach, bottom = std::max(a.y, b.y) + reach;
+  edges.for_each_near(direction, kTurn, top, bottom, [&](const Edge& edge) {
     const Point p = {edge.x, edge.y};
     const double along = dot(way, p) - start;
     if (std::abs(side.distance(p)) <= reach && along >= 0.0 && along <= size) moments.add(p);

@@ -36,8 +36,9 @@ inline vantrel::anywhere::Edges edges_at(std::vector<vantrel::anywhere::Edge> pl
   edges.threshold = threshold;
   edges.count = places.size();
   edges.places = vantrel::image::WorkArray<vantrel::anywhere::Edge>(places.size());
-  std::stable_sort(places.begin(), places.end(),
-                   [](const auto& a, const auto& b) { return a.direction < b.direction; });
+  std::stable_sort(places.begin(), places.end(), [](const auto& a, const auto& b) {
+    return a.direction != b.direction ? a.direction < b.direction : a.y < b.y;
+  });
   std::copy(places.begin(), places.end(), edges.places.get());
   for (std::size_t i = 0; i < edges.starts.size(); ++i) {
     const auto before =

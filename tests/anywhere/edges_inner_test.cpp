@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "anywhere/drawn_copy.h"
@@ -176,6 +177,26 @@ TEST(Edges, AreVisitedNearADirectionAlsoRoundTheHalfTurn) {
   EXPECT_EQ(visited(edges, 128, 0), (std::vector<int>{128}));
   EXPECT_EQ(visited(edges, 120, 7), (std::vector<int>{}));
   EXPECT_EQ(visited(edges, 120, 8), (std::vector<int>{128}));
+}
+
+TEST(Edges, AreVisitedBetweenTwoHeights) {
+  support::SlantedCard card;
+  card.noise = 60;
+  const support::DrawnCard drawn(card);
+  const Edges edges = edges_of(reduce(drawn.scan()));
+  ASSERT_GT(edges.count, 5000U);
+  for (const auto& [top, bottom] :
+       {std::pair{100.3, 180.9}, {-5.0, 0.5}, {470.0, 900.0}, {239.5, 239.5}, {300.0, 200.0}}) {
+    std::vector<const Edge*> wanted, found;
+    const auto collect = [&, from = top, to = bottom](std::vector<const Edge*>& into) {
+      return [&into, from, to](const Edge& edge) {
+        if (edge.y >= from && edge.y <= to) into.push_back(&edge);
+      };
+    };
+    edges.for_each_near(70, 18, collect(wanted));
+    edges.for_each_near(70, 18, top, bottom, collect(found));
+    EXPECT_EQ(found, wanted) << top;
+  }
 }
 
 TEST(Edges, AreNoneWhereNothingChanges) {
