@@ -104,10 +104,10 @@ bool choose_finalists(const Scan& scan, const Analysis& analysis, Finalists& fin
   if (!measure_likeliest(scan, analysis, finalists)) return false;
   for (Finalist& finalist : finalists.all()) finalist.score = kFinalModel(finalist.features);
   for (Finalist& finalist : finalists.all()) finalist.confidence = confidence(finalist, lead(finalists, finalist));
-  const auto likelier = [](const Finalist& a, const Finalist& b) {
-    return a.confidence != b.confidence ? a.confidence > b.confidence : a.rank < b.rank;
+  const auto better = [](const Finalist& a, const Finalist& b) {
+    return a.score != b.score ? a.score > b.score : a.rank < b.rank;
   };
-  std::sort(finalists.items.get(), finalists.items.get() + finalists.count, likelier);
+  std::sort(finalists.items.get(), finalists.items.get() + finalists.count, better);
   return true;
 }
 

@@ -15,7 +15,7 @@
 
 namespace vantrel::anywhere {
 
-/** Finalists, the likeliest first once they are judged. */
+/** Finalists, the best first once they are judged. */
 struct Finalists {
   image::WorkArray<Finalist> items;
   std::size_t count = 0;

@@ -191,7 +191,7 @@ TEST(Finalists, AreJudgedAndInOrder) {
     EXPECT_EQ(one.score, kFinalModel(one.features));
     EXPECT_TRUE(one.confidence >= 0.0 && one.confidence <= 1.0);
     if (i > 0) {
-      EXPECT_GE(finalists.items[i - 1].confidence, one.confidence);
+      EXPECT_GE(finalists.items[i - 1].score, one.score);
     }
   }
 }
