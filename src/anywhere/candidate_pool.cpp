@@ -7,6 +7,8 @@ namespace {
 
 /** Corners no farther apart than this, in both coordinates, are the same. */
 constexpr double kSameCorner = 2.0;
+/** So many of one size are kept: the tiles of a pattern must not crowd out the card that lies on it. */
+constexpr std::ptrdiff_t kMostAlike = 80;
 
 }  // namespace
 
@@ -19,7 +21,10 @@ std::size_t CandidatePool::best(std::span<Quad> quads) {
   for (std::size_t i = 0; i < count_ && kept < quads.size(); ++i) {
     const Quad& quad = candidates_[order_[i]].quad;
     const auto same = [&](const Quad& other) { return nearly_same(quad, other, kSameCorner); };
-    if (std::none_of(quads.begin(), quads.begin() + static_cast<std::ptrdiff_t>(kept), same)) quads[kept++] = quad;
+    const auto alike = [&](const Quad& other) { return alike_in_size(quad, other); };
+    const std::span<Quad> before = quads.first(kept);
+    if (std::any_of(before.begin(), before.end(), same)) continue;
+    if (std::count_if(before.begin(), before.end(), alike) < kMostAlike) quads[kept++] = quad;
   }
   return kept;
 }

@@ -21,6 +21,8 @@ constexpr double kFrameShare = 0.35;
 constexpr int kMostFrameSides = 2;
 /** Corners nearer than this are the same, in pixels of the copy. */
 constexpr double kSamePlace = 2.5;
+/** So many of one size are kept: the tiles of a pattern must not crowd out the card that lies on it. */
+constexpr std::ptrdiff_t kMostAlike = 100;
 /** Pairs of lines that are looked at; beyond it the picture is full of lines and the first are the strongest. */
 constexpr int kPoolSize = 1024;
 
@@ -205,7 +207,10 @@ bool add_line_candidates(const Lines& lines, int rows, int cols, Candidates& can
   for (const Candidate& candidate : pool.sorted()) {
     if (candidates.count == kMostLineCandidates) break;
     const auto same = [&](const Candidate& other) { return nearly_same(candidate.quad, other.quad, kSamePlace); };
-    if (std::any_of(candidates.all().begin(), candidates.all().end(), same)) continue;
+    const auto alike = [&](const Candidate& other) { return alike_in_size(candidate.quad, other.quad); };
+    const auto before = candidates.all();
+    if (std::any_of(before.begin(), before.end(), same)) continue;
+    if (std::count_if(before.begin(), before.end(), alike) >= kMostAlike) continue;
     candidates.items[static_cast<std::size_t>(candidates.count++)] = candidate;
   }
   return true;

@@ -1,6 +1,7 @@
 #include "anywhere/quad.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vantrel::anywhere {
 
@@ -24,6 +25,24 @@ bool nearly_same(const Quad& a, const Quad& b, double reach) {
     if (near) return true;
   }
   return false;
+}
+
+namespace {
+
+/** The mean lengths of the longer and of the shorter pair of sides. */
+std::pair<double, double> size_of(const Quad& quad) {
+  const double one = length(quad[1] - quad[0]) + length(quad[3] - quad[2]);
+  const double other = length(quad[2] - quad[1]) + length(quad[0] - quad[3]);
+  return {std::max(one, other) / 2, std::min(one, other) / 2};
+}
+
+}  // namespace
+
+bool alike_in_size(const Quad& a, const Quad& b) {
+  constexpr double kTolerance = 0.1;
+  const auto [long_a, short_a] = size_of(a);
+  const auto [long_b, short_b] = size_of(b);
+  return std::abs(long_a - long_b) <= kTolerance * long_a && std::abs(short_a - short_b) <= kTolerance * short_a;
 }
 
 std::size_t top_side(const Quad& clockwise) {

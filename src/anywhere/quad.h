@@ -76,6 +76,9 @@ bool meet(const std::array<NormalLine, 4>& sides, const Quad& near, double most,
 /** Whether no coordinate of a corner is farther than `reach` from that of the other's, by some turn of the corners. */
 bool nearly_same(const Quad& a, const Quad& b, double reach);
 
+/** Whether the sides of two quadrilaterals are about as long, whatever way they lie. */
+bool alike_in_size(const Quad& a, const Quad& b);
+
 /** The side of a clockwise quadrilateral that lies on top, and so the corner that lies top left: its outward normal
  * points up most. */
 std::size_t top_side(const Quad& clockwise);

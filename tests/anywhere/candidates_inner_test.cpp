@@ -101,6 +101,13 @@ TEST(NearlySame, TurnsTheSameWay) {
   EXPECT_FALSE(nearly_same(card, {{card[0], card[3], card[2], card[1]}}, 90.0));
 }
 
+TEST(AlikeInSize, ComparesLongerAndShorterSides) {
+  const Quad card{{Point{0, 0}, {100, 0}, {100, 50}, {0, 50}}};
+  EXPECT_TRUE(alike_in_size(card, {{Point{7, 7}, {7, 115}, {-39, 115}, {-39, 7}}}));  // 108 x 46, upright
+  EXPECT_FALSE(alike_in_size(card, {{Point{0, 0}, {112, 0}, {112, 50}, {0, 50}}}));
+  EXPECT_FALSE(alike_in_size(card, {{Point{0, 0}, {100, 0}, {100, 44}, {0, 44}}}));
+}
+
 /** The candidates of a drawing, and the lines that they come from. */
 struct Found {
   Lines lines;

@@ -88,6 +88,20 @@ TEST(CandidatePool, GivesTheBestWithoutNearTwins) {
   EXPECT_EQ(pool.best(std::span(quads).first(1)), 1u);
 }
 
+TEST(CandidatePool, KeepsOnlySoManyOfOneSize) {
+  CandidatePool pool(200);
+  ASSERT_TRUE(pool.ready());
+  for (int i = 0; i < 100; ++i) {
+    const double x = 30.0 * i;
+    pool.add({{Point{x, 0}, Point{x + 20, 0}, Point{x + 20, 20}, Point{x, 20}}}, 2.0);
+  }
+  const Quad card{{Point{0, 0}, Point{300, 0}, Point{300, 200}, Point{0, 200}}};
+  pool.add(card, 1.0);
+  std::array<Quad, 90> quads;
+  ASSERT_EQ(pool.best(quads), 81U);
+  EXPECT_EQ(corners_of(quads[80]), corners_of(card));
+}
+
 /** A gray scan with polygons on it, which is large enough to be its own copy. */
 class DrawnCopy {
  public:
