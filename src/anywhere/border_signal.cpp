@@ -14,6 +14,12 @@ constexpr double kNear = 1.5;
 /** A border is as wide as the scan is blurred; its middle is judged from so many samples to either side. */
 constexpr double kFlank = 2.25;
 
+/** A flank that the frame of the scan cuts off nearer than this, in samples, would be judged by its other half. */
+constexpr double kWhole = 1.5;
+
+/** Of the places of a side, so many have to be on the scan for a share of them to be told. */
+constexpr double kLeastJudged = 0.25;
+
 /** Where so many of the slopes along a line go one way, the others do not belong to it. */
 constexpr double kOneWay = 0.75;
 
@@ -162,6 +168,7 @@ std::size_t border_points(const SideProfiles& profiles, const BorderSignal& sign
     }
     if (best < 0) continue;
     const double middle = middle_of(profiles, signal, at, best, way);
+    if (middle - kWhole < profiles.first[at] || middle + kWhole > profiles.last[at]) continue;
     const double square = most * most;
     points[count++] = {profiles.along[at], (middle - profiles.centre) * profiles.step, square / (square + 9.0)};
   }
@@ -205,7 +212,7 @@ BorderCourse bend(std::span<const OffsetPoint> points, BorderCourse course, doub
 
 /** The slopes around a line at some place: at whole samples from the line, which runs between samples. */
 constexpr int kAround = 3;
-constexpr int kLeastAround = 6;
+constexpr int kLeastAround = 4;
 using Slopes = std::array<double, 2 * kAround + 1>;
 
 bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std::size_t place, double at,
@@ -215,7 +222,10 @@ bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std
   slopes.fill(0.0);
   int seen = 0;
   for (int i = -kAround; i <= kAround; ++i) {
-    if (below + i <= profiles.first[place] || below + i + 1 >= profiles.last[place]) continue;
+    if (below + i <= profiles.first[place] || below + i + 1 >= profiles.last[place]) {
+      if (i >= -1 && i <= 1) return false;
+      continue;
+    }
     const auto& values = signal.values[place];
     const int sample_below = below + i;
     const int of_slopes = i + kAround;
@@ -224,7 +234,7 @@ bool slopes_around(const SideProfiles& profiles, const BorderSignal& signal, std
         slope_at(values, sample) * (1.0 - part) + slope_at(values, sample + 1) * part;
     ++seen;
   }
-  // Beside the frame of the scan the outermost may be missing.
+  // Beside the frame of the scan the outer ones may be missing.
   return seen >= kLeastAround;
 }
 
@@ -293,6 +303,7 @@ double share_on_course(const SideProfiles& profiles, const BorderSignal& signal,
   constexpr double kLeastSlope = 2.0;
   const int way = way_of(profiles, signal, course);
   int shown = 0;
+  int judged = 0;
   for (int place = 0; place < profiles.places; ++place) {
     Slopes sums{};
     int count = 0;
@@ -306,9 +317,11 @@ double share_on_course(const SideProfiles& profiles, const BorderSignal& signal,
       for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += slopes[i];
       ++count;
     }
+    judged += count > 0 ? 1 : 0;
     shown += count > 0 && shows_border(sums, way, kLeastSlope * count) ? 1 : 0;
   }
-  return profiles.places > 0 ? static_cast<double>(shown) / profiles.places : 0.0;
+  // What the frame cuts off shows neither that there is a border nor that there is none.
+  return profiles.places > 0 ? shown / std::max<double>(judged, kLeastJudged * profiles.places) : 0.0;
 }
 
 double contrast_at(const SideProfiles& profiles, const BorderCourse& course) {

@@ -40,7 +40,7 @@ struct BorderCourse {
 /** The border along a line, to a fraction of a sample. */
 BorderCourse locate_border(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line);
 
-/** The share of the places whose steepest slope near a course lies on it. */
+/** The share of the places on the scan whose steepest slope near a course lies on it. */
 double share_on_course(const SideProfiles& profiles, const BorderSignal& signal, const BorderCourse& course);
 
 /** The median difference between inside and outside. */

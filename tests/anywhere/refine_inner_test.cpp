@@ -87,6 +87,17 @@ TEST(Refine, TakesTheInnerFlankOfAShadowForTheEdge) {
   expect_found(card, 0.8);
 }
 
+TEST(Refine, FindsASideThatIsAllButOnTheFrame) {
+  SlantedCard card;
+  card.slope = 0.008;
+  card.centre_y = 144.2;  // the upper side is 2.4 to 6 pixels from the frame
+  Quad start = card.quad();
+  for (Point& corner : start.corners) corner = corner + Point{1.5, 1.5};
+  const Refined refined = refine(DrawnCard(card).scan(), start, kReach);
+  EXPECT_LT(worst_corner(refined.quad, card.quad()), 0.1);
+  EXPECT_GE(refined.shares[0], 0.8);
+}
+
 TEST(Refine, FollowsABowedSideToItsEnds) {
   constexpr int kWidth = 600, kHeight = 440;
   const Quad truth{{Point{100, 100}, Point{500, 100}, Point{500, 340}, Point{100, 340}}};
