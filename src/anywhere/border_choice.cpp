@@ -11,17 +11,38 @@ constexpr double kPartOfBest = 0.7;
 constexpr double kLeastOuter = 0.3;
 
 /** Lines nearer than this are one, in samples. */
-constexpr int kApart = 3;
+constexpr int kApart = 2;
 
-/** A shadow is at most so wide, in samples, and one that fades outward is narrower. */
-constexpr int kWidestShadow = 6;
-constexpr int kWidestFading = 4;
+/** A dark line is at most so wide, in samples. */
+constexpr int kWidest = 10;
 
-/** Of a shadow, the flank on the card's edge is about as steep as the other at least; or it is the narrower one by so
- * much, and this part as steep. The dark rim of a card or a film has the steeper one outside. */
+/** A flank ends where the slope is below this part of its steepest, and the dark line's floor where it is below that.
+ */
+constexpr double kFlankEnd = 0.2;
+constexpr double kFloor = 0.05;
+
+/** The hue of a shadow is that of the ground but for this part of the difference, and so many levels: beside the card
+ * the scan's blur mixes in the card's own. */
+constexpr double kOtherHue = 0.25;
+constexpr double kOtherHueLevels = 4.0;
+
+/** The inner flank is this part as steep as the outer one at least, and gives this part of its evidence. */
+constexpr double kPartOfFlank = 0.35;
+constexpr double kPartOfEvidence = 0.5;
+
+/** Flanks nearer than this are one, in samples. */
+constexpr double kLeastWidth = 0.75;
+
+/** A rim has an outer flank that is steeper by so much; or is too dark for shadows on all sides. */
 constexpr double kSteeper = 0.9;
-constexpr double kNarrower = 1.3;
-constexpr double kPartOfFlank = 0.33;
+constexpr double kDarkRim = 0.6;
+
+/** What is lighter than this beside all sides of a card are its shadows. */
+constexpr double kLightestRim = 0.92;
+
+/** All around a rim is as wide, but for so many samples and this part. */
+constexpr double kUneven = 0.5;
+constexpr double kUnevenPart = 0.2;
 
 /** The most evidence along a line shifted by `shift` samples, or along one that turns a little beside it. */
 SampleLine best_near(const Evidence& evidence, const SampleLine& line, double shift) {
@@ -37,46 +58,83 @@ SampleLine best_near(const Evidence& evidence, const SampleLine& line, double sh
   return best;
 }
 
-/** The median over the places of the slope beside a line. */
-double slope_beside(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line, double shift) {
-  std::array<double, kMostPlaces> slopes{};
-  std::size_t count = 0;
+using Levels = std::array<double, kPlanes>;
+
+double product(const Levels& a, const Levels& b) {
+  double sum = 0.0;
+  for (std::size_t plane = 0; plane < kPlanes; ++plane) sum += a[plane] * b[plane];
+  return sum;
+}
+
+/** The mean levels at whole samples from a line, seen at half of the places at least. */
+class Beside {
+ public:
+  Beside(const SideProfiles& profiles, const SampleLine& line);
+  int first() const { return first_; }
+  int last() const { return last_; }
+  const Levels& operator[](int sample) const { return levels_[index(sample)]; }
+  /** How much lighter the next sample outward is. */
+  double rise(int sample) const { return (*this)[sample + 1][kLight] - (*this)[sample][kLight]; }
+  /** How far the next sample inward departs from the ground's darkening: by its hue, or by being lighter. */
+  double departure(int sample, const Levels& ground) const;
+
+ private:
+  static constexpr int kInside = kWidest + 6;
+  static constexpr int kOutside = 6;
+  static constexpr std::size_t index(int sample) { return static_cast<std::size_t>(sample + kInside); }
+
+  int first_ = 0;
+  int last_ = -1;
+  std::array<Levels, kInside + kOutside + 1> levels_{};
+};
+
+Beside::Beside(const SideProfiles& profiles, const SampleLine& line) {
+  std::array<int, kInside + kOutside + 1> counts{};
   for (int place = 0; place < profiles.places; ++place) {
     const auto at = static_cast<std::size_t>(place);
-    const double sample = sample_at(line, place, profiles.places) + shift;
-    const double below = std::floor(sample);
-    if (!(below - 1 >= profiles.first[at] && below + 2 <= profiles.last[at])) continue;
-    const auto i = static_cast<std::size_t>(below);
+    const double sample = sample_at(line, place, profiles.places);
+    const int below = static_cast<int>(std::floor(sample));
     const double part = sample - below;
-    const auto& values = signal.values[at];
-    slopes[count++] = slope_at(values, i) * (1.0 - part) + slope_at(values, i + 1) * part;
+    const int end = std::min(kOutside, profiles.last[at] - 1 - below);
+    for (int i = std::max(-kInside, profiles.first[at] - below); i <= end; ++i) {
+      const int sample_below = below + i;
+      const auto k = static_cast<std::size_t>(sample_below);
+      for (std::size_t plane = 0; plane < profiles.plane_count; ++plane) {
+        const auto& levels = profiles.levels[at][plane];
+        levels_[index(i)][plane] += levels[k] * (1.0 - part) + levels[k + 1] * part;
+      }
+      ++counts[index(i)];
+    }
   }
-  if (count * 2 < static_cast<std::size_t>(profiles.places)) return 0.0;
-  const auto middle = slopes.begin() + static_cast<std::ptrdiff_t>(count / 2);
-  std::nth_element(slopes.begin(), middle, slopes.begin() + static_cast<std::ptrdiff_t>(count));
-  return *middle;
+  for (int i = kOutside; i >= -kInside; --i) {
+    const int count = counts[index(i)];
+    if (count == 0 || count * 2 < profiles.places) continue;
+    for (double& level : levels_[index(i)]) level /= count;
+    last_ = std::max(last_, i);
+    first_ = i;
+  }
 }
 
-/** The slopes beside a line at every half sample, from some way inside of the widest shadow to some way outside. */
-constexpr std::size_t kOnLine = 2 * (kWidestShadow + 2);
-using FlankSlopes = std::array<double, kOnLine + 8>;
-
-void add_slopes(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line, std::size_t first,
-                std::size_t end, FlankSlopes& slopes) {
-  for (std::size_t i = first; i < end; ++i)
-    slopes[i] = slope_beside(profiles, signal, line, (static_cast<double>(i) - static_cast<double>(kOnLine)) / 2);
+double Beside::departure(int sample, const Levels& ground) const {
+  Levels change;
+  for (std::size_t plane = 0; plane < kPlanes; ++plane)
+    change[plane] = (*this)[sample][plane] - (*this)[sample + 1][plane];
+  const double along = product(change, ground) / product(ground, ground);
+  const double lighter = std::max(0.0, change[kLight]);
+  for (std::size_t plane = 0; plane < kPlanes; ++plane) change[plane] -= along * ground[plane];
+  return std::sqrt(product(change, change) + lighter * lighter);
 }
 
-/** How wide a flank is, in half samples: its height by its steepest slope. */
-double flank_width(const FlankSlopes& slopes, std::size_t steepest) {
-  constexpr std::size_t kWidest = 6;
-  const double most = slopes[steepest];
-  double sum = most;
-  for (std::size_t i = 1; i <= kWidest && i <= steepest && slopes[steepest - i] * most > 0.0; ++i)
-    sum += slopes[steepest - i];
-  for (std::size_t i = 1; i <= kWidest && steepest + i < slopes.size() && slopes[steepest + i] * most > 0.0; ++i)
-    sum += slopes[steepest + i];
-  return sum / most;
+/** What a shadow leaves of the light of the ground, as a part; more than 1 where a level is no shadow of it. */
+double shade_of(const Levels& dark, const Levels& ground) {
+  const double part = product(dark, ground) / product(ground, ground);
+  Levels other, difference;
+  for (std::size_t plane = 0; plane < kPlanes; ++plane) {
+    other[plane] = dark[plane] - part * ground[plane];
+    difference[plane] = dark[plane] - ground[plane];
+  }
+  const double most = kOtherHue * std::sqrt(product(difference, difference)) + kOtherHueLevels;
+  return std::sqrt(product(other, other)) <= most ? part : 2.0;
 }
 
 }  // namespace
@@ -97,28 +155,52 @@ SampleLine outermost_line(const Evidence& evidence, const SampleLine& line, int 
   return chosen;
 }
 
-SampleLine inner_flank(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line) {
-  if (signal.lightness < 0.5) return line;
-  FlankSlopes slopes{};
-  add_slopes(profiles, signal, line, kOnLine - 2, kOnLine + 3, slopes);
-  std::size_t outer = kOnLine - 2;
-  for (std::size_t i = outer; i <= kOnLine + 2; ++i)
-    if (slopes[i] > slopes[outer]) outer = i;
-  if (slopes[kOnLine] * 2 < slopes[outer] || slopes[outer] <= 0.0) return line;
-  add_slopes(profiles, signal, line, 0, kOnLine - 2, slopes);
-  std::size_t inner = kOnLine - 2;
-  for (std::size_t i = inner; i + 2 * kWidestShadow >= outer; --i)
-    if (slopes[i] < slopes[inner]) inner = i;
-  // What is still getting steeper is no flank of so narrow a shadow.
-  if (slopes[inner - 1] <= slopes[inner]) return line;
-  if (-slopes[inner] < kPartOfFlank * slopes[outer]) return line;
-  add_slopes(profiles, signal, line, kOnLine + 3, slopes.size(), slopes);
-  const bool fades = flank_width(slopes, outer) > kNarrower * flank_width(slopes, inner);
-  const bool narrow = outer - inner <= 2 * kWidestFading;
-  const double steep = -slopes[inner] / slopes[outer];
-  if (steep < (narrow && fades ? kPartOfFlank : kSteeper)) return line;
-  const double shift = (static_cast<double>(inner) - static_cast<double>(kOnLine)) / 2;
-  return {line.begin + shift, line.end + shift, line.evidence};
+DarkLine dark_line(const SideProfiles& profiles, const Evidence& evidence, const SampleLine& outer) {
+  const DarkLine none{outer};
+  const Beside beside(profiles, outer);
+  if (beside.first() > -4 || beside.last() < 1) return none;
+  int flank = -2;
+  for (int i = -1; i < std::min(beside.last(), 2); ++i)
+    if (beside.rise(i) > beside.rise(flank)) flank = i;
+  const double steepest = beside.rise(flank);
+  if (!(steepest > 0.0)) return none;
+  int ground = flank + 1;
+  while (ground < beside.last() && beside.rise(ground) > kFlankEnd * steepest) ++ground;
+  int floor = flank;
+  while (floor > beside.first() && beside.rise(floor - 1) > kFloor * steepest) --floor;
+  const double shade = shade_of(beside[floor], beside[ground]);
+  if (flank - floor > kWidest || !(shade <= 1.0)) return none;
+  // Inward from there the first place that is steepest is the other flank.
+  double before = 0.0;
+  for (int i = flank - 1; i > beside.first() && i >= flank - kWidest; --i) {
+    const double here = beside.departure(i, beside[ground]);
+    const double next = beside.departure(i - 1, beside[ground]);
+    if (here >= before && here > next && here > kPartOfFlank * steepest) {
+      const double bend = before - 2.0 * here + next;
+      const double between = bend < 0.0 ? std::clamp((before - next) / (2.0 * bend), -0.5, 0.5) : 0.0;
+      const double shift = i + 0.5 - between;
+      if (shift > -kLeastWidth) return none;
+      if (best_near(evidence, outer, shift).evidence >= kPartOfEvidence * outer.evidence)
+        return {{outer.begin + shift, outer.end + shift, outer.evidence}, -shift, shade, here >= kSteeper * steepest};
+    }
+    before = here;
+  }
+  return none;
+}
+
+bool is_rim(std::span<const DarkLine> sides) {
+  if (sides.size() < 3) return false;
+  double narrowest = sides[0].width, widest = narrowest;
+  double lightest = sides[0].level;
+  bool soft = false;
+  for (const DarkLine& side : sides) {
+    narrowest = std::min(narrowest, side.width);
+    widest = std::max(widest, side.width);
+    lightest = std::max(lightest, side.level);
+    soft = soft || side.soft;
+  }
+  if (!(narrowest > 0.0) || widest - narrowest > kUneven + kUnevenPart * narrowest) return false;
+  return soft ? lightest < kDarkRim : lightest < kLightestRim;
 }
 
 }  // namespace vantrel::anywhere

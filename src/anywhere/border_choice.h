@@ -5,7 +5,8 @@
 #ifndef VANTREL_ANYWHERE_BORDER_CHOICE_H
 #define VANTREL_ANYWHERE_BORDER_CHOICE_H
 
-#include "anywhere/border_signal.h"
+#include <span>
+
 #include "anywhere/line_search.h"
 #include "anywhere/side_profiles.h"
 
@@ -17,12 +18,23 @@ namespace vantrel::anywhere {
  */
 SampleLine outermost_line(const Evidence& evidence, const SampleLine& line, int centre, int reach);
 
+/** A thin dark line along a border, between an inner flank and an outer one. */
+struct DarkLine {
+  SampleLine inner;
+  double width = 0.0; /**< from flank to flank, in samples; 0: there is none */
+  double level = 1.0; /**< what it leaves of the light outside it */
+  bool soft = false;  /**< whether its inner flank is the steeper one, or about as steep */
+};
+
 /**
- * The inner flank of a thin dark line of which `line` is the outer flank; else `line`. A white card on a white ground
- * is seen by its shadow alone, and it is the inner flank that lies on the card's edge; of a dark rim of the card's own
- * it is the outer one.
+ * The dark line of which `outer` is the outer flank, if there is one: darker than what lies outside it, but of the same
+ * hue. A card is seen by its shadow, too, and then it is the inner flank that lies on the card's edge; of a dark rim of
+ * the card's own it is the outer one.
  */
-SampleLine inner_flank(const SideProfiles& profiles, const BorderSignal& signal, const SampleLine& line);
+DarkLine dark_line(const SideProfiles& profiles, const Evidence& evidence, const SampleLine& outer);
+
+/** Whether dark lines along all sides of a card are its rim: alike all around, as shadows are not. */
+bool is_rim(std::span<const DarkLine> sides);
 
 }  // namespace vantrel::anywhere
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "anywhere/border_choice.h"
 #include "anywhere/border_signal.h"
@@ -41,6 +42,7 @@ struct RefinedSide {
   bool found = false;
   double share = 0.0;
   double contrast = 0.0;
+  DarkLine dark; /**< that it was found on the inner flank of */
 };
 
 /** Work memory for a side. */
@@ -48,7 +50,8 @@ struct Work {
   SideProfiles profiles;
   Evidence evidence;
   BorderSignal signal;
-  Noise noise{}; /**< of single pixels; 0 where none was judged yet */
+  Noise noise{};    /**< of single pixels; 0 where none was judged yet */
+  bool rim = false; /**< whether dark lines are the card's own */
 };
 
 bool on_frame(const Scan& scan, Point a, Point b) {
@@ -77,13 +80,24 @@ OffsetLine between_ends(const BorderCourse& course, const SideLine& side) {
   return {course.line.base + course.off_line(from) - slope * from, course.line.slope + slope};
 }
 
-void move_side(SideLine& side, const OffsetLine& by) {
+/** Lays a course onto the border along a line; returns the share of the places that show it. */
+double follow(Work& work, const Noise& noise, const SampleLine& line, BorderCourse& course) {
+  mix_planes(work.profiles, noise, line, work.signal);
+  course = locate_border(work.profiles, work.signal, line);
+  return share_on_course(work.profiles, work.signal, course);
+}
+
+/** Moves a side onto a course, which then is told from there. */
+void move_side(SideLine& side, const OffsetLine& by, BorderCourse& course) {
   side.base += side.outward * by.base;
   side.slope += side.outward * by.slope;
+  course.line.base -= by.base;
+  course.line.slope -= by.slope;
 }
 
 /** Looks for a border within `reach` pixels of a side; moves it there and says what speaks for it. */
-bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, RefinedSide& refined) {
+bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, RefinedSide& refined,
+                 BorderCourse& course) {
   SideProfiles& profiles = work.profiles;
   sample_side(scan, side, reach / side.cosine(), profiles);
   if (profiles.places < kLeastPlaces || profiles.count_with(5) * 2 < profiles.places) return false;
@@ -93,29 +107,29 @@ bool search_side(const Scan& scan, double reach, Work& work, SideLine& side, Ref
   SampleLine found = search_line(work.evidence, profiles.centre, samples);
   if (!(found.evidence > 0.0)) return false;
   found = outermost_line(work.evidence, found, profiles.centre, samples);
-  mix_planes(profiles, noise, found, work.signal);
-  const SampleLine flank = inner_flank(profiles, work.signal, found);
-  BorderCourse course = locate_border(profiles, work.signal, flank);
-  refined.share = share_on_course(profiles, work.signal, course);
-  if (flank.begin != found.begin && refined.share < kLeastFlank) {
-    course = locate_border(profiles, work.signal, found);
-    refined.share = share_on_course(profiles, work.signal, course);
+  refined.dark = work.rim ? DarkLine{found} : dark_line(profiles, work.evidence, found);
+  refined.share = follow(work, noise, refined.dark.inner, course);
+  if (refined.dark.width > 0.0 && refined.share < kLeastFlank) {
+    refined.dark = {found};
+    refined.share = follow(work, noise, found, course);
   }
   refined.contrast = contrast_at(profiles, course);
-  move_side(side, reach > kLastReach ? course.line : between_ends(course, side));
+  move_side(side, reach > kLastReach ? course.line : between_ends(course, side), course);
   return true;
 }
 
 RefinedSide refine_side(const Scan& scan, Point a, Point b, double reach, Work& work) {
-  const RefinedSide stays{line_through(a, b)};
+  RefinedSide stays;
+  stays.line = line_through(a, b);
   for (const Point end : {a, b})
     if (!(std::abs(end.x) < kMostCoordinate && std::abs(end.y) < kMostCoordinate)) return stays;
   if (!(length(b - a) >= kLeastLength) || on_frame(scan, a, b)) return stays;
   work.noise = {};
   SideLine side = side_line(a, b);
   RefinedSide refined = stays;
+  BorderCourse course;
   while (true) {
-    if (!search_side(scan, reach, work, side, refined)) return stays;
+    if (!search_side(scan, reach, work, side, refined, course)) return stays;
     if (reach <= kLastReach) break;
     reach = std::max(reach / kGain, kLastReach);
   }
@@ -126,6 +140,23 @@ RefinedSide refine_side(const Scan& scan, Point a, Point b, double reach, Work& 
   return refined;
 }
 
+using Sides = std::array<RefinedSide, 4>;
+
+Sides refine_sides(const Scan& scan, const Quad& start, double reach, Work& work) {
+  Sides sides;
+  for (std::size_t i = 0; i < sides.size(); ++i) sides[i] = refine_side(scan, start[i], start[i + 1], reach, work);
+  return sides;
+}
+
+/** Whether the dark lines along all sides that were found are a rim. */
+bool have_rim(const Sides& sides) {
+  std::array<DarkLine, 4> dark;
+  std::size_t count = 0;
+  for (const RefinedSide& side : sides)
+    if (side.found) dark[count++] = side.dark;
+  return is_rim(std::span(dark).first(count));
+}
+
 }  // namespace
 
 Refined refine(const Scan& scan, const Quad& start, double reach) {
@@ -133,9 +164,12 @@ Refined refine(const Scan& scan, const Quad& start, double reach) {
   if (scan.pixels.empty()) return refined;
   reach = reach > kLastReach ? std::min(reach, kMostReach) : kLastReach;
   Work work;
-  std::array<RefinedSide, 4> sides;
+  Sides sides = refine_sides(scan, start, reach, work);
+  if (have_rim(sides)) {
+    work.rim = true;
+    sides = refine_sides(scan, start, reach, work);
+  }
   for (std::size_t i = 0; i < 4; ++i) {
-    sides[i] = refine_side(scan, start[i], start[i + 1], reach, work);
     refined.shares[i] = sides[i].share;
     refined.contrasts[i] = sides[i].contrast;
   }

@@ -87,6 +87,22 @@ TEST(Refine, TakesTheInnerFlankOfAShadowForTheEdge) {
   expect_found(card, 0.8);
 }
 
+TEST(Refine, PrefersTheEdgeToTheFarFlankOfAWideShadow) {
+  SlantedCard card;
+  card.shadow = 20;
+  card.shadow_width = 7;
+  card.noise = 2;
+  expect_found(card, 0.15);
+}
+
+TEST(Refine, TakesTheOuterFlankOfARimAllAround) {
+  SlantedCard card;
+  card.ground = {200, 200, 200};
+  card.frame_inset = 0.01;
+  card.noise = 2;
+  expect_found(card, 0.15);
+}
+
 TEST(Refine, FindsASideThatIsAllButOnTheFrame) {
   SlantedCard card;
   card.slope = 0.008;
