@@ -6,6 +6,7 @@
 
 #include "anywhere/border_choice.h"
 #include "anywhere/border_signal.h"
+#include "anywhere/edge_fit.h"
 #include "anywhere/line_search.h"
 #include "anywhere/robust_line.h"
 #include "anywhere/side_profiles.h"
@@ -42,7 +43,8 @@ struct RefinedSide {
   bool found = false;
   double share = 0.0;
   double contrast = 0.0;
-  DarkLine dark; /**< that it was found on the inner flank of */
+  DarkLine dark;   /**< that it was found on the inner flank of */
+  EdgeFits fits{}; /**< where beside that its edge is */
 };
 
 /** Work memory for a side. */
@@ -133,6 +135,9 @@ RefinedSide refine_side(const Scan& scan, Point a, Point b, double reach, Work& 
     if (reach <= kLastReach) break;
     reach = std::max(reach / kGain, kLastReach);
   }
+  const double cosine = side.cosine();
+  sample_side(scan, side, (kFitOutside - 1) / cosine, work.profiles);
+  refined.fits = fit_edge(work.profiles, course, cosine);
   refined.line = side.line();
   refined.found = true;
   if (dot(refined.line.normal, stays.line.normal) < 0.0)
@@ -157,6 +162,16 @@ bool have_rim(const Sides& sides) {
   return is_rim(std::span(dark).first(count));
 }
 
+/** Moves the sides to where their edges are by the one blur that explains them all. */
+void settle(Sides& sides) {
+  std::array<const EdgeFits*, 4> fits{};
+  for (std::size_t i = 0; i < sides.size(); ++i) fits[i] = &sides[i].fits;
+  const std::size_t blur = best_blur(fits);
+  if (blur == kBlurs) return;
+  for (RefinedSide& side : sides)
+    if (side.found) side.line.offset += side.fits[blur].offset;
+}
+
 }  // namespace
 
 Refined refine(const Scan& scan, const Quad& start, double reach) {
@@ -169,6 +184,7 @@ Refined refine(const Scan& scan, const Quad& start, double reach) {
     work.rim = true;
     sides = refine_sides(scan, start, reach, work);
   }
+  settle(sides);
   for (std::size_t i = 0; i < 4; ++i) {
     refined.shares[i] = sides[i].share;
     refined.contrasts[i] = sides[i].contrast;

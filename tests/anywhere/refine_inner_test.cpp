@@ -103,6 +103,36 @@ TEST(Refine, TakesTheOuterFlankOfARimAllAround) {
   expect_found(card, 0.15);
 }
 
+/** A level at a signed distance from a card's edge, as a scanner's point spread blurs it; the shadow fades outward. */
+double blurred_level(double outside, bool shadowed) {
+  double sum = 0.0;
+  double weights = 0.0;
+  for (int i = -15; i <= 15; ++i) {
+    const double weight = 16 - std::abs(i);
+    const double at = outside + i / 8.0;
+    const double shadow = shadowed ? 0.35 * std::max(0.0, 1.0 - at / 3.0) : 0.0;
+    sum += weight * (at < 0.0 ? 240.0 : 200.0 * (1.0 - shadow));
+    weights += weight;
+  }
+  return sum / weights;
+}
+
+TEST(Refine, IsNotDrawnInwardByAShadowOnTwoSides) {
+  constexpr int kWidth = 600, kHeight = 440;
+  const Quad truth{{Point{100.3, 100.6}, Point{500.4, 100.6}, Point{500.4, 340.2}, Point{100.3, 340.2}}};
+  std::vector<unsigned char> gray;
+  for (int y = 0; y < kHeight; ++y) {
+    for (int x = 0; x < kWidth; ++x) {
+      const double right = x + 0.5 - 500.4, left = 100.3 - (x + 0.5);
+      const double below = y + 0.5 - 340.2, above = 100.6 - (y + 0.5);
+      const bool shadowed = std::max(right, below) > std::max(left, above);
+      gray.push_back(static_cast<unsigned char>(blurred_level(std::max({right, left, below, above}), shadowed) + 0.5));
+    }
+  }
+  const Refined refined = refine({{gray.data(), kHeight, kWidth, kWidth}, Layout::kGray}, beside(truth), kReach);
+  EXPECT_LT(worst_corner(refined.quad, truth), 0.2);
+}
+
 TEST(Refine, FindsASideThatIsAllButOnTheFrame) {
   SlantedCard card;
   card.slope = 0.008;
