@@ -200,7 +200,7 @@ bool is_rim(std::span<const DarkLine> sides) {
     soft = soft || side.soft;
   }
   if (!(narrowest > 0.0) || widest - narrowest > kUneven + kUnevenPart * narrowest) return false;
-  return soft ? lightest < kDarkRim : lightest < kLightestRim;
+  return lightest < (soft ? kDarkRim : kLightestRim);
 }
 
 }  // namespace vantrel::anywhere

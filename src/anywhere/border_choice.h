@@ -33,7 +33,10 @@ struct DarkLine {
  */
 DarkLine dark_line(const SideProfiles& profiles, const Evidence& evidence, const SampleLine& outer);
 
-/** Whether dark lines along all sides of a card are its rim: alike all around, as shadows are not. */
+/**
+ * Whether dark lines along all sides of a card are its rim: alike all around, as shadows are not, and steeper outside
+ * or very dark.
+ */
 bool is_rim(std::span<const DarkLine> sides);
 
 }  // namespace vantrel::anywhere
