@@ -74,7 +74,7 @@ Quad scaled(const Quad& quad, double factor) {
 void measure_first(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Analysis& analysis) {
   write_head<anywhere::Features>(seed, drawn);
   for (std::size_t i = 0; i < analysis.features.size(); ++i) {
-    const Quad quad = scaled(analysis.candidates.items[i].quad, analysis.copy.factor);
+    const Quad quad = scaled(analysis.candidates[i].quad, analysis.copy.factor);
     write_row(seed, compare(drawn, quad), quad, analysis.features[i]);
   }
 }

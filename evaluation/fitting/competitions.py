@@ -7,6 +7,7 @@ from evaluation.fitting.additive import Lists
 RIGHT = 0.9  # a quadrilateral with a greater Jaccard index has found its card
 MOST_WRONG = 120  # wrong candidates in a group; more teach nothing new
 EMPTY_WEIGHT = 1.0
+MOST_CARDS = 8  # a scan of more cards counts as so many
 
 
 def compete(table, right, wrong, seed=1, most_wrong=MOST_WRONG):
@@ -31,8 +32,7 @@ def compete(table, right, wrong, seed=1, most_wrong=MOST_WRONG):
             index.append(taken)
             group.append(np.full(len(taken), len(weight)))
             is_right.append(np.isin(np.arange(len(taken)), np.arange(len(good))))
-            # A scan of many cards counts as a few.
-            weight.append(EMPTY_WEIGHT if cards == 0 else min(1.0, 3.0 / cards))
+            weight.append(EMPTY_WEIGHT if cards == 0 else min(1.0, MOST_CARDS / cards))
     lists = Lists(np.concatenate(group), np.concatenate(is_right).astype(float), np.array(weight))
     return np.concatenate(index), lists
 

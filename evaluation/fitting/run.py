@@ -12,8 +12,8 @@ from evaluation import building
 from evaluation.fitting import additive, calibration, competitions, constants, leads, tables
 
 # What is drawn to fit on, from seed 1 on. The evaluation's seeds begin at 1000001.
-COUNTS = {"singles": 1600, "white": 600, "photos": 1000, "receipts": 800, "several": 350, "bare": 120, "strips": 250,
-          "pages": 200}
+COUNTS = {"singles": 2000, "white": 1000, "photos": 1200, "receipts": 1200, "several": 500, "bare": 150, "strips": 300,
+          "pages": 250}
 SHARE = 100  # scans in one process
 HELD_OUT = 5  # every fifth seed is not fitted on, and tells how well it went
 # Jaccard indices above which a quadrilateral is right and below which it is wrong, for either model: a candidate of the

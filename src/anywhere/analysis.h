@@ -18,9 +18,20 @@
 
 namespace vantrel::anywhere {
 
+/** What is kept of a coarser copy. */
+struct CoarseLevel {
+  Copy copy;
+  image::WorkArray<Gradient> gradients;
+  int edge_threshold = 0;
+
+  Scene scene() const { return {copy, gradients.all(), {}, edge_threshold}; }
+};
+
 /** The steps in their order, each made from those before it. */
 struct Analysis {
   Copy copy;
+  CoarseLevel half;    /**< of half the copy's size */
+  CoarseLevel quarter; /**< and of a quarter of it */
   image::WorkArray<Gradient> gradients;
   Edges edges;
   BarrierMap barriers;
@@ -29,6 +40,7 @@ struct Analysis {
   image::WorkArray<Features> features; /**< of each candidate */
 
   Scene scene() const { return {copy, gradients.all(), barriers.distances.all(), edges.threshold}; }
+  CoarseScenes coarser() const { return {half.scene(), quarter.scene()}; }
 };
 
 /** The least side of a copy on which anything can be found. */

@@ -13,8 +13,6 @@ constexpr int kMostOpposite = 24;
 constexpr int kLeastAdjacent = 92;
 /** How far outside the frame a corner may lie, of the frame's size. */
 constexpr double kOutside = 0.2;
-/** The shortest side, in pixels of the copy. */
-constexpr double kShortestSide = 12.0;
 /** The least share of a side that lies on edges, and what a side of the frame counts for. */
 constexpr double kLeastShare = 0.18;
 constexpr double kFrameShare = 0.35;
@@ -199,19 +197,26 @@ class Search {
 
 }  // namespace
 
-bool add_line_candidates(const Lines& lines, int rows, int cols, Candidates& candidates) {
+bool Candidates::has(const Quad& quad, double same_place) const {
+  const auto same = [&](const Candidate& other) { return nearly_same(quad, other.quad, same_place); };
+  const auto before = all();
+  return std::any_of(before.begin(), before.end(), same);
+}
+
+void Candidates::add(const Candidate& candidate, double same_place) {
+  if (count_ < items_.size() && !has(candidate.quad, same_place)) items_[count_++] = candidate;
+}
+
+bool add_line_candidates(const Lines& lines, int rows, int cols, std::size_t most, Candidates& candidates) {
   const Crossings crossings(lines, rows, cols);
   Pool pool(kPoolSize);
   if (!crossings.ready() || !pool.ready()) return false;
   Search(lines, crossings, pool).run();
   for (const Candidate& candidate : pool.sorted()) {
-    if (candidates.count == kMostLineCandidates) break;
-    const auto same = [&](const Candidate& other) { return nearly_same(candidate.quad, other.quad, kSamePlace); };
+    if (candidates.count() == most) break;
     const auto alike = [&](const Candidate& other) { return alike_in_size(candidate.quad, other.quad); };
     const auto before = candidates.all();
-    if (std::any_of(before.begin(), before.end(), same)) continue;
-    if (std::count_if(before.begin(), before.end(), alike) >= kMostAlike) continue;
-    candidates.items[static_cast<std::size_t>(candidates.count++)] = candidate;
+    if (std::count_if(before.begin(), before.end(), alike) < kMostAlike) candidates.add(candidate, kSamePlace);
   }
   return true;
 }

@@ -105,18 +105,29 @@ void smooth(Copy& copy, std::int16_t* plane) {
   for (int col = 0; col < copy.cols; ++col) smooth_line(plane + col, copy.rows, copy.cols);
 }
 
+Copy make_copy(int factor, int rows, int cols, std::size_t plane_count) {
+  Copy copy;
+  copy.factor = factor;
+  copy.rows = rows;
+  copy.cols = cols;
+  copy.plane_count = plane_count;
+  for (std::size_t plane = 0; plane < plane_count; ++plane) copy.planes[plane] = WorkArray<std::int16_t>(copy.size());
+  return copy;
+}
+
+void halve_row(const std::int16_t* above, const std::int16_t* below, int cols, std::int16_t* to) {
+  for (int col = 0; col < cols; ++col, above += 2, below += 2)
+    to[col] = static_cast<std::int16_t>((above[0] + above[1] + below[0] + below[1] + 2) >> 2);
+}
+
 }  // namespace
 
 int reduction_factor(int rows, int cols) { return std::max(1, (std::max(rows, cols) + kCopySide / 2) / kCopySide); }
 
 Copy reduce(const Scan& scan) {
-  Copy copy;
-  copy.factor = reduction_factor(scan.pixels.rows, scan.pixels.cols);
-  copy.rows = scan.pixels.rows / copy.factor;
-  copy.cols = scan.pixels.cols / copy.factor;
-  copy.plane_count = has_colour(scan.layout) ? std::size_t{kPlanes} : 1;
-  for (std::size_t plane = 0; plane < copy.plane_count; ++plane)
-    copy.planes[plane] = WorkArray<std::int16_t>(copy.size());
+  const int factor = reduction_factor(scan.pixels.rows, scan.pixels.cols);
+  Copy copy = make_copy(factor, scan.pixels.rows / factor, scan.pixels.cols / factor,
+                        has_colour(scan.layout) ? std::size_t{kPlanes} : 1);
   if (!copy.ready() || copy.size() == 0) return copy;
   const bool done = with_pixels(scan.layout, [&](auto pixels) {
     using Pixels = decltype(pixels);
@@ -142,6 +153,20 @@ Copy reduce(const Scan& scan) {
     smooth(copy, data);
   }
   return copy;
+}
+
+Copy halved(const Copy& copy) {
+  Copy half = make_copy(2 * copy.factor, copy.rows / 2, copy.cols / 2, copy.plane_count);
+  if (!half.ready() || half.size() == 0) return half;
+  for (std::size_t plane = 0; plane < copy.plane_count; ++plane) {
+    std::int16_t* const data = half.planes[plane].get();
+    for (int row = 0; row < half.rows; ++row) {
+      const std::int16_t* above = copy.planes[plane].get() + copy.index(2 * row, 0);
+      halve_row(above, above + copy.cols, half.cols, data + half.index(row, 0));
+    }
+    smooth(half, data);
+  }
+  return half;
 }
 
 }  // namespace vantrel::anywhere

@@ -67,6 +67,9 @@ int reduction_factor(int rows, int cols);
 /** Reduces a scan. Not ready where there was no memory. */
 Copy reduce(const Scan& scan);
 
+/** A copy of half the size, smoothed once more: noise and texture fade on it, a long faint border does not. */
+Copy halved(const Copy& copy);
+
 }  // namespace vantrel::anywhere
 
 #endif

@@ -171,9 +171,33 @@ void measure_edges(const Context& context, const Quad& quad, Features& f) {
   put(f, kEdgeDensity, inside / count / std::max<double>(f[kShareOfPicture], 1e-3));
 }
 
+Probes probes_of(const Scene& scene, const Quad& quad, double scale) {
+  Probes probes;
+  for (std::size_t i = 0; i < 4; ++i) probes[i] = probe_side(scene, quad[i] * scale, quad[i + 1] * scale);
+  return probes;
+}
+
+void measure_coarsely(const Context& context, const Quad& quad, const SeenSides& seen, Features& f) {
+  const Probes half = probes_of(context.coarser().half, quad, 0.5);
+  const auto on_half = [&](auto value) { return summarise_probes(half, seen, value); };
+  const Summary coverage = on_half([](const SideProbe& p) { return p.coverage; });
+  put(f, kCoarseMeanCoverage, coverage.mean);
+  put(f, kCoarseLeastCoverage, coverage.least);
+  put(f, kCoarseSecondCoverage, coverage.second);
+  put(f, kCoarseLeastAgreement, on_half([](const SideProbe& p) { return p.agreement; }).least);
+  put(f, kCoarseMeanOverrun, on_half([](const SideProbe& p) { return p.overrun; }).mean);
+  put(f, kCoarseMostOutsideEdges, on_half([](const SideProbe& p) { return p.outside_edges; }).most);
+  const Probes quarter = probes_of(context.coarser().quarter, quad, 0.25);
+  const Summary coarsest = summarise_probes(quarter, seen, [](const SideProbe& p) { return p.coverage; });
+  put(f, kCoarsestMeanCoverage, coarsest.mean);
+  put(f, kCoarsestLeastCoverage, coarsest.least);
+  put(f, kCoarsestSecondCoverage, coarsest.second);
+}
+
 }  // namespace
 
-Context::Context(const Scene& scene, const Edges& edges) : scene_(scene) {
+Context::Context(const Scene& scene, const CoarseScenes& coarser, const Edges& edges)
+    : scene_(scene), coarser_(coarser) {
   const Copy& copy = scene.copy;
   const double width = copy.cols - 3.0, height = copy.rows - 3.0;
   for (std::size_t i = 0; i < kRing; ++i) {
@@ -208,14 +232,14 @@ SeenSides seen_sides(const Scene& scene, const Quad& quad) {
 
 Features measure(const Context& context, const Quad& quad) {
   Features f{};
-  Probes probes;
-  for (std::size_t i = 0; i < 4; ++i) probes[i] = probe_side(context.scene(), quad[i], quad[i + 1]);
+  const Probes probes = probes_of(context.scene(), quad, 1.0);
   const SeenSides seen = seen_sides(context.scene(), quad);
   measure_sides(context, probes, seen, f);
   measure_barriers(context, quad, probes, seen, f);
   measure_colours(context, probes, seen, f);
   measure_shape(context, quad, seen, f);
   measure_edges(context, quad, f);
+  measure_coarsely(context, quad, seen, f);
   put(f, kThreshold, static_cast<double>(context.scene().edge_threshold) / kGradient);
   return f;
 }

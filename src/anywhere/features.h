@@ -59,21 +59,37 @@ enum Feature : std::size_t {
   kOutsideCorners, /**< how far corners lie outside the frame */
   kEdgesOutside,   /**< the share of all edges outside, away from the border */
   kEdgesInside,
-  kEdgeDensity, /**< edges inside, for the area */
-  kLevelness,   /**< how near the sides are to the directions of the frame */
-  kTopContrast, /**< the greatest contrast of a side */
-  kThreshold,   /**< how lively the picture is */
+  kEdgeDensity,        /**< edges inside, for the area */
+  kLevelness,          /**< how near the sides are to the directions of the frame */
+  kTopContrast,        /**< the greatest contrast of a side */
+  kThreshold,          /**< how lively the picture is */
+  kCoarseMeanCoverage, /**< on the copy of half the size, where texture and print fade */
+  kCoarseLeastCoverage,
+  kCoarseSecondCoverage,
+  kCoarseLeastAgreement,
+  kCoarseMeanOverrun,
+  kCoarseMostOutsideEdges,
+  kCoarsestMeanCoverage, /**< on the copy of a quarter of the size */
+  kCoarsestLeastCoverage,
+  kCoarsestSecondCoverage,
   kFeatures
 };
 
 using Features = std::array<float, kFeatures>;
 
+/** What copies of half and of a quarter of the size show; their barriers are not looked at. */
+struct CoarseScenes {
+  Scene half;
+  Scene quarter;
+};
+
 /** What the features of all candidates of a picture share. */
 class Context {
  public:
-  Context(const Scene& scene, const Edges& edges);
+  Context(const Scene& scene, const CoarseScenes& coarser, const Edges& edges);
 
   const Scene& scene() const { return scene_; }
+  const CoarseScenes& coarser() const { return coarser_; }
   /** The share of the ring along the frame whose colour is near this one. */
   double ring_share(const Levels& colour) const;
   std::span<const Point> sampled_edges() const { return {edges_.data(), edge_count_}; }
@@ -84,6 +100,7 @@ class Context {
   static constexpr std::size_t kMostEdges = 768;
 
   const Scene& scene_;
+  CoarseScenes coarser_;
   std::array<Levels, kRing> ring_{};
   std::array<Point, kMostEdges> edges_{};
   std::size_t edge_count_ = 0;

@@ -12,9 +12,10 @@ namespace {
 /** Candidates with nearer corners than this, in pixels of the copy, are laid onto the same border. */
 constexpr double kSamePlace = 3.0;
 /** So many finalists are taken whatever they overlap, for they may be the right one beside a tempting one. */
-constexpr std::size_t kRivals = 12;
-/** Of further ones so many may overlap others: beside each card, a pair of cards taken as one. */
-constexpr int kFurtherRivals = 2;
+constexpr std::size_t kRivals = 16;
+/** A further one may overlap so many others, and lie within so many: pairs of cards taken as one, sheets. */
+constexpr int kFurtherRivals = 3;
+constexpr int kFurtherAround = 16;
 /** A further card is as likely as this, in log odds of the first model. */
 constexpr double kLeastFurther = -3.0;
 /** How far the scan's border may lie from a candidate's, in pixels of the copy. */
@@ -32,23 +33,25 @@ struct Ranked {
 };
 
 /** Whether a candidate is one of the finalists already, or lies where there are enough of them. */
-bool is_taken(const Finalists& finalists, const Quad& quad, int most_rivals) {
-  int rivals = 0;
+bool is_taken(const Finalists& finalists, const Quad& quad, bool any) {
+  int rivals = 0, around = 0;
   for (const Finalist& finalist : finalists.all()) {
     if (nearly_same(quad, finalist.quad, kSamePlace)) return true;
-    rivals += relation(quad, finalist.quad) != Relation::kApart;
+    const Relation to = relation(quad, finalist.quad);
+    rivals += to != Relation::kApart && to != Relation::kWithin;
+    around += to == Relation::kWithin;
   }
-  return rivals > most_rivals;
+  return !any && (rivals > kFurtherRivals || around > kFurtherAround);
 }
 
 /** Of the ranked candidates those that differ; after the first few only further cards. */
 void take(const Analysis& analysis, std::span<const Ranked> ranked, Finalists& finalists) {
   for (const Ranked& candidate : ranked) {
     if (finalists.count == kMostFinalists) return;
-    const Candidate& from = analysis.candidates.items[candidate.index];
+    const Candidate& from = analysis.candidates[candidate.index];
     const bool any = finalists.count < kRivals;
     if (!any && candidate.score < kLeastFurther) return;
-    if (is_taken(finalists, from.quad, any ? static_cast<int>(kRivals) : kFurtherRivals)) continue;
+    if (is_taken(finalists, from.quad, any)) continue;
     Finalist& added = finalists.items[finalists.count++];
     added = Finalist{};
     added.quad = from.quad;
@@ -86,7 +89,7 @@ double confidence(const Finalist& finalist, double lead) {
 }  // namespace
 
 bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
-  const auto count = static_cast<std::size_t>(analysis.candidates.count);
+  const std::size_t count = analysis.candidates.count();
   finalists.items = image::WorkArray<Finalist>(std::min(count, kMostFinalists));
   image::WorkArray<Ranked> ranked(count);
   if (!finalists.items.ready() || !ranked.ready()) return false;
@@ -96,7 +99,7 @@ bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& fi
   for (Finalist& finalist : finalists.all()) lay_onto(scan, analysis.copy.factor, finalist);
   if (finalists.count == 0) return true;
   const Scene scene = analysis.scene();
-  measure_finalists(Context(scene, analysis.edges), finalists.all());
+  measure_finalists(Context(scene, analysis.coarser(), analysis.edges), finalists.all());
   return true;
 }
 

@@ -12,7 +12,7 @@ namespace vantrel::anywhere {
 /** The area that two convex, clockwise quadrilaterals share. */
 double shared_area(const Quad& a, const Quad& b);
 
-enum class Relation { kApart, kAround, kWithin, kSame, kAcross };
+enum class Relation : unsigned char { kApart, kAround, kWithin, kSame, kAcross };
 
 /** How `a` lies to `b`: around it, within it, ... */
 Relation relation(const Quad& a, const Quad& b);

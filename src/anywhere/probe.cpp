@@ -137,7 +137,7 @@ Levels Scene::colour(Point p) const {
 }
 
 double Scene::barrier(Point p) const {
-  if (!contains(p)) return 0.0;
+  if (barriers.empty() || !contains(p)) return 0.0;
   return barriers[copy.index(static_cast<int>(p.y), static_cast<int>(p.x))] * (1.0 / kLevel);
 }
 

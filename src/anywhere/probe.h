@@ -43,7 +43,7 @@ inline double dot(const Levels& a, const Levels& b) {
 struct Scene {
   const Copy& copy;
   std::span<const Gradient> gradients;
-  std::span<const std::uint16_t> barriers; /**< minimum barrier distance of each pixel, in kLevel-ths */
+  std::span<const std::uint16_t> barriers; /**< minimum barrier distance of each pixel, in kLevel-ths; or none */
   int edge_threshold;
 
   bool contains(Point p) const { return p.x >= 0.0 && p.y >= 0.0 && p.x < copy.cols && p.y < copy.rows; }

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "anywhere/candidate_pool.h"
+#include "anywhere/candidates.h"
 #include "anywhere/ground.h"
 #include "anywhere/hull.h"
 #include "anywhere/outline.h"
@@ -17,9 +18,7 @@ namespace {
 
 using image::WorkArray;
 
-/** No side of a card is shorter than this, in pixels of the copy. */
-constexpr double kLeastSide = 12.0;
-constexpr auto kLeastArea = static_cast<std::uint32_t>(kLeastSide * kLeastSide / 2);
+constexpr auto kLeastArea = static_cast<std::uint32_t>(kShortestSide * kShortestSide / 2);
 /** The most candidates that are compared. */
 constexpr std::size_t kPool = 1024;
 /** A quadrilateral that describes its region less well than this is no candidate. */
@@ -51,7 +50,7 @@ class Builder {
 bool is_large_enough(const Quad& quad) {
   if (!(area(quad) > 0)) return false;
   for (std::size_t i = 0; i < 4; ++i)
-    if (length(quad[i + 1] - quad[i]) < kLeastSide) return false;
+    if (length(quad[i + 1] - quad[i]) < kShortestSide) return false;
   return true;
 }
 
@@ -74,7 +73,7 @@ double Builder::add_quad(Quad quad) {
 void Builder::add_region(const Region& region) {
   outline_.trace(finder_, region);
   const int box_side = std::max(outline_.right() - outline_.left(), outline_.bottom() - outline_.top());
-  if (box_side < kLeastSide) return;
+  if (box_side < kShortestSide) return;
   hull_.enclose(outline_);
   Quad rectangle;
   const bool is_rectangle = smallest_rectangle(hull_.corners(), rectangle);
@@ -98,7 +97,7 @@ void add_differences(const Copy& copy, const Ground& ground, WorkArray<std::uint
 
 }  // namespace
 
-RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map) {
+RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map, std::size_t most) {
   RegionCandidates found;
   if (copy.rows < 2 || copy.cols < 2) {
     found.ready = true;
@@ -114,7 +113,7 @@ RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map) {
   const Relief flatness{values.get(), copy.rows, copy.cols};
   write_flatness(copy, values.all());
   builder.add(flatness, flatness_thresholds_of(flatness));
-  found.count = static_cast<int>(builder.best(found.quads));
+  found.count = static_cast<int>(builder.best(std::span(found.quads).first(most)));
   found.ready = true;
   return found;
 }

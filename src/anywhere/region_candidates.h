@@ -14,7 +14,7 @@
 namespace vantrel::anywhere {
 
 /** The most candidates from regions. */
-inline constexpr int kMostRegions = 128;
+inline constexpr std::size_t kMostRegions = 128;
 
 /** Quadrilaterals in the coordinates of the copy, clockwise, the most plausible first. */
 struct RegionCandidates {
@@ -24,7 +24,7 @@ struct RegionCandidates {
 };
 
 /** Puts quadrilaterals around the regions of a map that lie above one of several thresholds. */
-RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map);
+RegionCandidates region_candidates(const Copy& copy, const BarrierMap& map, std::size_t most = kMostRegions);
 
 }  // namespace vantrel::anywhere
 

@@ -1,6 +1,7 @@
 #include "anywhere/rivalry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "anywhere/overlap.h"
@@ -11,6 +12,8 @@ namespace {
 /** Cards of a sheet: as likely as this, in log odds, and of about the same size. */
 constexpr double kGoodScore = 0.0;
 constexpr double kSameSize = 1.3;
+/** What covers another one with others is as likely as this. */
+constexpr double kLeastTile = -2.0;
 /** How much better a rival is counts up to this, in log odds. */
 constexpr double kMostBetter = 8.0;
 
@@ -20,8 +23,22 @@ double better_by(const Finalist& rival, const Finalist& one) {
   return std::clamp(rival.first_score - one.first_score + kMostBetter, 0.0, 2 * kMostBetter);
 }
 
+/** How each finalist lies to each other one. */
+class Relations {
+ public:
+  explicit Relations(std::span<const Finalist> finalists) {
+    for (std::size_t i = 0; i < finalists.size(); ++i)
+      for (std::size_t j = 0; j < finalists.size(); ++j) cells_[i][j] = relation(finalists[i].quad, finalists[j].quad);
+  }
+  /** How `a` lies to `b`. */
+  Relation of(std::size_t a, std::size_t b) const { return cells_[a][b]; }
+
+ private:
+  std::array<std::array<Relation, kMostFinalists>, kMostFinalists> cells_{};
+};
+
 /** The rivals of a finalist by their relation to it. */
-void measure_rivals(std::span<const Finalist> finalists, std::size_t at, FinalFeatures& f) {
+void measure_rivals(std::span<const Finalist> finalists, const Relations& relations, std::size_t at, FinalFeatures& f) {
   const Finalist& one = finalists[at];
   double around = 0.0, within = 0.0, across = 0.0, best = one.first_score;
   int alike = 0;
@@ -30,7 +47,7 @@ void measure_rivals(std::span<const Finalist> finalists, std::size_t at, FinalFe
     const Finalist& other = finalists[i];
     best = std::max(best, other.first_score);
     const double better = better_by(other, one);
-    switch (relation(other.quad, one.quad)) {
+    switch (relations.of(i, at)) {
       case Relation::kAround:
         around = std::max(around, better);
         break;
@@ -56,6 +73,40 @@ void measure_rivals(std::span<const Finalist> finalists, std::size_t at, FinalFe
   put(f, kBehindBest, best - one.first_score);
 }
 
+/** Those that cover another one, side by side, the likeliest first; finalists come in that order. */
+struct Tiles {
+  std::size_t count = 0;
+  std::array<std::size_t, kMostFinalists> items{};
+  double share = 0.0; /**< of its area */
+};
+
+Tiles tiles_of(std::span<const Finalist> finalists, const Relations& relations, std::size_t at) {
+  Tiles tiles;
+  double covered = 0.0;
+  for (std::size_t i = 0; i < finalists.size(); ++i) {
+    if (relations.of(i, at) != Relation::kWithin || finalists[i].first_score < kLeastTile) continue;
+    const auto beside = [&](std::size_t other) { return relations.of(i, other) == Relation::kApart; };
+    const auto end = tiles.items.begin() + static_cast<std::ptrdiff_t>(tiles.count);
+    if (!std::all_of(tiles.items.begin(), end, beside)) continue;
+    tiles.items[tiles.count++] = i;
+    covered += area(finalists[i].quad);
+  }
+  if (tiles.count >= 2) tiles.share = covered / std::max(area(finalists[at].quad), 1.0);
+  return tiles;
+}
+
+/** A pair of cards taken as one is covered by the two; a card is not covered by what is printed on it. */
+void measure_tiles(std::span<Finalist> finalists, const Relations& relations) {
+  for (std::size_t i = 0; i < finalists.size(); ++i) {
+    const Tiles tiles = tiles_of(finalists, relations, i);
+    put(finalists[i].features, kTiled, tiles.share);
+    for (std::size_t n = 0; n < tiles.count; ++n) {
+      float& most = finalists[tiles.items[n]].features[kTiles];
+      most = std::max(most, static_cast<float>(tiles.share));
+    }
+  }
+}
+
 /** The shares and steps of the sides that do not lie on the frame; `seen` are theirs. */
 void measure_sides(const Refined& refined, const SeenSides& seen, FinalFeatures& f) {
   const Summary share = summarise(refined.shares, seen), step = summarise(refined.contrasts, seen);
@@ -70,6 +121,7 @@ void measure_sides(const Refined& refined, const SeenSides& seen, FinalFeatures&
 
 void measure_finalists(const Context& context, std::span<Finalist> finalists) {
   const double unit = 1.0 / context.scene().copy.factor;
+  const Relations relations(finalists);
   for (std::size_t i = 0; i < finalists.size(); ++i) {
     Finalist& one = finalists[i];
     FinalFeatures& f = one.features;
@@ -82,11 +134,12 @@ void measure_finalists(const Context& context, std::span<Finalist> finalists) {
     put(f, kFirstScore, one.first_score);
     put(f, kShift, shift);
     put(f, kFromRegion, one.from_region);
-    measure_rivals(finalists, i, f);
+    measure_rivals(finalists, relations, i, f);
     measure_sides(one.refined, seen_sides(context.scene(), on_copy), f);
     const Features again = measure(context, on_copy);
     std::copy(again.begin(), again.end(), f.begin() + kFinalOnly);
   }
+  measure_tiles(finalists, relations);
 }
 
 }  // namespace vantrel::anywhere

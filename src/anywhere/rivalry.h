@@ -29,6 +29,8 @@ enum FinalFeature : std::size_t {
   kAround, /**< how much better the best candidate is that lies around it; with the same below: 0 if there is none */
   kWithin, /**< and the best that lies within it */
   kAcross, /**< and the best that it overlaps otherwise */
+  kTiled,  /**< the share of its area that is covered by likely ones within it, side by side; 0 for less than two */
+  kTiles,  /**< the most that one around it is covered by it and others */
   kAlikeBeside, /**< how many good candidates of about its size lie beside it */
   kFromRegion,  /**< 1: from a region, 0: from lines */
   kFinalOnly,

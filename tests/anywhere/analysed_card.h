@@ -34,7 +34,7 @@ class AnalysedCard {
   const vantrel::anywhere::Analysis& analysis() const { return *analysis_; }
   vantrel::anywhere::Features features(const vantrel::anywhere::Quad& quad) const {
     const vantrel::anywhere::Scene scene = analysis_->scene();
-    return measure(vantrel::anywhere::Context(scene, analysis_->edges), quad);
+    return measure(vantrel::anywhere::Context(scene, analysis_->coarser(), analysis_->edges), quad);
   }
 
  private:

@@ -108,17 +108,35 @@ TEST(AlikeInSize, ComparesLongerAndShorterSides) {
   EXPECT_FALSE(alike_in_size(card, {{Point{0, 0}, {100, 0}, {100, 44}, {0, 44}}}));
 }
 
+TEST(Candidates, AreKeptOnceAndWhileThereIsRoom) {
+  Candidates candidates(2);
+  ASSERT_TRUE(candidates.ready());
+  Candidate one, other, third;
+  one.quad = {{Point{0, 0}, {100, 0}, {100, 50}, {0, 50}}};
+  other.quad = {{Point{0, 3}, {100, 3}, {100, 53}, {0, 53}}};
+  third.quad = {{Point{50, 0}, {100, 0}, {100, 50}, {50, 50}}};
+  candidates.add(one, 2.5);
+  candidates.add(one, 2.5);
+  EXPECT_EQ(candidates.count(), 1U);
+  EXPECT_FALSE(candidates.has(other.quad, 2.5));
+  EXPECT_TRUE(candidates.has(other.quad, 3.0));
+  candidates.add(other, 2.5);
+  candidates.add(third, 2.5);
+  EXPECT_EQ(candidates.count(), 2U);
+  EXPECT_FALSE(Candidates().ready());
+}
+
 /** The candidates of a drawing, and the lines that they come from. */
 struct Found {
   Lines lines;
-  std::unique_ptr<Candidates> candidates = std::make_unique<Candidates>();
+  std::unique_ptr<Candidates> candidates = std::make_unique<Candidates>(Candidates::kMost);
 
   explicit Found(const SlantedCard& card) : lines(0, 0) {
     const support::DrawnCard drawn(card);
     const Copy copy = reduce(drawn.scan());
     const auto gradients = find_gradients(copy);
     lines = find_lines(find_edges(copy, gradients.all()), copy.rows, copy.cols);
-    EXPECT_TRUE(add_line_candidates(lines, copy.rows, copy.cols, *candidates));
+    EXPECT_TRUE(add_line_candidates(lines, copy.rows, copy.cols, kMostLineCandidates, *candidates));
   }
   int frame_sides(const Candidate& candidate) const {
     return static_cast<int>(std::count_if(candidate.lines.begin(), candidate.lines.end(), [&](int line) {
@@ -148,8 +166,8 @@ TEST(LineCandidates, BeginWithTheCard) {
     card.slope = slope;
     card.half_width = 180;
     const Found found(card);
-    ASSERT_GE(found.candidates->count, 1);
-    const Quad& quad = found.candidates->items[0].quad;
+    ASSERT_GE(found.candidates->count(), 1U);
+    const Quad& quad = (*found.candidates)[0].quad;
     const std::size_t top = top_side(quad);
     const Quad upright{{quad[top], quad[top + 1], quad[top + 2], quad[top + 3]}};
     EXPECT_LT(worst_corner(upright, card.quad()), 0.3) << slope;
@@ -158,7 +176,7 @@ TEST(LineCandidates, BeginWithTheCard) {
 
 TEST(LineCandidates, NameTheLinesUnderTheirSides) {
   const Found found(lined());
-  ASSERT_GE(found.candidates->count, 10);
+  ASSERT_GE(found.candidates->count(), 10U);
   for (const Candidate& candidate : found.candidates->all()) {
     for (std::size_t i = 0; i < 4; ++i) {
       const NormalLine& line = found.lines.lines[static_cast<std::size_t>(candidate.lines[i])].line;
@@ -171,12 +189,12 @@ TEST(LineCandidates, NameTheLinesUnderTheirSides) {
 TEST(LineCandidates, AreClockwiseNotTinyAndNearTheScan) {
   for (const SlantedCard& card : {lined(), noise()}) {
     const Found found(card);
-    ASSERT_GE(found.candidates->count, 1);
+    ASSERT_GE(found.candidates->count(), 1U);
     for (const Candidate& candidate : found.candidates->all()) {
       const Quad& quad = candidate.quad;
       EXPECT_GE(area(quad), 0.0);
       for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_GE(length(quad[i + 1] - quad[i]), 12.0 - 1e-6);
+        EXPECT_GE(length(quad[i + 1] - quad[i]), 8.0 - 1e-6);
         EXPECT_TRUE(quad[i].x >= -128 && quad[i].x <= 768 && quad[i].y >= -96 && quad[i].y <= 576);
       }
     }
@@ -187,12 +205,10 @@ TEST(LineCandidates, ComeTheMostPlausibleFirstAndAreBounded) {
   SlantedCard card = lined();
   card.noise = 60;
   const Found found(card);
-  EXPECT_GE(found.candidates->count, 50);
-  EXPECT_LE(found.candidates->count, 200);
-  for (int i = 1; i < found.candidates->count; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    EXPECT_GE(found.candidates->items[at - 1].plausibility, found.candidates->items[at].plausibility);
-  }
+  EXPECT_GE(found.candidates->count(), 50U);
+  EXPECT_LE(found.candidates->count(), 200U);
+  const auto all = found.candidates->all();
+  for (std::size_t i = 1; i < all.size(); ++i) EXPECT_GE(all[i - 1].plausibility, all[i].plausibility);
 }
 
 TEST(LineCandidates, HaveNoNearTwins) {
@@ -205,12 +221,12 @@ TEST(LineCandidates, HaveNoNearTwins) {
 
 TEST(LineCandidates, AreKeptFromThoseThatWereThere) {
   const Found found(SlantedCard{});
-  const auto again = std::make_unique<Candidates>(*found.candidates);
-  const int before = again->count;
-  ASSERT_GE(before, 1);
+  Candidates& again = *found.candidates;
+  const std::size_t before = again.count();
+  ASSERT_GE(before, 1U);
   ASSERT_LT(before, kMostLineCandidates);
-  ASSERT_TRUE(add_line_candidates(found.lines, 480, 640, *again));
-  EXPECT_EQ(again->count, before);
+  ASSERT_TRUE(add_line_candidates(found.lines, 480, 640, kMostLineCandidates, again));
+  EXPECT_EQ(again.count(), before);
 }
 
 TEST(LineCandidates, EndAtTheFrameWhereTheCardDoes) {
@@ -234,7 +250,7 @@ TEST(LineCandidates, HaveNoMoreThanTwoSidesOnTheFrame) {
   card.centre_y = 400;
   const Found three(card);
   ASSERT_EQ(three.lines.edge_lines(), 1);
-  EXPECT_EQ(three.candidates->count, 0);
+  EXPECT_EQ(three.candidates->count(), 0U);
   const Found found(lined());
   for (const Candidate& candidate : found.candidates->all()) EXPECT_LE(found.frame_sides(candidate), 2);
 }
@@ -247,8 +263,8 @@ TEST(LineCandidates, NeverCrossThemselves) {
   add_run(places, {250, 20}, {250, 180});
   const Lines lines = find_lines(support::edges_at(places, 100), 200, 300);
   ASSERT_EQ(lines.edge_lines(), 4);
-  const auto candidates = std::make_unique<Candidates>();
-  ASSERT_TRUE(add_line_candidates(lines, 200, 300, *candidates));
+  const auto candidates = std::make_unique<Candidates>(Candidates::kMost);
+  ASSERT_TRUE(add_line_candidates(lines, 200, 300, kMostLineCandidates, *candidates));
   for (const Candidate& candidate : candidates->all()) {
     const Quad& q = candidate.quad;
     for (std::size_t i = 0; i < 4; ++i)
@@ -261,9 +277,9 @@ TEST(LineCandidates, NeverCrossThemselves) {
 TEST(LineCandidates, AreNoneWithoutLines) {
   Lines lines(40, 60);
   lines = find_lines(support::edges_at({}, 100), 40, 60);
-  const auto candidates = std::make_unique<Candidates>();
-  ASSERT_TRUE(add_line_candidates(lines, 40, 60, *candidates));
-  EXPECT_EQ(candidates->count, 0);
+  const auto candidates = std::make_unique<Candidates>(Candidates::kMost);
+  ASSERT_TRUE(add_line_candidates(lines, 40, 60, kMostLineCandidates, *candidates));
+  EXPECT_EQ(candidates->count(), 0U);
 }
 
 }  // namespace

@@ -169,6 +169,32 @@ TEST(Copy, OfNoPixelsIsEmptyAndReady) {
   }
 }
 
+TEST(HalvedCopy, HoldsSmoothedMeansOfFour) {
+  const Pixels pixels(4, 6, Layout::kGray, false, [](int row, int col) {
+    return Colour{0, static_cast<unsigned char>(row < 2 && col < 2 ? 64 : 0), 0};
+  });
+  const Copy copy = reduce(pixels.scan());
+  const Copy half = halved(copy);
+  ASSERT_TRUE(half.ready());
+  EXPECT_EQ(half.factor, 2);
+  EXPECT_EQ(half.rows, 2);
+  EXPECT_EQ(half.cols, 3);
+  // The copy is 64 levels times {16, 12, 4, 0} / 16 both ways, so that the means are {14, 2, 0}^2 / 256, smoothed
+  // {11, 4.5, 0.5}^2 / 256 across and {11, 5}^2 down.
+  EXPECT_EQ(plane_of(half, kLight), (std::vector<int>{484, 198, 22, 220, 90, 10}));
+}
+
+TEST(HalvedCopy, DropsTheLastRowAndColumnOfOddSizes) {
+  for (const auto& [rows, cols] : {std::pair{5, 7}, {1, 7}, {1, 1}, {0, 0}}) {
+    const Pixels pixels(rows, cols, Layout::kRgb, false, [](int, int) { return Colour{200, 100, 51}; });
+    const Copy half = halved(reduce(pixels.scan()));
+    ASSERT_TRUE(half.ready());
+    EXPECT_EQ(half.rows, rows / 2);
+    EXPECT_EQ(half.cols, cols / 2);
+    EXPECT_EQ(plane_of(half, kBlueYellow), std::vector<int>(half.size(), -792));
+  }
+}
+
 /** The copy by its definition, one pixel after another. */
 class PlainCopy {
  public:

@@ -185,6 +185,25 @@ TEST(Features, OfAnEdgeCrowdWithinTellIt) {
   EXPECT_FLOAT_EQ(f[kEdgeDensity], f[kEdgesInside] / f[kShareOfPicture]);
 }
 
+TEST(Features, OfCoarserCopiesSeeFaintBordersInNoise) {
+  const Features clear = level().features(upright(90, 100, 550, 380));
+  EXPECT_EQ(clear[kCoarseMeanCoverage], 1.0F);
+  EXPECT_EQ(clear[kCoarseLeastCoverage], 1.0F);
+  EXPECT_EQ(clear[kCoarseLeastAgreement], 1.0F);
+  EXPECT_EQ(clear[kCoarseMeanOverrun], 0.0F);
+  EXPECT_EQ(level().features(upright(90, 100, 320, 380))[kCoarseLeastCoverage], 0.0F);
+  SlantedCard card = level_card();
+  card.card = {66, 66, 66};  // 6 levels above its ground
+  card.noise = 10;
+  const AnalysedCard faint(card);
+  const Features on = faint.features(upright(90, 100, 550, 380)), beside = faint.features(upright(130, 140, 500, 330));
+  EXPECT_LT(on[kMeanCoverage], 0.3F);
+  EXPECT_GT(on[kCoarseMeanCoverage], 0.9F);
+  EXPECT_GT(on[kCoarsestMeanCoverage], 0.9F);
+  EXPECT_LT(beside[kCoarseMeanCoverage], 0.05F);
+  EXPECT_LT(beside[kCoarsestMeanCoverage], 0.05F);
+}
+
 TEST(Features, OfDegenerateQuadrilateralsAreFinite) {
   SlantedCard flat = level_card();
   flat.card = flat.ground;
@@ -206,7 +225,7 @@ TEST(Context, KnowsTheRingAlongTheFrame) {
   card.centre_y = 140;  // touches the upper frame from column 90 to 549
   const AnalysedCard analysed(card);
   const Scene scene = analysed.analysis().scene();
-  const Context context(scene, analysed.analysis().edges);
+  const Context context(scene, analysed.analysis().coarser(), analysed.analysis().edges);
   EXPECT_NEAR(context.ring_share({{235, 0, 0}}), 460 / 640.0 / 4, 0.02);
   EXPECT_NEAR(context.ring_share({{60, 0, 0}}), 1 - 460 / 640.0 / 4, 0.02);
   EXPECT_NEAR(context.ring_share({{60, 9.9, 0}}), 1 - 460 / 640.0 / 4, 0.02);
@@ -215,13 +234,13 @@ TEST(Context, KnowsTheRingAlongTheFrame) {
 
 TEST(Context, KeepsSomeOfTheEdges) {
   const Scene scene = level().analysis().scene();
-  EXPECT_EQ(Context(scene, level().analysis().edges).greatest_barrier(), 175.0);
+  EXPECT_EQ(Context(scene, level().analysis().coarser(), level().analysis().edges).greatest_barrier(), 175.0);
   SlantedCard card = level_card();
   card.noise = 60;
   const AnalysedCard many(card);
   ASSERT_GT(many.analysis().edges.count, 5000u);
   const Scene noisy = many.analysis().scene();
-  const Context context(noisy, many.analysis().edges);
+  const Context context(noisy, many.analysis().coarser(), many.analysis().edges);
   EXPECT_LE(context.sampled_edges().size(), 768u);
   EXPECT_GE(context.sampled_edges().size(), 700u);
 }

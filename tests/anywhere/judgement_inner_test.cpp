@@ -102,9 +102,25 @@ class Rivalry : public testing::Test {
   static void measure(std::span<Finalist> finalists) {
     static const AnalysedCard kCard(level_card());
     const Scene scene = kCard.analysis().scene();
-    measure_finalists(Context(scene, kCard.analysis().edges), finalists);
+    measure_finalists(Context(scene, kCard.analysis().coarser(), kCard.analysis().edges), finalists);
   }
 };
+
+TEST_F(Rivalry, SeesAPairTakenAsOne) {
+  std::vector<Finalist> finalists = {finalist_at(100, 100, 300, 200, 4.0),   // a pair
+                                     finalist_at(100, 100, 200, 200, 3.0),   // its left half
+                                     finalist_at(205, 100, 300, 200, 2.0),   // its right one
+                                     finalist_at(210, 110, 290, 190, 1.0),   // the frame within it
+                                     finalist_at(110, 110, 190, 190, -3.0),  // and an unlikely one in the other
+                                     finalist_at(400, 100, 500, 200, 1.0),   // a card with a frame
+                                     finalist_at(410, 110, 490, 190, 0.5)};
+  measure(finalists);
+  EXPECT_FLOAT_EQ(finalists[0].features[kTiled], 0.975F);
+  EXPECT_FLOAT_EQ(finalists[1].features[kTiles], 0.975F);
+  EXPECT_FLOAT_EQ(finalists[2].features[kTiles], 0.975F);
+  for (const std::size_t i : {1U, 2U, 3U, 4U, 5U, 6U}) EXPECT_EQ(finalists[i].features[kTiled], 0.0F) << i;
+  for (const std::size_t i : {0U, 3U, 4U, 5U, 6U}) EXPECT_EQ(finalists[i].features[kTiles], 0.0F) << i;
+}
 
 TEST_F(Rivalry, SeesHowMuchBetterTheBestRivalIs) {
   std::vector<Finalist> finalists = {finalist_at(100, 100, 200, 200, 1.0),

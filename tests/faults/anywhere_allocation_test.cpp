@@ -73,7 +73,7 @@ TEST(AnywhereAllocationFailure, EndsEveryStep) {
   });
   EXPECT_GE(analysed, 18);
   ASSERT_GE(analysis->lines.edge_lines(), 8);
-  ASSERT_GE(analysis->candidates.count, 20);
+  ASSERT_GE(analysis->candidates.count(), 20U);
   EXPECT_EQ(2, fail_each_allocation([&] {
               Finalists finalists;
               return choose_finalists(drawn.scan(), *analysis, finalists);
