@@ -16,7 +16,7 @@ from evaluation.polygons import segment_within
 FIRST_SEED = 1_000_001
 
 LARGE = "fine"  # scans of ten megapixels and more: a quarter as many are drawn
-WITH_CARDS = ("singles", "white", "photos", "receipts", "several", LARGE)
+WITH_CARDS = ("flat", "singles", "white", "photos", "receipts", "several", LARGE)
 WITHOUT_CARDS = ("bare", "strips", "pages")
 SETS = (*WITH_CARDS, *WITHOUT_CARDS)
 

@@ -14,15 +14,16 @@ struct Set {
   void (*compose)(Scene&, Random&);
   double patience = 0;  // how many of the scenes are composed anew where a side is on the scan but cannot be seen
 };
-constexpr std::array<Set, 9> kSets{{{"singles", compose_single, 0.97},
-                                    {"white", compose_white, 0.92},
-                                    {"photos", compose_photo},
-                                    {"receipts", compose_receipt},
-                                    {"several", compose_several},
-                                    {"bare", compose_bare},
-                                    {"strips", compose_strips},
-                                    {"pages", compose_page},
-                                    {"fine", compose_fine}}};
+constexpr std::array<Set, 10> kSets{{{"singles", compose_single, 0.97},
+                                     {"flat", compose_flat, 0.97},
+                                     {"white", compose_white, 0.92},
+                                     {"photos", compose_photo},
+                                     {"receipts", compose_receipt},
+                                     {"several", compose_several},
+                                     {"bare", compose_bare},
+                                     {"strips", compose_strips},
+                                     {"pages", compose_page},
+                                     {"fine", compose_fine}}};
 constexpr std::uint64_t kMostAttempts = 5;
 
 const Set& set_named(const std::string& name) {

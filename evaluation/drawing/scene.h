@@ -77,6 +77,7 @@ bool find_truth(const Scene& scene, DrawnScan& scan);
 
 // The sets.
 void compose_single(Scene& scene, Random& random);
+void compose_flat(Scene& scene, Random& random);  // single cards without wear, on scanners without faults
 void compose_white(Scene& scene, Random& random);
 void compose_fine(Scene& scene, Random& random);
 void compose_photo(Scene& scene, Random& random);

@@ -1,6 +1,8 @@
 // One card on a scanner.
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "drawing/artwork.h"
 #include "drawing/scene.h"
@@ -100,8 +102,7 @@ void cast_lines_around(Scene& scene, Random& random, const Quad& quad) {
   }
 }
 
-Quad pick_quad(Scene& scene, Random& random, Design& design) {
-  const std::string place = random.pick(kPlaces);
+Quad pick_quad(Scene& scene, Random& random, Design& design, const std::string& place) {
   const double tilt = tilt_for(random, place);
   fit(design, random, scene.bed, place, tilt);
   scene.scan.place = place;
@@ -122,7 +123,7 @@ void compose_on(Scene& scene, Random& random, const Bed& bed) {
   Design design = design_card(random);
   // On a pattern nobody sees where film ends.
   while (design.transparent && is_busy(ground)) design = design_card(random);
-  const Quad quad = pick_quad(scene, random, design);
+  const Quad quad = pick_quad(scene, random, design, random.pick(kPlaces));
   Laying laying;
   if (is_of_paper(design) && random.chance(0.15)) {
     scene.note("low contrast");
@@ -137,6 +138,31 @@ void compose_on(Scene& scene, Random& random, const Bed& bed) {
 }  // namespace
 
 void compose_single(Scene& scene, Random& random) { compose_on(scene, random, pick_bed(random)); }
+
+void compose_flat(Scene& scene, Random& random) {
+  scene.set_bed(pick_bed(random));
+  std::vector<std::string> effects;
+  scene.capture = pick_scanner_capture(random, effects);
+  scene.capture.fringe = scene.capture.stripes = scene.capture.banding = 0;
+  for (const std::string& effect : effects)
+    if (effect != "fringe" && effect != "stripes" && effect != "banding") scene.scan.effects.push_back(effect);
+  const std::string ground = random.pick(std::array<const char*, 9>{
+      "dark glass", "gray lid", "white lid", "real glass", "coloured sheet", "weave", "cloth", "stone", "wood"});
+  scene.set_ground(random, ground);
+  constexpr std::array<const char*, 10> kCards{"plain",      "framed",   "bordered", "banded",  "dark",
+                                               "photograph", "identity", "two-tone", "instant", "page"};
+  constexpr std::array<const char*, 7> kFlatPlaces{"free", "upright", "small", "large", "edge", "cut", "corner"};
+  Design design = design_card(random, random.pick(kCards));
+  // White on white has a set of its own.
+  while (ground == "white lid" && is_of_paper(design)) design = design_card(random, random.pick(kCards));
+  const Quad quad = pick_quad(scene, random, design, random.pick(kFlatPlaces));
+  Laying laying{.wear = 0};
+  if (is_of_paper(design) && random.chance(0.15)) {
+    scene.note("low contrast");
+    laying.paper = colour_near(random, scene.ground->mean, 6, 20);
+  }
+  lay(scene, random, design, quad, laying);
+}
 
 void compose_fine(Scene& scene, Random& random) {
   switch (random.integer(0, 3)) {
@@ -160,7 +186,7 @@ void compose_white(Scene& scene, Random& random) {
   scene.set_ground(random, "white lid");
   Design design = design_card(
       random, random.pick(std::array<const char*, 6>{"plain", "blank", "framed", "boxes", "page", "receipt"}));
-  const Quad quad = pick_quad(scene, random, design);
+  const Quad quad = pick_quad(scene, random, design, random.pick(kPlaces));
   Laying laying{.paper = colour_near(random, scene.ground->mean, 3, 12), .shadow = Shadow::kFaint, .wear = 0.1};
   if (random.chance(0.35)) {  // of the ground's own colour: the shadow alone tells
     laying = {.paper = colour_near(random, scene.ground->mean, 0, 2), .shadow = Shadow::kNone, .wear = 0};

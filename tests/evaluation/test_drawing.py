@@ -8,7 +8,7 @@ import numpy as np
 import pytest
 
 PROGRAM = os.environ["VANTREL_DRAW_SCANS"]
-SETS = ["singles", "white", "photos", "receipts", "several", "bare", "strips", "pages", "fine"]
+SETS = ["flat", "singles", "white", "photos", "receipts", "several", "bare", "strips", "pages", "fine"]
 EMPTY_SETS = {"bare", "strips", "pages"}
 REACH = 5  # pixels to either hand of a border, within which it is measured
 LEAST_STEP = 60  # levels: from there on, rounding to whole ones does not matter
