@@ -1,9 +1,15 @@
 #include "image/gray.h"
 
+#include "image/kernels.h"
+
 namespace vantrel::image {
 
+void plain::gray_row(const unsigned char* pixels, unsigned char* levels, int count) {
+  row_to_gray<3, 0>(pixels, levels, count);
+}
+
 void to_gray(ConstPixels colour, Pixels gray) {
-  for (int r = 0; r < gray.rows; ++r) row_to_gray<3, 0>(colour.row(r), gray.row(r), gray.cols);
+  for (int r = 0; r < gray.rows; ++r) kernels->gray_row(colour.row(r), gray.row(r), gray.cols);
 }
 
 void split_planes(ConstPixels colour, const std::array<unsigned char*, 3>& planes, std::ptrdiff_t plane_stride) {

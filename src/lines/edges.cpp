@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "lines/kernels.h"
+
 namespace vantrel::lines {
 namespace {
 
@@ -24,31 +26,6 @@ struct ClassBounds {
 constexpr ClassBounds kUpper{0.41420292, 2.41416409, 2.41452366, 0.41428804};
 constexpr ClassBounds kLower{0.41420603, 2.41418221, 2.41450554, 0.41428493};
 
-/** Three neighbouring rows, in memory order. */
-struct RowTriple {
-  const unsigned char* before;
-  const unsigned char* here;
-  const unsigned char* after;
-};
-
-/** Computes the gradients in columns [from, to) of a row and marks them in its edge and direction rows. */
-void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
-  const auto [before, here, after] = gray;
-  for (int j = from; j < to; ++j) {
-    const int across_rows =
-        (before[j - 1] + 2 * before[j] + before[j + 1]) - (after[j - 1] + 2 * after[j] + after[j + 1]);
-    const int along_rows =
-        (before[j + 1] + 2 * here[j + 1] + after[j + 1]) - (before[j - 1] + 2 * here[j - 1] + after[j - 1]);
-    if (across_rows * across_rows + along_rows * along_rows < kLeastSquare) {
-      edge[j] = kNoEdge;
-      direction[j] = static_cast<unsigned char>(Direction::kNone);
-    } else {
-      edge[j] = kEdge;
-      direction[j] = static_cast<unsigned char>(direction_of(across_rows, along_rows));
-    }
-  }
-}
-
 }  // namespace
 
 Direction direction_of(int across_rows, int along_rows) {
@@ -65,6 +42,23 @@ Direction direction_of(int across_rows, int along_rows) {
   return along > -across * bound.diagonal_to_across ? kFalling : kAcrossRows;
 }
 
+void plain::mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
+  const auto [before, here, after] = gray;
+  for (int j = from; j < to; ++j) {
+    const int across_rows =
+        (before[j - 1] + 2 * before[j] + before[j + 1]) - (after[j - 1] + 2 * after[j] + after[j + 1]);
+    const int along_rows =
+        (before[j + 1] + 2 * here[j + 1] + after[j + 1]) - (before[j - 1] + 2 * here[j - 1] + after[j - 1]);
+    if (across_rows * across_rows + along_rows * along_rows < kLeastSquare) {
+      edge[j] = kNoEdge;
+      direction[j] = static_cast<unsigned char>(Direction::kNone);
+    } else {
+      edge[j] = kEdge;
+      direction[j] = static_cast<unsigned char>(direction_of(across_rows, along_rows));
+    }
+  }
+}
+
 void mark_edges(image::ConstPixels gray, image::Pixels edge, image::Pixels direction, const geometry::Rect& interior) {
   const int row_margin = gray.rows / 15;
   const int col_margin = gray.cols / 25;
@@ -79,12 +73,12 @@ void mark_edges(image::ConstPixels gray, image::Pixels edge, image::Pixels direc
     unsigned char* directions = direction.row(i);
     if (i > interior.rows.first + row_margin && i < interior.rows.end - row_margin) {
       const auto skipped = static_cast<std::size_t>(skip_to - skip_from);
-      mark_row(triple, edges, directions, 1, skip_from);
+      kernels->mark_row(triple, edges, directions, 1, skip_from);
       std::memset(edges + skip_from, kNoEdge, skipped);
       std::memset(directions + skip_from, static_cast<int>(Direction::kNone), skipped);
-      mark_row(triple, edges, directions, skip_to, col_end);
+      kernels->mark_row(triple, edges, directions, skip_to, col_end);
     } else {
-      mark_row(triple, edges, directions, 1, col_end);
+      kernels->mark_row(triple, edges, directions, 1, col_end);
     }
   }
 }

@@ -1,0 +1,65 @@
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+#include "kernels/form.h"
+#include "kernels/target.h"
+
+namespace vantrel {
+namespace kernels {
+namespace {
+
+constexpr const Form* kForms[] = {
+    &kPlain,
+#if defined(VANTREL_HAS_VECTORS)
+    &kBaseline,
+#endif
+#if defined(VANTREL_HAS_X86_FORMS)
+    &kAvx2,
+    &kAvx512,
+#endif
+};
+
+/** What other code that runs at load finds if it comes first: what runs everywhere. */
+constinit const Form* current = &kPlain;
+
+}  // namespace
+}  // namespace kernels
+
+// The rooms' tables. They are set once, before anything but other code at load can run, and never again.
+constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
+constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
+
+namespace kernels {
+namespace {
+
+void use(const Form& form) {
+  current = &form;
+  image::kernels = &form.image;
+  lines::kernels = &form.lines;
+}
+
+#if defined(__GNUC__)
+[[gnu::constructor]] void at_load() { use(choose(std::getenv(kEnvironmentName))); }
+#else
+[[maybe_unused]] const bool chosen_at_load = (use(choose(std::getenv(kEnvironmentName))), true);
+#endif
+
+}  // namespace
+
+std::span<const Form* const> forms() { return kForms; }
+
+const Form& choose(const char* name) {
+  const Form* best = &kPlain;
+  for (const Form* form : kForms) {
+    if (!form->runs_here()) continue;
+    best = form;
+    if (name != nullptr && std::strcmp(name, form->name) == 0) break;
+  }
+  return *best;
+}
+
+const Form& chosen() { return *current; }
+
+}  // namespace kernels
+}  // namespace vantrel

@@ -1,0 +1,7 @@
+#include "kernels/form.h"
+
+namespace vantrel::kernels {
+
+constexpr Form kPlain = {"plain", [] { return true; }, image::plain::kKernels, lines::plain::kKernels};
+
+}  // namespace vantrel::kernels

@@ -1,0 +1,91 @@
+// The kernels of this room in one form; see kernels/bodies.h. No guard.
+namespace vantrel::lines::form {
+namespace {
+
+using vantrel::kernels::any;
+using vantrel::kernels::as_signed;
+using vantrel::kernels::as_words;
+using vantrel::kernels::high_product;
+using vantrel::kernels::kWords;
+using vantrel::kernels::load_bytes;
+using vantrel::kernels::SignedWords;
+using vantrel::kernels::store_low_bytes;
+using vantrel::kernels::Words;
+
+struct Gradients {
+  SignedWords across_rows;
+  SignedWords along_rows;
+};
+
+/** Those of the kWords pixels from column j on; each lies within -1020 and 1020. */
+inline Gradients gradients_at(const RowTriple& gray, int j) {
+  const auto [before, here, after] = gray;
+  const Words before_left = load_bytes(before + j - 1);
+  const Words before_right = load_bytes(before + j + 1);
+  const Words after_left = load_bytes(after + j - 1);
+  const Words after_right = load_bytes(after + j + 1);
+  return {as_signed(before_left + 2 * load_bytes(before + j) + before_right -
+                    (after_left + 2 * load_bytes(after + j) + after_right)),
+          as_signed(before_right + 2 * load_bytes(here + j + 1) + after_right -
+                    (before_left + 2 * load_bytes(here + j - 1) + after_left))};
+}
+
+/** The part of a whole gradient that is compared: words that are negative are all ones in `negative`. */
+inline Words magnitude(SignedWords value, SignedWords negative) { return as_words((value ^ negative) - negative); }
+
+/**
+ * Where a gradient is shorter than kLeastEdgeMagnitude. Components are cut to that first, which changes nothing of the
+ * answer and keeps a square, and what the other one lacks, within a word.
+ */
+inline SignedWords no_edge(Words across, Words along) {
+  constexpr unsigned short kLeast = kLeastEdgeMagnitude;
+  const Words least = Words{} + kLeast;
+  const Words a = across < least ? across : least;
+  const Words b = along < least ? along : least;
+  return as_signed(a * a < kLeast * kLeast - b * b);
+}
+
+/**
+ * The directions without a division. direction_of compares `along` with a limit times `across`, both taken positive,
+ * and the limits lie near 0.4142 and 2.4142. Here such a limit is T / 2^17, or 2 + T / 2^17, and the product is
+ * truncated. No gradient of bytes lies between the two: its components are 1020 at most, and both even or both odd, as
+ * both have the parity of the sum of the four corners. Where the gradient rises, one T serves both half-planes.
+ */
+inline Words direction_classes(const Gradients& gradient, Words across, Words along, SignedWords lower) {
+  using enum Direction;
+  const SignedWords rising = ((gradient.across_rows ^ gradient.along_rows) >= 0) & (gradient.across_rows != 0);
+  const SignedWords falling_gentle = SignedWords{} + static_cast<short>(54302);
+  const SignedWords falling_steep = SignedWords{} + static_cast<short>(54335);
+  const Words gentle_limit = rising ? Words{} + 54291 : as_words(falling_gentle + 2 * lower);  // lower: 54300
+  const Words steep_limit = rising ? Words{} + 54290 : as_words(falling_steep + 5 * lower);    // lower: 54330
+  const Words gentle = high_product(across, gentle_limit) >> 1;
+  const Words steep = 2 * across + (high_product(across, steep_limit) >> 1);
+  const Words diagonal = rising ? Words{} + static_cast<unsigned short>(kRising)  //
+                                : Words{} + static_cast<unsigned short>(kFalling);
+  static_assert(static_cast<int>(kAcrossRows) == 0);
+  return along > steep ? Words{} + static_cast<unsigned short>(kAlongRows) : diagonal & as_words(along > gentle);
+}
+
+void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
+  static_assert(kEdge == 0);
+  const Words none = Words{} + static_cast<unsigned short>(Direction::kNone);
+  const auto mark_at = [&](int j) {
+    const Gradients gradient = gradients_at(gray, j);
+    const SignedWords lower = gradient.along_rows >> 15;
+    const Words across = magnitude(gradient.across_rows, gradient.across_rows >> 15);
+    const Words along = magnitude(gradient.along_rows, lower);
+    const SignedWords flat = no_edge(across, along);
+    store_low_bytes(edge + j, as_words(flat) & kNoEdge);
+    // Few places of a scan have edges at all.
+    const Words classes = any(flat == 0) ? direction_classes(gradient, across, along, lower) : none;
+    store_low_bytes(direction + j, flat ? none : classes);
+  };
+  if (to - from < kWords) return plain::mark_row(gray, edge, direction, from, to);
+  for (int j = from; j < to - kWords; j += kWords) mark_at(j);
+  mark_at(to - kWords);  // some of these a second time
+}
+
+constexpr Kernels kKernels{mark_row};
+
+}  // namespace
+}  // namespace vantrel::lines::form

@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "kernels/form.h"
+
+namespace {
+
+using vantrel::kernels::choose;
+using vantrel::kernels::chosen;
+using vantrel::kernels::Form;
+using vantrel::kernels::forms;
+
+TEST(KernelForms, TheDefinitionsComeFirstAndRunAnywhere) {
+  EXPECT_STREQ(forms().front()->name, "plain");
+  EXPECT_TRUE(forms().front()->runs_here());
+}
+
+TEST(KernelForms, OneThatRunsHereIsChosenByItsName) {
+  for (const Form* form : forms()) {
+    const bool named = &choose(form->name) == form;
+    EXPECT_EQ(named, form->runs_here()) << form->name;
+  }
+}
+
+TEST(KernelForms, OneThatDoesNotRunHereIsNeverChosen) {
+  for (const Form* form : forms()) EXPECT_TRUE(choose(form->name).runs_here()) << form->name;
+}
+
+TEST(KernelForms, WithoutAKnownNameTheLastThatRunsIsChosen) {
+  const Form* last = nullptr;
+  for (const Form* form : forms()) {
+    if (form->runs_here()) last = form;
+  }
+  EXPECT_EQ(&choose(nullptr), last);
+  EXPECT_EQ(&choose("abacus"), last);
+  EXPECT_EQ(&choose(""), last);
+}
+
+TEST(KernelForms, TheEnvironmentIsReadAtLoad) {
+  EXPECT_EQ(&chosen(), &choose(std::getenv("VANTREL_KERNELS")));
+  EXPECT_EQ(vantrel::image::kernels, &chosen().image);
+  EXPECT_EQ(vantrel::lines::kernels, &chosen().lines);
+}
+
+TEST(KernelForms, LaterChangesOfTheEnvironmentAreNotSeen) {
+  const Form* before = &chosen();
+  const char* value = std::getenv("VANTREL_KERNELS");
+  const std::string kept = value == nullptr ? "" : value;
+  setenv("VANTREL_KERNELS", "plain", 1);
+  EXPECT_EQ(&chosen(), before);
+  value == nullptr ? unsetenv("VANTREL_KERNELS") : setenv("VANTREL_KERNELS", kept.c_str(), 1);
+}
+
+}  // namespace
