@@ -45,6 +45,14 @@ void write_palette(RGBQUAD* palette, int bit_count) {
   }
 }
 
+/** Whitens what lies behind the pixels of each row: no caller writes there, and a host may compare whole blocks. */
+void whiten_padding(Pixels pixels, int bit_count) {
+  const std::ptrdiff_t row_bytes = std::ptrdiff_t{pixels.cols} * bit_count / 8;
+  const auto padding = static_cast<std::size_t>(pixels.stride - row_bytes);
+  if (padding == 0) return;
+  for (int r = 0; r < pixels.rows; ++r) std::memset(pixels.row(r) + row_bytes, 0xFF, padding);
+}
+
 }  // namespace
 
 bool fits_block(int width, int height, int bit_count) {
@@ -61,7 +69,7 @@ bool adopt(void** handle, BITMAPPTR& image) {
   return true;
 }
 
-bool create(BITMAPPTR& image, const Shape& shape) {
+bool create(BITMAPPTR& image, const Shape& shape, Paper paper) {
   const auto& [width, height, bit_count, x_pels_per_metre, y_pels_per_metre] = shape;
   const std::uint32_t colours = bit_count < 0 ? 0 : palette_entries(bit_count);
   if (!allocate(image, block_bytes(width, height, bit_count, colours), colours)) return false;
@@ -80,7 +88,11 @@ bool create(BITMAPPTR& image, const Shape& shape) {
   const auto pixels = static_cast<std::size_t>(pixel_bytes(header));
   header.biSizeImage = static_cast<std::uint32_t>(pixels);
   write_palette(image.pPalette, bit_count);
-  std::memset(image.pBits, 0xFF, pixels);
+  if (paper == Paper::kWhite) {
+    std::memset(image.pBits, 0xFF, pixels);
+  } else {
+    whiten_padding(pixels_of(image), bit_count);
+  }
   return true;
 }
 
@@ -102,7 +114,7 @@ bool copy(const BITMAPPTR& src, BITMAPPTR& dst) {
 bool create_gray(const BITMAPPTR& colour, BITMAPPTR& gray) {
   Shape shape = shape_of(colour);
   shape.bit_count = 8;
-  if (!create(gray, shape)) return false;
+  if (!create(gray, shape, Paper::kUnwritten)) return false;
   to_gray(pixels_of(colour), pixels_of(gray));
   return true;
 }
@@ -114,7 +126,9 @@ bool cut(const BITMAPPTR& src, BITMAPPTR& dst, const MYRECT& rect) {
   shape.width = static_cast<std::int16_t>(rect.right - rect.left + 1);
   const ConstPixels source = pixels_of(src);
   const int depth = shape.bit_count;
-  if (!create(dst, shape)) return false;
+  const bool all_written = (depth == 8 || depth == 24) && rect.left >= 0 && rect.bottom >= 0 &&
+                           rect.left + shape.width <= source.cols && rect.bottom + shape.height <= source.rows;
+  if (!create(dst, shape, all_written ? Paper::kUnwritten : Paper::kWhite)) return false;
   if (depth != 1 && depth != 8 && depth != 24) return false;
   copy_rectangle(source, pixels_of(dst), rect.left, rect.bottom, depth);
   return true;

@@ -40,8 +40,14 @@ inline Shape shape_of(const BITMAPPTR& image) {
   return {header.biWidth, header.biHeight, header.biBitCount, header.biXPelsPerMeter, header.biYPelsPerMeter};
 }
 
+/** What a new image shows before anything is written to it. */
+enum class Paper {
+  kWhite,
+  kUnwritten /**< anything but for the rows' padding, which is white: for whole bytes that are all written at once */
+};
+
 /** Makes a white image: what CreateImage does. */
-bool create(BITMAPPTR& image, const Shape& shape);
+bool create(BITMAPPTR& image, const Shape& shape, Paper paper = Paper::kWhite);
 
 /** Copies a block: what ImageCopy does. */
 bool copy(const BITMAPPTR& src, BITMAPPTR& dst);
