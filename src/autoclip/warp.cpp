@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "autoclip/kernels.h"
 
 namespace vantrel::autoclip {
 namespace {
@@ -14,60 +17,48 @@ int whole(double value) {
   return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -kMost, kMost));
 }
 
-/** Visits every position (x, y) of the area that has a place in the target; `fill(x, y, pixel)` writes the pixel. */
-template <class Fill>
-void walk(const WarpArea& area, const Pixels& target, int channels, Fill fill) {
+/** Visits the rows y of the area that have a place in the target; `visit(y, first pixel, how many)`. */
+template <class Visit>
+void for_each_row(const WarpArea& area, const Pixels& target, Visit visit) {
   const std::int64_t last_x = std::min<std::int64_t>(area.x_max, std::int64_t{area.x_min} + target.cols - 1);
   const std::int64_t top_row = area.height - 1;  // the memory row of y_min
   const std::int64_t first_y = std::max<std::int64_t>(area.y_min, area.y_min + top_row - (target.rows - 1));
   const std::int64_t last_y = std::min<std::int64_t>(area.y_max, area.y_min + top_row);
+  const auto count = static_cast<int>(std::max<std::int64_t>(last_x - area.x_min + 1, 0));
   for (std::int64_t y = first_y; y <= last_y; ++y) {
-    unsigned char* pixel = target.row(static_cast<int>(top_row - (y - area.y_min)));
-    for (std::int64_t x = area.x_min; x <= last_x; ++x, pixel += channels) {
-      fill(static_cast<int>(x), static_cast<int>(y), pixel);
-    }
+    visit(static_cast<int>(y), target.row(static_cast<int>(top_row - (y - area.y_min))), count);
   }
 }
 
-template <Rim kRim>
-AxisPosition locate_with(float position, int count) {
-  return locate(kRim == Rim::kRepeated ? std::max(position, 0.0f) : position, count);
-}
+}  // namespace
 
-template <int kChannels, Rim kRim>
-void warp_pixels(const ConstPixels& source, const Pixels& target, const Mapping& c, const WarpArea& area) {
-  const auto last_row = static_cast<float>(source.rows - 1);
-  walk(area, target, kChannels, [&](int x, int y, unsigned char* pixel) {
+template <int kChannels>
+void plain::warp_stretch(const WarpSource& source, const WarpStretch& stretch) {
+  const ConstPixels& pixels = source.pixels;
+  const double* c = stretch.mapping;
+  const int y = stretch.y;
+  const auto last_row = static_cast<float>(pixels.rows - 1);
+  unsigned char* pixel = stretch.target;
+  for (int x = stretch.x; x < stretch.x + stretch.count; ++x, pixel += kChannels) {
     const double d = x * c[6] + (y * c[7] + 1.0);
     const float u = map_coordinate(c[0], c[1], c[2], d, x, y);
     const float v = map_coordinate(c[3], c[4], c[5], d, x, y);
-    const AxisPosition row = locate_with<kRim>(last_row - v, source.rows);
-    const AxisPosition col = locate_with<kRim>(u, source.cols);
-    const unsigned char* before = source.row(row.first);
-    const unsigned char* after = source.row(row.second);
+    const AxisPosition row = locate(std::max(last_row - v, source.first_position), pixels.rows);
+    const AxisPosition col = locate(std::max(u, source.first_position), pixels.cols);
+    const unsigned char* before = pixels.row(row.first);
+    const unsigned char* after = pixels.row(row.second);
     const std::ptrdiff_t left = std::ptrdiff_t{col.first} * kChannels;
     const std::ptrdiff_t right = std::ptrdiff_t{col.second} * kChannels;
     for (int k = 0; k < kChannels; ++k) {
       pixel[k] = static_cast<unsigned char>(
           interpolate(before[left + k], before[right + k], after[left + k], after[right + k], col.weight, row.weight));
     }
-  });
-}
-
-template <Rim kRim>
-void warp_with(const ConstPixels& source, const Pixels& target, int channels, const Mapping& mapping,
-               const WarpArea& area) {
-  switch (channels) {
-    case 1:
-      return warp_pixels<1, kRim>(source, target, mapping, area);
-    case 3:
-      return warp_pixels<3, kRim>(source, target, mapping, area);
-    default:
-      return warp_pixels<4, kRim>(source, target, mapping, area);
   }
 }
 
-}  // namespace
+template void plain::warp_stretch<1>(const WarpSource&, const WarpStretch&);
+template void plain::warp_stretch<3>(const WarpSource&, const WarpStretch&);
+template void plain::warp_stretch<4>(const WarpSource&, const WarpStretch&);
 
 AxisPosition locate(float position, int count) {
   // Everything this far out, infinite or no number at all, is sampled at the nearest end.
@@ -106,15 +97,22 @@ WarpArea WarpArea::between(double x_min, double y_min, double x_max, double y_ma
 
 void warp(ConstPixels source, Pixels target, int channels, const Mapping& mapping, const WarpArea& area, Rim rim) {
   if (source.empty()) return;
-  if (rim == Rim::kRepeated) return warp_with<Rim::kRepeated>(source, target, channels, mapping, area);
-  warp_with<Rim::kExtrapolated>(source, target, channels, mapping, area);
+  const float first_position = rim == Rim::kRepeated ? 0.0f : -std::numeric_limits<float>::infinity();
+  const auto warp_stretch = channels == 1 ? kernels->warp_1 : channels == 3 ? kernels->warp_3 : kernels->warp_4;
+  for_each_row(area, target, [&](int y, unsigned char* pixels, int count) {
+    warp_stretch({source, first_position}, {mapping.data(), area.x_min, y, count, pixels});
+  });
 }
 
 void copy_area(ConstPixels source, Pixels target, int channels, const WarpArea& area, bool upside_down) {
-  walk(area, target, channels, [&](int x, int y, unsigned char* pixel) {
+  for_each_row(area, target, [&](int y, unsigned char* pixels, int count) {
     const int row = upside_down ? y : source.rows - 1 - y;
-    if (x < 0 || x >= source.cols || row < 0 || row >= source.rows) return;
-    std::copy_n(source.row(row) + std::ptrdiff_t{x} * channels, channels, pixel);
+    if (row < 0 || row >= source.rows) return;
+    for (int i = 0; i < count; ++i) {
+      const int x = area.x_min + i;
+      if (x < 0 || x >= source.cols) continue;
+      std::copy_n(source.row(row) + std::ptrdiff_t{x} * channels, channels, pixels + std::ptrdiff_t{i} * channels);
+    }
   });
 }
 

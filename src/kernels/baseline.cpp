@@ -14,7 +14,8 @@
 
 namespace vantrel::kernels {
 
-constexpr Form kBaseline = {"baseline", [] { return true; }, image::form::kKernels, lines::form::kKernels};
+constexpr Form kBaseline = {"baseline", [] { return true; }, autoclip::form::kKernels, image::form::kKernels,
+                            lines::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

@@ -1,5 +1,6 @@
 // Every room's kernels in the form that the including file says. No guard: a file of this room includes this once.
 #include "kernels/words.h"
 // The rooms' kernels stand on the above.
+#include "autoclip/kernels_body.h"
 #include "image/kernels_body.h"
 #include "lines/kernels_body.h"

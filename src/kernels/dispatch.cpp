@@ -27,6 +27,7 @@ constinit const Form* current = &kPlain;
 }  // namespace kernels
 
 // The rooms' tables. They are set once, before anything but other code at load can run, and never again.
+constinit const autoclip::Kernels* autoclip::kernels = &kernels::kPlain.autoclip;
 constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
 constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
 
@@ -35,6 +36,7 @@ namespace {
 
 void use(const Form& form) {
   current = &form;
+  autoclip::kernels = &form.autoclip;
   image::kernels = &form.image;
   lines::kernels = &form.lines;
 }

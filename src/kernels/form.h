@@ -10,6 +10,7 @@
 
 #include <span>
 
+#include "autoclip/kernels.h"
 #include "image/kernels.h"
 #include "lines/edges.h"
 #include "lines/kernels.h"
@@ -20,6 +21,7 @@ namespace vantrel::kernels {
 struct Form {
   const char* name;
   bool (*runs_here)(); /**< whether this processor has the instructions */
+  autoclip::Kernels autoclip;
   image::Kernels image;
   lines::Kernels lines;
 };

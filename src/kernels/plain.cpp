@@ -2,6 +2,7 @@
 
 namespace vantrel::kernels {
 
-constexpr Form kPlain = {"plain", [] { return true; }, image::plain::kKernels, lines::plain::kKernels};
+constexpr Form kPlain = {"plain", [] { return true; }, autoclip::plain::kKernels, image::plain::kKernels,
+                         lines::plain::kKernels};
 
 }  // namespace vantrel::kernels
