@@ -15,19 +15,24 @@ bool can_vote(const EdgePoint& point) {
   return std::abs(point.row) < kFar && std::abs(point.col) < kFar;
 }
 
-/** Cells this near to a peak belong to the same line. */
-bool same_line(const Peak& peak, int distance, int angle) {
-  return std::abs(distance - peak.distance) < 10 && std::abs(angle - peak.angle) < 2;
-}
+/** Cells nearer to a peak than this, in both, belong to the same line. */
+constexpr int kSameLineDistances = 10;
+constexpr int kSameLineAngles = 2;
 
 double single_precision(double value) { return static_cast<double>(static_cast<float>(value)); }
 
+/** Columns lie a little further apart than they are long: powers of two would all meet in a few places of a cache. */
+std::size_t cell_stride(int longer_side) {
+  constexpr std::size_t kApart = 17;
+  return std::size_t{2} * static_cast<std::size_t>(std::max(longer_side, 0)) + kApart;
+}
+
 /** How many cells there are; for an image that has no accumulator, more than there can be memory for. */
-std::size_t cell_count(int longer_side, const Angles& angles) {
+std::size_t cell_count(int longer_side, std::size_t stride, const Angles& angles) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   const std::int64_t distances = std::int64_t{2} * longer_side;
   const bool possible = distances >= 0 && distances <= kMost && distances * angles.size() <= kMost;
-  return possible ? static_cast<std::size_t>(distances * angles.size()) : std::numeric_limits<std::size_t>::max();
+  return possible ? stride * static_cast<std::size_t>(angles.size()) : std::numeric_limits<std::size_t>::max();
 }
 
 }  // namespace
@@ -40,48 +45,110 @@ DegreeTables::DegreeTables() {
   }
 }
 
+void plain::vote(const VoteSheet& sheet, const EdgePoint* points, int count) {
+  for (const EdgePoint& point : std::span(points, static_cast<std::size_t>(count))) {
+    if (!can_vote(point)) continue;
+    const double row = std::trunc(point.row);
+    const double col = std::trunc(point.col);
+    for (int t = 0; t < sheet.angles; ++t) {
+      double* cells = sheet.cells + t * sheet.stride;
+      const double rho = col * sheet.cos[t] + row * sheet.sin[t];
+      const double below = std::floor(rho);
+      const double k = below + sheet.zero;
+      // A point outside the image may lie beyond the accumulator; what falls there is not counted.
+      if (k >= 0 && k < sheet.distances) cells[static_cast<int>(k)] += below + 1 - rho;
+      if (k >= -1 && k < sheet.distances - 1) cells[static_cast<int>(k) + 1] += rho - below;
+    }
+  }
+}
+
+double plain::largest(const double* values, int count) {
+  double largest = 0;
+  for (int i = 0; i < count; ++i) largest = std::max(largest, values[i]);
+  return largest;
+}
+
 HoughAccumulator::HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables)
     : centre_(rows, cols),
       voted_(voted),
       tables_(tables),
       zero_(std::max(rows, cols)),
-      cells_(cell_count(zero_, voted), image::Fill::kZero),
-      distances_(cells_.ready() ? 2 * zero_ : 0) {}
+      stride_(cell_stride(zero_)),
+      cells_(cell_count(zero_, stride_, voted), image::Fill::kZero),
+      distances_(cells_.ready() ? 2 * zero_ : 0) {
+  for (const AngleSpan& span : {voted.low, voted.high}) {
+    for (int t = span.first; t <= span.last; ++t) {
+      cos_[static_cast<std::size_t>(column(t))] = tables.cos[t];
+      sin_[static_cast<std::size_t>(column(t))] = tables.sin[t];
+    }
+  }
+}
 
 int HoughAccumulator::column(int angle) const {
   return angle <= voted_.low.last ? angle - voted_.low.first : angle - voted_.high.first + voted_.low.size();
 }
 
-std::size_t HoughAccumulator::index(int distance, int angle) const {
-  return static_cast<std::size_t>(distance) * static_cast<std::size_t>(voted_.size()) +
-         static_cast<std::size_t>(column(angle));
+VoteSheet HoughAccumulator::sheet() {
+  return {cells_.get(), static_cast<std::ptrdiff_t>(stride_), distances_, zero_, cos_.data(), sin_.data(),
+          voted_.size()};
+}
+
+/**
+ * Notes where these points vote; false when that is not all on the sheet. Rounding keeps order, so no point's distance
+ * lies outside what the corners of their bounding box have.
+ */
+bool HoughAccumulator::reach(std::span<const EdgePoint> centred_points) {
+  double row_min = HUGE_VAL, row_max = -HUGE_VAL, col_min = HUGE_VAL, col_max = -HUGE_VAL;
+  for (const EdgePoint& point : centred_points) {
+    if (!can_vote(point)) return false;
+    const double row = std::trunc(point.row);
+    const double col = std::trunc(point.col);
+    row_min = std::min(row_min, row);
+    row_max = std::max(row_max, row);
+    col_min = std::min(col_min, col);
+    col_max = std::max(col_max, col);
+  }
+  geometry::Span reached = reached_;
+  for (std::size_t t = 0; t < static_cast<std::size_t>(voted_.size()); ++t) {
+    const auto [x_min, x_max] = std::minmax({col_min * cos_[t], col_max * cos_[t]});
+    const auto [y_min, y_max] = std::minmax({row_min * sin_[t], row_max * sin_[t]});
+    const double first = std::floor(x_min + y_min) + zero_;
+    const double last = std::floor(x_max + y_max) + zero_ + 1;
+    if (!(first >= 0 && last < distances_)) return false;
+    reached.first = reached.size() == 0 ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
+    reached.end = std::max(reached.end, static_cast<int>(last) + 1);
+  }
+  reached_ = reached;
+  return true;
 }
 
 void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
-  for (const EdgePoint& point : centred_points) {
-    if (!can_vote(point)) continue;
-    const double row = std::trunc(point.row);
-    const double col = std::trunc(point.col);
-    for (const AngleSpan& span : {voted_.low, voted_.high}) {
-      for (int t = span.first; t <= span.last; ++t) {
-        const double rho = col * tables_.cos[t] + row * tables_.sin[t];
-        const double below = std::floor(rho);
-        const double k = below + zero_;
-        // A point outside the image may lie beyond the accumulator; what falls there is not counted.
-        if (k >= 0 && k < distances_) cells_[index(static_cast<int>(k), t)] += below + 1 - rho;
-        if (k >= -1 && k < distances_ - 1) cells_[index(static_cast<int>(k) + 1, t)] += rho - below;
-      }
-    }
-  }
+  const auto count = static_cast<int>(centred_points.size());
+  if (count == 0) return;
+  if (reach(centred_points)) return kernels->vote(sheet(), centred_points.data(), count);
+  reached_ = {0, distances_};
+  plain::vote(sheet(), centred_points.data(), count);
+}
+
+/** Takes the nearest of an angle's strongest cells if it is stronger than the best, or as strong and nearer. */
+void HoughAccumulator::look_in(int angle, geometry::Span distances, Peak& best) const {
+  if (distances.size() <= 0) return;
+  const double* cells = cells_.get() + static_cast<std::size_t>(column(angle)) * stride_;
+  const double votes = kernels->largest(cells + distances.first, distances.size());
+  if (votes == 0 || votes < best.votes) return;
+  const auto nearest = static_cast<int>(std::find(cells + distances.first, cells + distances.end, votes) - cells);
+  if (votes > best.votes || nearest < best.distance) best = {nearest, angle, votes};
 }
 
 Peak HoughAccumulator::strongest(const Angles& searched, const Peak* excluded) const {
   Peak best;
-  for (int k = 0; k < distances_; ++k) {
-    for (const AngleSpan& span : {searched.low, searched.high}) {
-      for (int t = span.first; t <= span.last; ++t) {
-        const double votes = cells_[index(k, t)];
-        if (votes > best.votes && !(excluded != nullptr && same_line(*excluded, k, t))) best = {k, t, votes};
+  for (const AngleSpan& span : {searched.low, searched.high}) {
+    for (int t = span.first; t <= span.last; ++t) {
+      if (excluded != nullptr && std::abs(t - excluded->angle) < kSameLineAngles) {
+        look_in(t, {reached_.first, std::min(reached_.end, excluded->distance - kSameLineDistances + 1)}, best);
+        look_in(t, {std::max(reached_.first, excluded->distance + kSameLineDistances), reached_.end}, best);
+      } else {
+        look_in(t, reached_, best);
       }
     }
   }

@@ -14,8 +14,10 @@
 
 #include "geometry/hough.h"
 #include "geometry/line.h"
+#include "geometry/span.h"
 #include "image/work_array.h"
 #include "lines/edge_maps.h"
+#include "lines/kernels.h"
 
 namespace vantrel::lines {
 
@@ -79,14 +81,20 @@ class HoughAccumulator {
 
  private:
   int column(int angle) const;
-  std::size_t index(int distance, int angle) const;
+  VoteSheet sheet();
+  bool reach(std::span<const EdgePoint> centred_points);
+  void look_in(int angle, geometry::Span distances, Peak& best) const;
 
   Centre centre_;
   Angles voted_;
   AngleTables tables_;
+  std::array<double, kMostAngles> cos_; /**< of the voted angles, one after the other */
+  std::array<double, kMostAngles> sin_;
   int zero_; /**< the distance index of rho = 0 */
+  std::size_t stride_;
   image::WorkArray<double> cells_;
-  int distances_; /**< how many there are */
+  int distances_;          /**< how many there are */
+  geometry::Span reached_; /**< where votes may lie */
 };
 
 /** Hands points to a search in blocks, moved to the image's centre; the last ones when it ends. */

@@ -5,6 +5,10 @@
 #ifndef VANTREL_LINES_KERNELS_H
 #define VANTREL_LINES_KERNELS_H
 
+#include <cstddef>
+
+#include "lines/edge_maps.h"
+
 namespace vantrel::lines {
 
 /** Three neighbouring rows, in memory order. */
@@ -14,9 +18,32 @@ struct RowTriple {
   const unsigned char* after;
 };
 
+/** The cells of a Hough vote and what they stand for: a column of distances for each angle. */
+struct VoteSheet {
+  double* cells;
+  std::ptrdiff_t stride; /**< cells from one angle's column to the next */
+  int distances;         /**< cells of a column */
+  int zero;              /**< the cell of the distance 0 */
+  const double* cos;     /**< of each angle */
+  const double* sin;
+  int angles;
+};
+
+/** So many angles at most have a column: a third of half a turn, as the borders are looked for. */
+inline constexpr int kMostAngles = 60;
+
 struct Kernels {
   /** Computes the gradients in columns [from, to) of a row and marks them in its edge and direction rows. */
   void (*mark_row)(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to);
+
+  /**
+   * Gives every point one vote per angle, split between the two distances next to it. All votes fall on the sheet; only
+   * the plain form takes points whose votes do not.
+   */
+  void (*vote)(const VoteSheet& sheet, const EdgePoint* points, int count);
+
+  /** The largest of some numbers, or 0 when none is larger. */
+  double (*largest)(const double* values, int count);
 };
 
 /** The form for this processor. */
@@ -26,7 +53,10 @@ namespace plain {
 
 void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to);
 
-inline constexpr Kernels kKernels{mark_row};
+void vote(const VoteSheet& sheet, const EdgePoint* points, int count);
+double largest(const double* values, int count);
+
+inline constexpr Kernels kKernels{mark_row, vote, largest};
 
 }  // namespace plain
 }  // namespace vantrel::lines

@@ -85,7 +85,60 @@ void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* directi
   mark_at(to - kWords);  // some of these a second time
 }
 
-constexpr Kernels kKernels{mark_row};
+/** The votes of one point: for each angle the nearer of two neighbouring cells to the column's start, and both shares.
+ */
+struct Votes {
+  int cell[kMostAngles];
+  double shares[2 * kMostAngles];
+};
+
+/** Distances lie within an int, where truncation and a step down for what it raised are floor(). */
+inline void share_out(const VoteSheet& sheet, double row, double col, Votes& votes) {
+  for (int t = 0; t < sheet.angles; ++t) {
+    const double rho = col * sheet.cos[t] + row * sheet.sin[t];
+    const int toward_zero = static_cast<int>(rho);
+    const int whole = toward_zero - (static_cast<double>(toward_zero) > rho ? 1 : 0);
+    const auto below = static_cast<double>(whole);
+    votes.cell[t] = whole + sheet.zero;
+    votes.shares[2 * t] = below + 1 - rho;
+    votes.shares[2 * t + 1] = rho - below;
+  }
+}
+
+/** A cell gets its votes in the order of the points, as in the plain form: only cells of other angles come between. */
+void vote(const VoteSheet& sheet, const EdgePoint* points, int count) {
+  using Pair = double __attribute__((vector_size(16)));
+  Votes votes;
+  for (int i = 0; i < count; ++i) {
+    share_out(sheet, __builtin_truncf(points[i].row), __builtin_truncf(points[i].col), votes);
+    double* column = sheet.cells;
+    for (int t = 0; t < sheet.angles; ++t, column += sheet.stride) {
+      double* cells = column + votes.cell[t];
+      Pair sums, shares;
+      __builtin_memcpy(&sums, cells, sizeof sums);
+      __builtin_memcpy(&shares, votes.shares + 2 * t, sizeof shares);
+      sums += shares;
+      __builtin_memcpy(cells, &sums, sizeof sums);
+    }
+  }
+}
+
+double largest(const double* values, int count) {
+  using Doubles = double __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
+  constexpr int kLanes = VANTREL_VECTOR_BYTES / 8;
+  Doubles most{};
+  int i = 0;
+  for (; i + kLanes <= count; i += kLanes) {
+    Doubles next;
+    __builtin_memcpy(&next, values + i, sizeof next);
+    most = next > most ? next : most;
+  }
+  double largest = plain::largest(values + i, count - i);
+  for (int lane = 0; lane < kLanes; ++lane) largest = most[lane] > largest ? most[lane] : largest;
+  return largest;
+}
+
+constexpr Kernels kKernels{mark_row, vote, largest};
 
 }  // namespace
 }  // namespace vantrel::lines::form
