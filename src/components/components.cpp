@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "components/extract.h"
+#include "components/kernels.h"
 
 namespace vantrel::components {
 namespace {
@@ -15,12 +16,6 @@ struct Slot {
   Rect box;
   int label; /**< in the order of creation, from 1; 0 when given up */
   Slot* next_free;
-};
-
-struct Run {
-  unsigned short start;
-  unsigned short end;
-  Slot* node;
 };
 
 /** The components found so far. */
@@ -85,9 +80,14 @@ std::size_t most_components(image::ConstPixels edge) {
 
 }  // namespace
 
+void plain::find_foreground(const unsigned char* bytes, int count, std::uint64_t* foreground) {
+  std::fill_n(foreground, (count + 63) / 64, 0);
+  for (int i = 0; i < count; ++i) foreground[i / 64] |= std::uint64_t{bytes[i] == 0} << i % 64;
+}
+
 ComponentBoxes::ComponentBoxes(image::ConstPixels edge) : boxes_(most_components(edge)) {
   image::WorkArray<Slot> slots(boxes_.size());
-  RunBuffers<Run> runs(edge.cols);
+  RunBuffers<Slot> runs(edge.cols);
   if (!boxes_.ready() || !slots.ready() || !runs.ready()) return;
   SlotStore store(slots.all());
   runs.extract(edge.rows, store, [&](int row, auto found) { for_each_run_of_bytes(edge.row(row), edge.cols, found); });

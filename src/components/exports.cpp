@@ -58,7 +58,7 @@ class CharacterStore {
 /** Stores the components of a picture under one new group and line; false when there is none, or no room or memory. */
 template <class ForEachRun>
 bool extract_to_list(_BLIST& list, int width, int height, ForEachRun for_each_run) {
-  RunBuffers<_RUN> runs(width);
+  RunBuffers<_BNODE> runs(width);
   if (!runs.ready()) return false;
   _BNODE* group = request_group(list, nullptr, nullptr, {});
   if (group == nullptr) return false;
@@ -83,8 +83,10 @@ int ECC_SetRunComponent(unsigned short start, unsigned short end, unsigned short
                         unsigned short prevCount, unsigned short& prevIndex, unsigned short& curCount, _BLIST& list,
                         _BNODE* line, _BNODE*& lastChar, unsigned short /*width*/, int& label) {
   components::CharacterStore store(list, line, lastChar, label);
-  return components::add_run<_RUN>({start, end}, row, {prevRuns, curRuns, prevCount, prevIndex, curCount}, store) ? 1
-                                                                                                                  : 0;
+  return components::add_run<_RUN>({start, end}, row, {prevRuns, curRuns, prevCount, prevIndex, curCount}, store,
+                                   components::OwnNames())
+             ? 1
+             : 0;
 }
 
 int Extract_Eight_Connected_Components(BITMAPPTR bitmap, _BLIST& list) {

@@ -10,15 +10,19 @@
  *     int first_row(const Owner& owner)
  *     void absorb(Owner& survivor, Owner& absorbed)       the two are one; the absorbed one is given up
  *
- * The runs of a row are records with the members start, end (inclusive) and node (an Owner*).
+ * The runs of a row are records with the members start and end (inclusive), and a name of their component.
  */
 #ifndef VANTREL_COMPONENTS_EXTRACT_H
 #define VANTREL_COMPONENTS_EXTRACT_H
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
+#include "components/components.h"
+#include "components/kernels.h"
 #include "geometry/span.h"
 #include "image/work_array.h"
 
@@ -56,15 +60,27 @@ void for_each_run_of_bits(const unsigned char* bits, int width, Found found) {
   close_at(width);
 }
 
-/** Calls `found(columns)` for every run of foreground bytes (0) of a row. */
+/** Calls `found(columns)` for every run of foreground bytes (0) of a row, which is no longer than kLongestSide. */
 template <class Found>
 void for_each_run_of_bytes(const unsigned char* bytes, int width, Found found) {
-  const unsigned char* const end = bytes + width;
-  for (const unsigned char* at = std::find(bytes, end, 0); at != end;) {
-    const unsigned char* const stop = std::find_if(at, end, [](unsigned char byte) { return byte != 0; });
-    found(geometry::Span{static_cast<int>(at - bytes), static_cast<int>(stop - bytes)});
-    at = std::find(stop, end, 0);
+  std::uint64_t foreground[kLongestSide / 64 + 1];
+  kernels->find_foreground(bytes, width, foreground);
+  std::uint64_t before = 0;  // the last bit of the word before
+  int start = 0;
+  for (int column = 0; column < width; column += 64) {
+    const std::uint64_t word = foreground[column / 64];
+    // A bit is set where a run begins or has just ended; the next one of the row then is the other of the two.
+    for (std::uint64_t change = word ^ (word << 1 | before); change != 0; change &= change - 1) {
+      const int at = column + std::countr_zero(change);
+      if ((word >> (at - column) & 1) != 0) {
+        start = at;
+      } else {
+        found(geometry::Span{start, at});
+      }
+    }
+    before = word >> 63;
   }
+  if (before != 0) found(geometry::Span{start, width});
 }
 
 /** The runs of two neighbouring rows, and how far those of the row before have been looked at. */
@@ -77,35 +93,34 @@ struct RowRuns {
   unsigned short& current_count;
 };
 
-template <class Run, class Owner>
-void rename_runs(Run* runs, unsigned short count, const Owner* from, Owner* to) {
-  for (Run* run = runs; run != runs + count; ++run) {
-    if (run->node == from) run->node = to;
-  }
-}
-
 /**
  * Adds a run of row `row` to the component that it touches in the row before, merging components that it connects, or
  * to a new one; false when there was no room for that.
+ *
+ * @param names how the runs of both rows say whose they are: `of(run)` is the name of a run's component, null for none,
+ * `owner(name)` the component, `unite(survivor, absorbed, rows)` makes the absorbed one's runs the survivor's, and
+ * `add(run, name, owner, rows)` appends a run to the row, of a new component where the name is null.
  */
-template <class Run, class Store>
-bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store) {
-  decltype(Run::node) owner = nullptr;
+template <class Run, class Store, class Names>
+bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store, Names names) {
+  decltype(names.of(*rows.previous)) name = nullptr;
   auto& [previous, current, previous_count, previous_index, current_count] = rows;
   // Diagonal neighbours touch: a run of the row before may start one column behind this one's last, or end one before
   // its first.
   for (; previous_index < previous_count && run.end >= previous[previous_index].start; ++previous_index) {
-    const Run& before = previous[previous_index];
+    Run& before = previous[previous_index];
     if (run.first > before.end + 1) continue;
-    if (owner == nullptr) {
-      owner = before.node;
-    } else if (before.node != owner) {
-      auto* survivor = store.first_row(*before.node) < store.first_row(*owner) ? before.node : owner;
-      auto* absorbed = survivor == owner ? before.node : owner;
-      rename_runs(previous, previous_count, absorbed, survivor);
-      rename_runs(current, current_count, absorbed, survivor);
-      store.absorb(*survivor, *absorbed);
-      owner = survivor;
+    const auto touched = names.of(before);
+    if (name == nullptr) {
+      name = touched;
+    } else if (touched != name) {
+      const bool earlier = store.first_row(*names.owner(touched)) < store.first_row(*names.owner(name));
+      const auto survivor = earlier ? touched : name;
+      const auto absorbed = earlier ? name : touched;
+      auto* given_up = names.owner(absorbed);
+      names.unite(survivor, absorbed, rows);
+      store.absorb(*names.owner(survivor), *given_up);
+      name = survivor;
     }
     // A run that reaches further right may touch the next run of this row too.
     if (before.end >= run.last()) {
@@ -114,19 +129,83 @@ bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store) {
     }
   }
 
-  if (owner != nullptr) {
-    store.extend(*owner, run, row);
-  } else {
-    owner = store.create(run, row);
-    if (owner == nullptr) return false;
-  }
-  current[current_count++] = {static_cast<unsigned short>(run.first), static_cast<unsigned short>(run.last()), owner};
+  auto* owner = name == nullptr ? store.create(run, row) : names.owner(name);
+  if (owner == nullptr) return false;
+  if (name != nullptr) store.extend(*owner, run, row);
+  names.add(run, name, owner, rows);
+  ++current_count;
   return true;
 }
 
+/** Runs that name their component itself, as a host's records do: uniting two renames the runs of both rows. */
+struct OwnNames {
+  template <class Run>
+  static auto of(const Run& run) {
+    return run.node;
+  }
+  template <class Owner>
+  static Owner* owner(Owner* name) {
+    return name;
+  }
+  template <class Run, class Owner>
+  static void unite(Owner* survivor, const Owner* absorbed, const RowRuns<Run>& rows) {
+    const auto rename = [&](Run* runs, unsigned short count) {
+      for (Run* run = runs; run != runs + count; ++run) {
+        if (run->node == absorbed) run->node = survivor;
+      }
+    };
+    rename(rows.previous, rows.previous_count);
+    rename(rows.current, rows.current_count);
+  }
+  template <class Run, class Owner>
+  static void add(geometry::Span run, const Owner*, Owner* owner, const RowRuns<Run>& rows) {
+    rows.current[rows.current_count] = {static_cast<unsigned short>(run.first), static_cast<unsigned short>(run.last()),
+                                        owner};
+  }
+};
+
+/**
+ * A run that names another run of its component, up to one that names itself and knows the component: merging two
+ * components then costs the same however many runs they have (R. E. Tarjan, "Efficiency of a Good But Not Linear Set
+ * Union Algorithm", JACM 22, 1975).
+ */
+template <class Owner>
+struct LinkedRun {
+  unsigned short start;
+  unsigned short end;
+  LinkedRun* same_as;
+  Owner* owner; /**< where the run names itself */
+};
+
+/** The names of such runs: the run that names itself. */
+struct LinkedNames {
+  template <class Run>
+  static Run* of(Run& run) {
+    Run* at = &run;
+    while (at->same_as != at) at = at->same_as = at->same_as->same_as;  // halves the way for the next time
+    return at;
+  }
+  template <class Run>
+  static auto* owner(Run* name) {
+    return name->owner;
+  }
+  template <class Run>
+  static void unite(Run* survivor, Run* absorbed, const RowRuns<Run>&) {
+    absorbed->same_as = survivor;
+  }
+  template <class Run, class Owner>
+  static void add(geometry::Span run, Run* name, Owner* owner, const RowRuns<Run>& rows) {
+    Run* added = rows.current + rows.current_count;
+    *added = {static_cast<unsigned short>(run.first), static_cast<unsigned short>(run.last()),
+              name == nullptr ? added : name, owner};
+  }
+};
+
 /** The runs of two rows, which swap roles from row to row. A row of that width has at most (width + 1) / 2 runs. */
-template <class Run>
+template <class Owner>
 class RunBuffers {
+  using Run = LinkedRun<Owner>;
+
  public:
   explicit RunBuffers(int width)
       : most_((static_cast<std::size_t>(width) + 1) / 2), runs_(2 * most_), previous_(runs_.get()) {
@@ -143,14 +222,30 @@ class RunBuffers {
       unsigned short current_count = 0;
       for_each_run(row, [&](geometry::Span run) {
         // A run for which there is no room is dropped.
-        add_run<Run>(run, row, {previous_, current_, previous_count_, previous_index, current_count}, store);
+        add_run<Run>(run, row, {previous_, current_, previous_count_, previous_index, current_count}, store,
+                     LinkedNames());
       });
+      leave_previous(current_count);
       std::swap(previous_, current_);
       previous_count_ = current_count;
     }
   }
 
  private:
+  /** Lets the current runs name each other only: of those that name one of the row before, the first takes its place.
+   */
+  void leave_previous(unsigned short current_count) {
+    for (Run* run = current_; run != current_ + current_count; ++run) {
+      Run* named = LinkedNames::of(*run);
+      const bool is_current = named >= current_ && named < current_ + current_count;
+      if (!is_current) {
+        run->owner = named->owner;
+        named->same_as = run;
+      }
+      run->same_as = is_current ? named : run;
+    }
+  }
+
   std::size_t most_;
   image::WorkArray<Run> runs_;
   Run* previous_;

@@ -12,8 +12,12 @@ VANTREL_END_TARGET
 
 namespace vantrel::kernels {
 
-constexpr Form kAvx2 = {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, autoclip::form::kKernels,
-                        image::form::kKernels, lines::form::kKernels};
+constexpr Form kAvx2 = {"avx2",
+                        [] { return __builtin_cpu_supports("avx2") != 0; },
+                        autoclip::form::kKernels,
+                        components::form::kKernels,
+                        image::form::kKernels,
+                        lines::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

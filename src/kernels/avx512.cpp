@@ -22,7 +22,12 @@ bool runs_here() {
 
 }  // namespace
 
-constexpr Form kAvx512 = {"avx512", runs_here, autoclip::form::kKernels, image::form::kKernels, lines::form::kKernels};
+constexpr Form kAvx512 = {"avx512",
+                          runs_here,
+                          autoclip::form::kKernels,
+                          components::form::kKernels,
+                          image::form::kKernels,
+                          lines::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

@@ -14,7 +14,11 @@
 
 namespace vantrel::kernels {
 
-constexpr Form kBaseline = {"baseline", [] { return true; }, autoclip::form::kKernels, image::form::kKernels,
+constexpr Form kBaseline = {"baseline",
+                            [] { return true; },
+                            autoclip::form::kKernels,
+                            components::form::kKernels,
+                            image::form::kKernels,
                             lines::form::kKernels};
 
 }  // namespace vantrel::kernels

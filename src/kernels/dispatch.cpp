@@ -28,6 +28,7 @@ constinit const Form* current = &kPlain;
 
 // The rooms' tables. They are set once, before anything but other code at load can run, and never again.
 constinit const autoclip::Kernels* autoclip::kernels = &kernels::kPlain.autoclip;
+constinit const components::Kernels* components::kernels = &kernels::kPlain.components;
 constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
 constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
 
@@ -37,6 +38,7 @@ namespace {
 void use(const Form& form) {
   current = &form;
   autoclip::kernels = &form.autoclip;
+  components::kernels = &form.components;
   image::kernels = &form.image;
   lines::kernels = &form.lines;
 }

@@ -11,6 +11,7 @@
 #include <span>
 
 #include "autoclip/kernels.h"
+#include "components/kernels.h"
 #include "image/kernels.h"
 #include "lines/edges.h"
 #include "lines/kernels.h"
@@ -22,6 +23,7 @@ struct Form {
   const char* name;
   bool (*runs_here)(); /**< whether this processor has the instructions */
   autoclip::Kernels autoclip;
+  components::Kernels components;
   image::Kernels image;
   lines::Kernels lines;
 };

@@ -2,7 +2,11 @@
 
 namespace vantrel::kernels {
 
-constexpr Form kPlain = {"plain", [] { return true; }, autoclip::plain::kKernels, image::plain::kKernels,
+constexpr Form kPlain = {"plain",
+                         [] { return true; },
+                         autoclip::plain::kKernels,
+                         components::plain::kKernels,
+                         image::plain::kKernels,
                          lines::plain::kKernels};
 
 }  // namespace vantrel::kernels
