@@ -5,8 +5,12 @@
 #ifndef VANTREL_LINES_EDGE_MAPS_H
 #define VANTREL_LINES_EDGE_MAPS_H
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 
+#include "components/kernels.h"
 #include "geometry/span.h"
 #include "image/view.h"
 #include "image/work_array.h"
@@ -24,11 +28,16 @@ struct EdgePoint {
 template <class Found>
 void for_each_edge(image::ConstPixels edge, image::ConstPixels direction, const geometry::Rect& area, int value,
                    Found found) {
+  static_assert(kEdge == 0);  // as the foreground of components
+  constexpr int kWord = 64;
   for (int r = area.rows.first; r < area.rows.end; ++r) {
-    const unsigned char* edges = edge.row(r);
-    const unsigned char* directions = direction.row(r);
-    for (int c = area.cols.first; c < area.cols.end; ++c) {
-      if (edges[c] == kEdge && directions[c] == value) found(r, c);
+    for (int from = area.cols.first; from < area.cols.end; from += kWord) {
+      std::uint64_t edges = 0;
+      components::kernels->find_foreground(edge.row(r) + from, std::min(kWord, area.cols.end - from), &edges);
+      for (; edges != 0; edges &= edges - 1) {
+        const int c = from + std::countr_zero(edges);
+        if (direction.row(r)[c] == value) found(r, c);
+      }
     }
   }
 }

@@ -44,6 +44,9 @@ struct Kernels {
 
   /** The largest of some numbers, or 0 when none is larger. */
   double (*largest)(const double* values, int count);
+
+  /** How many bytes are below a level. */
+  int (*count_below)(const unsigned char* bytes, int count, unsigned char level);
 };
 
 /** The form for this processor. */
@@ -55,8 +58,9 @@ void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* directi
 
 void vote(const VoteSheet& sheet, const EdgePoint* points, int count);
 double largest(const double* values, int count);
+int count_below(const unsigned char* bytes, int count, unsigned char level);
 
-inline constexpr Kernels kKernels{mark_row, vote, largest};
+inline constexpr Kernels kKernels{mark_row, vote, largest, count_below};
 
 }  // namespace plain
 }  // namespace vantrel::lines

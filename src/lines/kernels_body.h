@@ -138,7 +138,27 @@ double largest(const double* values, int count) {
   return largest;
 }
 
-constexpr Kernels kKernels{mark_row, vote, largest};
+int count_below(const unsigned char* bytes, int count, unsigned char level) {
+  using Bytes = unsigned char __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
+  constexpr int kLanes = VANTREL_VECTOR_BYTES;
+  int below = 0;
+  int i = 0;
+  while (i + kLanes <= count) {
+    // A lane counts to 255, and then is emptied.
+    const int whole = (count - i) / kLanes;
+    const int end = i + (whole < 255 ? whole : 255) * kLanes;
+    Bytes counts{};
+    for (; i < end; i += kLanes) {
+      Bytes next;
+      __builtin_memcpy(&next, bytes + i, sizeof next);
+      counts -= reinterpret_cast<Bytes>(next < Bytes{} + level);
+    }
+    for (int lane = 0; lane < kLanes; ++lane) below += counts[lane];
+  }
+  return below + plain::count_below(bytes + i, count - i, level);
+}
+
+constexpr Kernels kKernels{mark_row, vote, largest, count_below};
 
 }  // namespace
 }  // namespace vantrel::lines::form

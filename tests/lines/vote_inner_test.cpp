@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -73,6 +74,28 @@ TEST(VoteForms, FindTheLargestWhereverItLies) {
 TEST(VoteForms, NothingLargerThanNothingIsNothing) {
   const std::vector<double> values(20, 0.0);
   support::for_each_form([&](const auto& form) { EXPECT_EQ(form.lines.largest(values.data(), 20), 0.0); });
+}
+
+TEST(CountBelow, IsTheSameInEveryFormForEveryLevelAndLength) {
+  support::Random random(5);
+  std::vector<unsigned char> bytes(40'000);
+  for (auto& byte : bytes) byte = static_cast<unsigned char>(random.pick(0, 255));
+  for (int level = 0; level < 256; ++level) {
+    const int count = level * 3 / 2;
+    const auto wanted =
+        static_cast<int>(std::count_if(bytes.begin(), bytes.begin() + count, [&](int b) { return b < level; }));
+    support::for_each_form([&](const auto& form) {
+      ASSERT_EQ(form.lines.count_below(bytes.data(), count, static_cast<unsigned char>(level)), wanted) << level;
+    });
+  }
+}
+
+TEST(CountBelow, CountsMoreThanALaneHolds) {
+  const std::vector<unsigned char> bytes(40'000, 7);
+  support::for_each_form([&](const auto& form) {
+    EXPECT_EQ(form.lines.count_below(bytes.data(), 40'000, 8), 40'000);
+    EXPECT_EQ(form.lines.count_below(bytes.data(), 40'000, 7), 0);
+  });
 }
 
 /** Points at whole columns of one row give it whole votes at 90 degrees. */
