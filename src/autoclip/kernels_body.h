@@ -66,58 +66,92 @@ inline void keep_columns(Neighbours& cols, int count) {
 }
 
 template <class Word>
-inline unsigned load(const unsigned char* bytes) {
+inline Word load(const unsigned char* bytes) {
   Word word;
   __builtin_memcpy(&word, bytes, sizeof word);
   return word;
 }
 
-/** Two neighbours of a row for each position, as words of the source; nothing around them is read. */
+/** A word in which two neighbouring pixels lie, the first in the lowest bytes. */
 template <int kChannels>
-struct Pairs {
-  unsigned left[kBlock];
-  unsigned right[kBlock];
-
-  void load_at(int i, const unsigned char* pixel) {
-    left[i] = load<unsigned>(pixel);
-    right[i] = load<unsigned>(pixel + 2 * kChannels - 4);
-  }
-  unsigned left_at(int i) const { return left[i]; }
-  unsigned right_at(int i) const { return right[i] >> (32 - 8 * kChannels); }
+struct PairWord {
+  using Type = unsigned long long;
 };
-
 template <>
-struct Pairs<1> {
-  unsigned both[kBlock];
-
-  void load_at(int i, const unsigned char* pixel) { both[i] = load<unsigned short>(pixel); }
-  unsigned left_at(int i) const { return both[i]; }
-  unsigned right_at(int i) const { return both[i] >> 8; }
+struct PairWord<1> {
+  using Type = unsigned;
 };
-
 template <int kChannels>
-struct Corners4 {
+using Pair = typename PairWord<kChannels>::Type;
+
+/** Loads two pixels. Six bytes are loaded as eight where those behind them may be read, else as four and four. */
+template <int kChannels, bool kReadsOn>
+inline Pair<kChannels> load_pair(const unsigned char* pixels) {
   static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
-  Pairs<kChannels> top;
-  Pairs<kChannels> bottom;
+  if constexpr (kChannels == 1) {
+    return load<unsigned short>(pixels);
+  } else if constexpr (kChannels == 3 && !kReadsOn) {
+    return load<unsigned>(pixels) | Pair<kChannels>{load<unsigned>(pixels + 2)} << 16;
+  } else {
+    return load<Pair<kChannels>>(pixels);
+  }
+}
+
+/** Where the pairs of a block lie, in bytes from the source's first row. */
+struct Offsets {
+  int top[kBlock];
+  int bottom[kBlock];
 };
 
 template <int kChannels>
-inline void load_corners(const image::ConstPixels& source, const Neighbours& rows, const Neighbours& cols,
-                         Corners4<kChannels>& corners) {
-  int top[kBlock], bottom[kBlock];
+inline void find_pairs(const image::ConstPixels& source, const Neighbours& rows, const Neighbours& cols, Offsets& at) {
   const int last = source.rows - 1;
-  const int stride = static_cast<int>(source.stride);
+  const auto stride = static_cast<int>(source.stride);
   for (int i = 0; i < kBlock; ++i) {
     const int first = rows.first[i] < 0 ? 0 : rows.first[i];
     const int next = rows.first[i] < 0 ? 0 : rows.first[i] + 1;
-    top[i] = (first > last ? last : first) * stride + cols.first[i] * kChannels;
-    bottom[i] = (next > last ? last : next) * stride + cols.first[i] * kChannels;
+    at.top[i] = (first > last ? last : first) * stride + cols.first[i] * kChannels;
+    at.bottom[i] = (next > last ? last : next) * stride + cols.first[i] * kChannels;
+  }
+}
+
+/** The last place from which a pair is loaded. */
+inline int furthest_of(const Offsets& at) {
+  int furthest = at.top[0];
+  for (int i = 0; i < kBlock; ++i) furthest = furthest > at.top[i] ? furthest : at.top[i];
+  for (int i = 0; i < kBlock; ++i) furthest = furthest > at.bottom[i] ? furthest : at.bottom[i];
+  return furthest;
+}
+
+/** The four pixels around each position. */
+struct Around {
+  unsigned top_left[kBlock];
+  unsigned top_right[kBlock];
+  unsigned bottom_left[kBlock];
+  unsigned bottom_right[kBlock];
+};
+
+template <int kChannels, bool kReadsOn>
+inline void load_pairs(const unsigned char* source, const Offsets& at, Around& found) {
+  Pair<kChannels> top[kBlock], bottom[kBlock];
+  for (int i = 0; i < kBlock; ++i) {
+    top[i] = load_pair<kChannels, kReadsOn>(source + at.top[i]);
+    bottom[i] = load_pair<kChannels, kReadsOn>(source + at.bottom[i]);
   }
   for (int i = 0; i < kBlock; ++i) {
-    corners.top.load_at(i, source.data + top[i]);
-    corners.bottom.load_at(i, source.data + bottom[i]);
+    found.top_left[i] = static_cast<unsigned>(top[i]);
+    found.top_right[i] = static_cast<unsigned>(top[i] >> 8 * kChannels);
   }
+  for (int i = 0; i < kBlock; ++i) {
+    found.bottom_left[i] = static_cast<unsigned>(bottom[i]);
+    found.bottom_right[i] = static_cast<unsigned>(bottom[i] >> 8 * kChannels);
+  }
+}
+
+/** The first byte that is not the source's, in bytes from its first row; rows may lie in either order. */
+template <int kChannels>
+inline int end_of(const image::ConstPixels& source) {
+  return (source.stride > 0 ? static_cast<int>(source.stride) * (source.rows - 1) : 0) + source.cols * kChannels;
 }
 
 inline float channel(unsigned pixel, int shift) { return static_cast<float>(static_cast<int>(pixel >> shift & 0xFF)); }
@@ -127,49 +161,69 @@ inline float channel(unsigned pixel, int shift) { return static_cast<float>(stat
  * precision the largest number below a half gives the same whole number for every value that can occur: it lacks so
  * little that a sum that should reach a whole number is rounded up to it, and one that should not, is not.
  */
-template <int kChannels>
-inline void blend(const Corners4<kChannels>& corners, const Neighbours& rows, const Neighbours& cols, int shift,
+inline void blend(const Around& around, const Neighbours& rows, const Neighbours& cols, int shift,
                   unsigned (&values)[kBlock]) {
   constexpr float kBelowHalf = 0x1.fffffep-2f;
   for (int i = 0; i < kBlock; ++i) {
-    const float top_left = channel(corners.top.left_at(i), shift);
-    const float bottom_left = channel(corners.bottom.left_at(i), shift);
-    const float top = top_left + cols.weight[i] * (channel(corners.top.right_at(i), shift) - top_left);
-    const float bottom = bottom_left + cols.weight[i] * (channel(corners.bottom.right_at(i), shift) - bottom_left);
+    const float top_left = channel(around.top_left[i], shift);
+    const float bottom_left = channel(around.bottom_left[i], shift);
+    const float top = top_left + cols.weight[i] * (channel(around.top_right[i], shift) - top_left);
+    const float bottom = bottom_left + cols.weight[i] * (channel(around.bottom_right[i], shift) - bottom_left);
     const float value = top + rows.weight[i] * (bottom - top);
     const int whole = static_cast<int>(value + kBelowHalf);
     values[i] = static_cast<unsigned>(whole > 255 ? 255 : whole) & 0xFF;
   }
 }
 
-/** Writes pixels of kChannels bytes, of which every one but the last may be written with what follows it. */
+#if defined(VANTREL_FORM_AVX2)
+/** Four pixels of three bytes; the four bytes behind them are written, too. */
+inline void store_triples(const unsigned* values, unsigned char* target) {
+  const __m128i packed = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(target),
+                   _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(values)), packed));
+}
+#else
+inline void store_triples(const unsigned* values, unsigned char* target) {
+  for (int i = 0; i < 4; ++i) __builtin_memcpy(target + 3 * i, &values[i], 4);
+}
+#endif
+
 template <int kChannels>
 inline void store(const unsigned (&values)[kBlock], int count, unsigned char* target) {
+  int i = 0;
   if constexpr (kChannels == 1) {
     unsigned char bytes[kBlock];
-    for (int i = 0; i < kBlock; ++i) bytes[i] = static_cast<unsigned char>(values[i]);
+    for (int k = 0; k < kBlock; ++k) bytes[k] = static_cast<unsigned char>(values[k]);
     __builtin_memcpy(target, bytes, static_cast<unsigned>(count));
-  } else {
-    for (int i = 0; i < count - 1; ++i) __builtin_memcpy(target + i * kChannels, &values[i], 4);
-    __builtin_memcpy(target + (count - 1) * kChannels, &values[count - 1], kChannels);
+    return;
+  } else if constexpr (kChannels == 3) {
+    // What is written behind four pixels is written over by the next ones, of which there are two at least.
+    for (; i + 6 <= count; i += 4) store_triples(values + i, target + 3 * i);
   }
+  for (; i < count; ++i) __builtin_memcpy(target + i * kChannels, &values[i], kChannels);
 }
 
 template <int kChannels>
 void warp_block(const WarpSource& source, const WarpStretch& stretch) {
   Positions at;
   Neighbours rows, cols;
-  Corners4<kChannels> corners;
+  Offsets offsets;
+  Around around;
   unsigned pixels[kBlock];
   map_positions(source, stretch, at);
   find_neighbours(at.row, source.first_position, rows);
   find_neighbours(at.col, source.first_position, cols);
   keep_columns(cols, source.pixels.cols);
-  load_corners(source.pixels, rows, cols, corners);
-  blend(corners, rows, cols, 0, pixels);
+  find_pairs<kChannels>(source.pixels, rows, cols, offsets);
+  if (kChannels != 3 || furthest_of(offsets) <= end_of<kChannels>(source.pixels) - 8) {
+    load_pairs<kChannels, true>(source.pixels.data, offsets, around);
+  } else {
+    load_pairs<kChannels, false>(source.pixels.data, offsets, around);
+  }
+  blend(around, rows, cols, 0, pixels);
   for (int k = 1; k < kChannels; ++k) {
     unsigned values[kBlock];
-    blend(corners, rows, cols, 8 * k, values);
+    blend(around, rows, cols, 8 * k, values);
     for (int i = 0; i < kBlock; ++i) pixels[i] |= values[i] << 8 * k;
   }
   store<kChannels>(pixels, stretch.count, stretch.target);
