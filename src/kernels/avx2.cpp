@@ -17,7 +17,8 @@ constexpr Form kAvx2 = {"avx2",
                         autoclip::form::kKernels,
                         components::form::kKernels,
                         image::form::kKernels,
-                        lines::form::kKernels};
+                        lines::form::kKernels,
+                        segment::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

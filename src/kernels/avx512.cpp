@@ -27,7 +27,8 @@ constexpr Form kAvx512 = {"avx512",
                           autoclip::form::kKernels,
                           components::form::kKernels,
                           image::form::kKernels,
-                          lines::form::kKernels};
+                          lines::form::kKernels,
+                          segment::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

@@ -19,7 +19,8 @@ constexpr Form kBaseline = {"baseline",
                             autoclip::form::kKernels,
                             components::form::kKernels,
                             image::form::kKernels,
-                            lines::form::kKernels};
+                            lines::form::kKernels,
+                            segment::form::kKernels};
 
 }  // namespace vantrel::kernels
 #endif

@@ -5,3 +5,4 @@
 #include "components/kernels_body.h"
 #include "image/kernels_body.h"
 #include "lines/kernels_body.h"
+#include "segment/kernels_body.h"

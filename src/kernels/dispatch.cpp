@@ -31,6 +31,7 @@ constinit const autoclip::Kernels* autoclip::kernels = &kernels::kPlain.autoclip
 constinit const components::Kernels* components::kernels = &kernels::kPlain.components;
 constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
 constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
+constinit const segment::Kernels* segment::kernels = &kernels::kPlain.segment;
 
 namespace kernels {
 namespace {
@@ -41,6 +42,7 @@ void use(const Form& form) {
   components::kernels = &form.components;
   image::kernels = &form.image;
   lines::kernels = &form.lines;
+  segment::kernels = &form.segment;
 }
 
 #if defined(__GNUC__)

@@ -15,6 +15,7 @@
 #include "image/kernels.h"
 #include "lines/edges.h"
 #include "lines/kernels.h"
+#include "segment/kernels.h"
 
 namespace vantrel::kernels {
 
@@ -26,6 +27,7 @@ struct Form {
   components::Kernels components;
   image::Kernels image;
   lines::Kernels lines;
+  segment::Kernels segment;
 };
 
 extern const Form kPlain;    /**< the definitions */

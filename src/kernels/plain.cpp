@@ -7,6 +7,7 @@ constexpr Form kPlain = {"plain",
                          autoclip::plain::kKernels,
                          components::plain::kKernels,
                          image::plain::kKernels,
-                         lines::plain::kKernels};
+                         lines::plain::kKernels,
+                         segment::plain::kKernels};
 
 }  // namespace vantrel::kernels
