@@ -45,12 +45,14 @@ void write_palette(RGBQUAD* palette, int bit_count) {
   }
 }
 
-/** Whitens what lies behind the pixels of each row: no caller writes there, and a host may compare whole blocks. */
-void whiten_padding(Pixels pixels, int bit_count) {
-  const std::ptrdiff_t row_bytes = std::ptrdiff_t{pixels.cols} * bit_count / 8;
-  const auto padding = static_cast<std::size_t>(pixels.stride - row_bytes);
-  if (padding == 0) return;
-  for (int r = 0; r < pixels.rows; ++r) std::memset(pixels.row(r) + row_bytes, 0xFF, padding);
+/**
+ * Whitens what lies behind the pixels of each row, which no caller writes and a host may compare: with the whole last
+ * word of the row, whose pixels are yet to be written.
+ */
+void whiten_padding(Pixels pixels) {
+  constexpr std::ptrdiff_t kWord = 4;
+  if (pixels.stride < kWord) return;
+  for (int r = 0; r < pixels.rows; ++r) std::memset(pixels.row(r) + pixels.stride - kWord, 0xFF, kWord);
 }
 
 }  // namespace
@@ -91,7 +93,7 @@ bool create(BITMAPPTR& image, const Shape& shape, Paper paper) {
   if (paper == Paper::kWhite) {
     std::memset(image.pBits, 0xFF, pixels);
   } else {
-    whiten_padding(pixels_of(image), bit_count);
+    whiten_padding(pixels_of(image));
   }
   return true;
 }
