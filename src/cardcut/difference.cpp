@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "cardcut/kernels.h"
+
 namespace vantrel::cardcut {
 namespace {
 
@@ -19,7 +21,8 @@ void squared_differences(const unsigned char* a, const unsigned char* b, int byt
 // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the caller has filled them
 int sum_of_colours(const std::uint16_t* squares) { return squares[0] + squares[1] + squares[2]; }
 
-int truncated_root(int square) { return static_cast<int>(std::sqrt(static_cast<double>(square))); }
+/** Up to 3 * 255 * 255 the root in single precision has the same whole part as that in double precision. */
+int truncated_root(int square) { return static_cast<int>(std::sqrt(static_cast<float>(square))); }
 
 int largest_magnitude(const std::int16_t* values, int count) {
   std::int16_t largest = 0;
@@ -34,6 +37,15 @@ int ColourPixel::difference(const unsigned char* a, const unsigned char* b) {
   squared_differences(a, b, kColours, squares);
   const int distance = truncated_root(sum_of_colours(squares));
   return b[0] + b[1] + b[2] < a[0] + a[1] + a[2] ? -distance : distance;
+}
+
+bool plain::any_far(const unsigned char* a, const unsigned char* b, int count, int least) {
+  std::uint16_t squares[kMostCompared];
+  squared_differences(a, b, count, squares);
+  for (int i = 0; i + kColours <= count; ++i) {
+    if (sum_of_colours(squares + i) >= least) return true;
+  }
+  return false;
 }
 
 int gray_row_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result) {
@@ -51,12 +63,20 @@ int gray_contrasts(const Run& run, int count, int /*edge*/, std::int16_t* result
 }
 
 int colour_contrasts(const Run& run, int count, int edge, std::int16_t* result) {
-  std::uint16_t across_rows[kColours * kRunLength];
-  std::uint16_t across_columns[kColours * kRunLength];
-  squared_differences(run.after, run.before, kColours * count, across_rows);
-  squared_differences(run.here + kColours, run.here - kColours, kColours * count, across_columns);
+  static_assert(kColours * kRunLength == kMostCompared);
   // Most pixels lie on flat ground: their distances are compared as squares and need no root.
   const int least = (edge + 1) * (edge + 1);
+  const int bytes = kColours * count;
+  const unsigned char* right = run.here + kColours;
+  const unsigned char* left = run.here - kColours;
+  if (!kernels->any_far(run.after, run.before, bytes, least) && !kernels->any_far(right, left, bytes, least)) {
+    std::fill_n(result, count, std::int16_t{0});
+    return 0;
+  }
+  std::uint16_t across_rows[kMostCompared];
+  std::uint16_t across_columns[kMostCompared];
+  squared_differences(run.after, run.before, bytes, across_rows);
+  squared_differences(right, left, bytes, across_columns);
   for (int i = 0; i < count; ++i) {
     const int rows = sum_of_colours(across_rows + kColours * i);
     const int columns = sum_of_colours(across_columns + kColours * i);

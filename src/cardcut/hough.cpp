@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace vantrel::cardcut {
 
@@ -80,7 +81,7 @@ void HoughAccumulator::clear(Span band) {
 
 std::int32_t HoughAccumulator::votes(int distance, int angle) const {
   if (!distances_.contains(distance)) return 0;
-  return counters_[static_cast<std::size_t>(distance - distances_.first) * kAngles + static_cast<std::size_t>(angle)];
+  return counters_[counter(distance, angle)];
 }
 
 Peak HoughAccumulator::strongest(int distance) const {
@@ -126,19 +127,37 @@ RowVotes::RowVotes(HoughAccumulator& accumulator, int row, geometry::AngleSpan a
   for (std::size_t k = 0; k < kAngles; ++k) row_part_[k] = static_cast<float>(row) * accumulator.sine_[k];
 }
 
-void RowVotes::add(int column) {
+RowVotes::Distances RowVotes::distances_at(int column) const {
   const auto x = static_cast<float>(column - accumulator_.centre_);
-  int distance[kAngles];
-  for (std::size_t k = 0; k < kAngles; ++k) distance[k] = rounded(x * accumulator_.cosine_[k] + row_part_[k]);
+  Distances distances;
+  for (std::size_t k = 0; k < kAngles; ++k) distances[k] = rounded_distance(x * accumulator_.cosine_[k] + row_part_[k]);
+  return distances;
+}
 
-  std::int32_t* const counters = accumulator_.counters_.get();
-  const int nearest = accumulator_.distances_.first;
-  const auto distances = static_cast<unsigned>(accumulator_.distances_.size());
-  const auto [first, last] = angles_;
-  for (int k = first; k <= last; ++k) {
-    // Distances below 0 have no counters. As unsigned numbers they lie above the last counter too.
-    const int offset = distance[k] - nearest;
-    if (static_cast<unsigned>(offset) < distances) ++counters[offset * kAngles + k];
+void RowVotes::count(int angle, int distance, int votes) {
+  const geometry::Span counted = accumulator_.distances_;
+  if (counted.contains(distance)) accumulator_.counters_[accumulator_.counter(distance, angle)] += votes;
+}
+
+/**
+ * Rounding keeps the order of what it rounds, so where the first and the last column have one distance, those between
+ * have it too. At these angles neighbours mostly do.
+ */
+void RowVotes::count_all() {
+  if (waiting_ == 0) return;
+  const auto columns = std::span(columns_).first(std::exchange(waiting_, 0));
+  const Distances first = distances_at(columns.front());
+  const Distances last = distances_at(columns.back());
+  for (int k = angles_.first; k <= angles_.last; ++k) {
+    const auto at = static_cast<std::size_t>(k);
+    if (first[at] == last[at]) {
+      count(k, first[at], static_cast<int>(columns.size()));
+      continue;
+    }
+    for (const int column : columns) {
+      const auto x = static_cast<float>(column - accumulator_.centre_);
+      count(k, rounded_distance(x * accumulator_.cosine_[at] + row_part_[at]), 1);
+    }
   }
 }
 

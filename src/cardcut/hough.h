@@ -31,8 +31,8 @@ inline constexpr Peak kLowestLine = {0, kHorizontal, 0};
 /**
  * Counts for each line the pixels that voted for it.
  *
- * Distances and rows are computed in single precision, then rounded by adding 0.5 in double precision and truncating:
- * another precision or order would move votes from one line to the next.
+ * Distances and rows are computed in single precision, then rounded by adding 0.5 in double precision and
+ * truncating: another precision or order would move votes from one line to the next.
  */
 class HoughAccumulator {
  public:
@@ -70,6 +70,9 @@ class HoughAccumulator {
   /** The distances that have votes from a band. */
   geometry::Span distances_of(geometry::Span band) const;
   std::size_t counters_for(std::span<const geometry::Span> bands) const;
+  std::size_t counter(int distance, int angle) const {
+    return static_cast<std::size_t>(distance - distances_.first) * kAngles + static_cast<std::size_t>(angle);
+  }
   std::int32_t votes(int distance, int angle) const;
   Peak strongest(int distance) const;
   std::optional<Peak> peak(int distance, int neighbour, int share) const;
@@ -83,16 +86,43 @@ class HoughAccumulator {
   image::WorkArray<std::int32_t> counters_;  // those of one distance lie together
 };
 
-/** Collects the votes of one row's pixels: each votes for the lines through it, one at each angle. */
+/**
+ * A distance rounded without double precision: the number below a half, added in single precision before truncation,
+ * gives the same whole number as a half in double precision. Not so below -2^23, but distances below 0 count nothing.
+ */
+constexpr int rounded_distance(float value) {
+  constexpr float kBelowHalf = 0x1.fffffep-2f;
+  return static_cast<int>(value + kBelowHalf);
+}
+
+/**
+ * Collects the votes of one row's pixels: each votes for the lines through it, one at each angle. Columns are added in
+ * increasing order.
+ */
 class RowVotes {
  public:
   RowVotes(HoughAccumulator& accumulator, int row, geometry::AngleSpan angles);
-  void add(int column);
+  RowVotes(const RowVotes&) = delete;
+  RowVotes& operator=(const RowVotes&) = delete;
+  ~RowVotes() { count_all(); }
+
+  void add(int column) {
+    if (waiting_ == columns_.size()) count_all();
+    columns_[waiting_++] = column;
+  }
 
  private:
+  using Distances = std::array<int, kAngles>;
+
+  Distances distances_at(int column) const;
+  void count(int angle, int distance, int votes);
+  void count_all();
+
   HoughAccumulator& accumulator_;
   geometry::AngleSpan angles_;
   std::array<float, kAngles> row_part_;  // what the row adds to the distances
+  std::array<int, 8> columns_;           // that wait to be counted
+  std::size_t waiting_ = 0;
 };
 
 }  // namespace vantrel::cardcut

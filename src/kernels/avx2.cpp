@@ -15,6 +15,7 @@ namespace vantrel::kernels {
 constexpr Form kAvx2 = {"avx2",
                         [] { return __builtin_cpu_supports("avx2") != 0; },
                         autoclip::form::kKernels,
+                        cardcut::form::kKernels,
                         components::form::kKernels,
                         image::form::kKernels,
                         lines::form::kKernels,

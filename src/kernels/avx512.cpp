@@ -25,6 +25,7 @@ bool runs_here() {
 constexpr Form kAvx512 = {"avx512",
                           runs_here,
                           autoclip::form::kKernels,
+                          cardcut::form::kKernels,
                           components::form::kKernels,
                           image::form::kKernels,
                           lines::form::kKernels,

@@ -17,6 +17,7 @@ namespace vantrel::kernels {
 constexpr Form kBaseline = {"baseline",
                             [] { return true; },
                             autoclip::form::kKernels,
+                            cardcut::form::kKernels,
                             components::form::kKernels,
                             image::form::kKernels,
                             lines::form::kKernels,

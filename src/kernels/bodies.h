@@ -2,6 +2,7 @@
 #include "kernels/words.h"
 // The rooms' kernels stand on the above.
 #include "autoclip/kernels_body.h"
+#include "cardcut/kernels_body.h"
 #include "components/kernels_body.h"
 #include "image/kernels_body.h"
 #include "lines/kernels_body.h"

@@ -28,6 +28,7 @@ constinit const Form* current = &kPlain;
 
 // The rooms' tables. They are set once, before anything but other code at load can run, and never again.
 constinit const autoclip::Kernels* autoclip::kernels = &kernels::kPlain.autoclip;
+constinit const cardcut::Kernels* cardcut::kernels = &kernels::kPlain.cardcut;
 constinit const components::Kernels* components::kernels = &kernels::kPlain.components;
 constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
 constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
@@ -39,6 +40,7 @@ namespace {
 void use(const Form& form) {
   current = &form;
   autoclip::kernels = &form.autoclip;
+  cardcut::kernels = &form.cardcut;
   components::kernels = &form.components;
   image::kernels = &form.image;
   lines::kernels = &form.lines;

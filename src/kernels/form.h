@@ -11,6 +11,7 @@
 #include <span>
 
 #include "autoclip/kernels.h"
+#include "cardcut/kernels.h"
 #include "components/kernels.h"
 #include "image/kernels.h"
 #include "lines/edges.h"
@@ -24,6 +25,7 @@ struct Form {
   const char* name;
   bool (*runs_here)(); /**< whether this processor has the instructions */
   autoclip::Kernels autoclip;
+  cardcut::Kernels cardcut;
   components::Kernels components;
   image::Kernels image;
   lines::Kernels lines;

@@ -5,6 +5,7 @@ namespace vantrel::kernels {
 constexpr Form kPlain = {"plain",
                          [] { return true; },
                          autoclip::plain::kKernels,
+                         cardcut::plain::kKernels,
                          components::plain::kKernels,
                          image::plain::kKernels,
                          lines::plain::kKernels,

@@ -1,0 +1,29 @@
+// The kernels of this room in one form; see kernels/bodies.h. No guard.
+namespace vantrel::cardcut::form {
+namespace {
+
+/**
+ * In words of 16 bits: differences are cut to 147 first, of which one square alone reaches any `least`, and three still
+ * fit a word.
+ */
+bool any_far(const unsigned char* a, const unsigned char* b, int count, int least) {
+  constexpr int kCut = 147;
+  static_assert(3 * kCut * kCut < 1 << 16);
+  unsigned short squares[kMostCompared];
+  for (int i = 0; i < count; ++i) {
+    const auto apart = static_cast<unsigned char>(a[i] > b[i] ? a[i] - b[i] : b[i] - a[i]);
+    const auto cut = static_cast<unsigned short>(apart < kCut ? apart : kCut);
+    squares[i] = static_cast<unsigned short>(cut * cut);
+  }
+  unsigned short most = 0;
+  for (int i = 0; i < count - 2; ++i) {
+    const auto sum = static_cast<unsigned short>(squares[i] + squares[i + 1] + squares[i + 2]);
+    most = most > sum ? most : sum;
+  }
+  return most >= least;
+}
+
+constexpr Kernels kKernels{any_far};
+
+}  // namespace
+}  // namespace vantrel::cardcut::form
