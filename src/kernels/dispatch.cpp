@@ -5,8 +5,7 @@
 #include "kernels/form.h"
 #include "kernels/target.h"
 
-namespace vantrel {
-namespace kernels {
+namespace vantrel::kernels {
 namespace {
 
 constexpr const Form* kForms[] = {
@@ -24,18 +23,25 @@ constexpr const Form* kForms[] = {
 constinit const Form* current = &kPlain;
 
 }  // namespace
-}  // namespace kernels
+}  // namespace vantrel::kernels
 
 // The rooms' tables. They are set once, before anything but other code at load can run, and never again.
-constinit const autoclip::Kernels* autoclip::kernels = &kernels::kPlain.autoclip;
-constinit const cardcut::Kernels* cardcut::kernels = &kernels::kPlain.cardcut;
-constinit const components::Kernels* components::kernels = &kernels::kPlain.components;
-constinit const image::Kernels* image::kernels = &kernels::kPlain.image;
-constinit const lines::Kernels* lines::kernels = &kernels::kPlain.lines;
-constinit const segment::Kernels* segment::kernels = &kernels::kPlain.segment;
+constinit const vantrel::autoclip::Kernels* vantrel::autoclip::kernels = &vantrel::kernels::kPlain.autoclip;
+constinit const vantrel::cardcut::Kernels* vantrel::cardcut::kernels = &vantrel::kernels::kPlain.cardcut;
+constinit const vantrel::components::Kernels* vantrel::components::kernels = &vantrel::kernels::kPlain.components;
+constinit const vantrel::image::Kernels* vantrel::image::kernels = &vantrel::kernels::kPlain.image;
+constinit const vantrel::lines::Kernels* vantrel::lines::kernels = &vantrel::kernels::kPlain.lines;
+constinit const vantrel::segment::Kernels* vantrel::segment::kernels = &vantrel::kernels::kPlain.segment;
 
-namespace kernels {
+namespace vantrel::kernels {
 namespace {
+
+/** Learns what the processor has: the compiler's own code for that may be yet to run. */
+void ask_processor() {
+#if defined(VANTREL_HAS_X86_FORMS)
+  __builtin_cpu_init();
+#endif
+}
 
 void use(const Form& form) {
   current = &form;
@@ -48,7 +54,10 @@ void use(const Form& form) {
 }
 
 #if defined(__GNUC__)
-[[gnu::constructor]] void at_load() { use(choose(std::getenv(kEnvironmentName))); }
+[[gnu::constructor]] void at_load() {
+  ask_processor();
+  use(choose(std::getenv(kEnvironmentName)));
+}
 #else
 [[maybe_unused]] const bool chosen_at_load = (use(choose(std::getenv(kEnvironmentName))), true);
 #endif
@@ -69,5 +78,4 @@ const Form& choose(const char* name) {
 
 const Form& chosen() { return *current; }
 
-}  // namespace kernels
-}  // namespace vantrel
+}  // namespace vantrel::kernels

@@ -22,8 +22,9 @@
 #define VANTREL_END_TARGET VANTREL_PRAGMA(GCC pop_options)
 #endif
 
-/** What the files of this room ask before they define a form. */
-#if defined(__GNUC__)
+/** What the files of this room ask before they define a form. The bodies take pixels out of words as little-endian
+ * ones. */
+#if defined(__GNUC__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 #define VANTREL_HAS_VECTORS 1
 #if defined(__x86_64__)
 #define VANTREL_HAS_X86_FORMS 1
