@@ -110,10 +110,10 @@ bool HoughAccumulator::reach(std::span<const EdgePoint> centred_points) {
   }
   geometry::Span reached = reached_;
   for (std::size_t t = 0; t < static_cast<std::size_t>(voted_.size()); ++t) {
-    const auto [x_min, x_max] = std::minmax({col_min * cos_[t], col_max * cos_[t]});
-    const auto [y_min, y_max] = std::minmax({row_min * sin_[t], row_max * sin_[t]});
-    const double first = std::floor(x_min + y_min) + zero_;
-    const double last = std::floor(x_max + y_max) + zero_ + 1;
+    const double x[] = {col_min * cos_[t], col_max * cos_[t]};
+    const double y[] = {row_min * sin_[t], row_max * sin_[t]};
+    const double first = std::floor(std::min(x[0], x[1]) + std::min(y[0], y[1])) + zero_;
+    const double last = std::floor(std::max(x[0], x[1]) + std::max(y[0], y[1])) + zero_ + 1;
     if (!(first >= 0 && last < distances_)) return false;
     reached.first = reached.size() == 0 ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
     reached.end = std::max(reached.end, static_cast<int>(last) + 1);

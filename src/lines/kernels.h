@@ -29,8 +29,8 @@ struct VoteSheet {
   int angles;
 };
 
-/** So many angles at most have a column: a third of half a turn, as the borders are looked for. */
-inline constexpr int kMostAngles = 60;
+/** So many angles have a column at most: every degree of half a turn. */
+inline constexpr int kMostAngles = 180;
 
 struct Kernels {
   /** Computes the gradients in columns [from, to) of a row and marks them in its edge and direction rows. */
