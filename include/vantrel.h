@@ -236,9 +236,10 @@ extern VANTREL_API const uint32_t SQUARE_TABLE[256];
 
 /**
  * Finds the four corners of a card by gradient direction alone, in a frame of 1/15 of the rows and 1/25 of the
- * columns along the image's edges.
+ * columns along the image's edges. The frame's inner bounds are kept in 16 bits: with a side above 32767 some or all of
+ * the image counts as frame, which takes up to six times as long.
  *
- * @param image   an 8-bit image; only read.
+ * @param image   an 8-bit image; only read. A null pointer or an empty record returns false.
  * @param corners eight floats, four (x, y) pairs as in vantrel_corner_search.
  * @param box     eight floats, the bounding box.
  * @return true when four corners were found and cover at least half of the image. On false, `corners` and `box` may be

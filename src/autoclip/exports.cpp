@@ -187,7 +187,7 @@ int vantrel_find_corners(const BITMAPPTR* gray, vantrel_corner_search* result) {
 }
 
 bool AutoDetectCorner(BITMAPPTR* image, float* corners, float* box) {
-  if (image->pInfo->biBitCount != 8) return false;
+  if (image == nullptr || image->pInfo == nullptr || image->pInfo->biBitCount != 8) return false;
   const vantrel::image::ConstPixels gray = vantrel::image::pixels_of(*image);
   const autoclip::GradientSearch search = autoclip::find_gradient_corners(gray);
   if (!search.has_lines) return false;

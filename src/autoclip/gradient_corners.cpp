@@ -1,5 +1,8 @@
 #include "autoclip/gradient_corners.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include "lines/edge_maps.h"
 #include "lines/pair_search.h"
 
@@ -9,11 +12,32 @@ namespace {
 using geometry::Rect;
 using lines::Direction;
 
+/** The cells of a search take so many bytes for a pixel at most, save where that is next to nothing. */
+constexpr std::int64_t kMostBytesPerPixel = 8;
+constexpr std::int64_t kBytesForAny = 1 << 20;
+
+/** For how many angles there is memory at a time. */
+int angles_at_a_time(const image::ConstPixels& pixels) {
+  const std::int64_t most = std::max(kBytesForAny, kMostBytesPerPixel * pixels.stride * pixels.rows);
+  const std::int64_t bytes = lines::bytes_per_angle(pixels.rows, pixels.cols);
+  return static_cast<int>(std::clamp<std::int64_t>(most / bytes, 1, 180));
+}
+
 /** Two opposite borders by the edge pixels of one direction. */
 lines::BorderPair find_pair(const lines::EdgeMaps& maps, const Rect& area, Direction direction,
                             const lines::AngleTables& tables, bool& complete) {
   if (!maps.has_points(area, direction, lines::kLeastPairPoints)) return {};
-  lines::PairSearch search(area.rows.end, area.cols.end, direction == Direction::kAcrossRows, tables);
+  const bool horizontal = direction == Direction::kAcrossRows;
+  const int angles = angles_at_a_time(maps.edge());
+  if (angles < lines::PairRules::of(area.rows.end, area.cols.end, horizontal).voted.size()) {
+    const lines::SlicedPairSearch search(area.rows.end, area.cols.end, horizontal, tables, angles,
+                                         [&](auto& votes) { vote_band(maps, area, direction, votes); });
+    bool ready = false;
+    const lines::BorderPair pair = search.find(ready);
+    complete = complete && ready;
+    return pair;
+  }
+  lines::PairSearch search(area.rows.end, area.cols.end, horizontal, tables);
   complete = complete && search.ready();
   if (!search.ready()) return {};
   vote_band(maps, area, direction, search);

@@ -22,17 +22,21 @@ std::size_t block_bytes(std::int64_t width, std::int64_t height, int bit_count, 
   return bytes > kMaxBytes ? 0 : static_cast<std::size_t>(bytes);
 }
 
-/** Points the record at a fresh block of that many bytes; null for 0 bytes or no memory. */
+/**
+ * Points the record at a fresh block of that many bytes; null for 0 bytes or no memory. Its head comes as zeros: what
+ * nobody writes there, as in most palettes, would else carry old contents of the heap to whoever gets the image.
+ */
 bool allocate(BITMAPPTR& image, std::size_t bytes, std::uint32_t colours) {
   image.pInfo = bytes == 0 ? nullptr : static_cast<BITMAPINFOHEADER*>(std::malloc(bytes));
   if (image.pInfo == nullptr) return false;
+  std::memset(image.pInfo, 0, kHeaderBytes + 4 * std::size_t{colours});
   auto* block = reinterpret_cast<unsigned char*>(image.pInfo);
   image.pPalette = reinterpret_cast<RGBQUAD*>(block + kHeaderBytes);
   image.pBits = block + kHeaderBytes + 4 * std::size_t{colours};
   return true;
 }
 
-/** Black and white, or the gray ramp. The reserved bytes of the former and all other palettes stay unwritten. */
+/** Black and white, or the gray ramp. The reserved bytes of the former and all other palettes stay as allocated. */
 void write_palette(RGBQUAD* palette, int bit_count) {
   if (bit_count == 1) {
     palette[0].rgbBlue = palette[0].rgbGreen = palette[0].rgbRed = 0;

@@ -9,7 +9,9 @@
 #ifndef VANTREL_LINES_HOUGH_H
 #define VANTREL_LINES_HOUGH_H
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <span>
 
 #include "geometry/hough.h"
@@ -57,6 +59,11 @@ struct Centre {
     return {point.row - static_cast<float>(row), point.col - static_cast<float>(col)};
   }
 };
+
+/** What the cells of one angle take for an image of that size. */
+constexpr std::int64_t bytes_per_angle(int rows, int cols) {
+  return std::int64_t{2} * std::max(rows, cols) * std::int64_t{sizeof(double)};
+}
 
 /** The votes of edge points for the lines of one image. */
 class HoughAccumulator {

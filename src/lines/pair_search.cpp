@@ -2,7 +2,7 @@
 
 namespace vantrel::lines {
 
-PairSearch::Rules PairSearch::rules_for(int rows, int cols, bool horizontal) {
+PairRules PairRules::of(int rows, int cols, bool horizontal) {
   // Both horizontal borders lie among the same angles, so the second is the runner-up. The vertical ones are told apart
   // by the side of the vertical to which their normals lean, not by position.
   if (horizontal) return {{{70, 109}}, {{70, 109}}, {{70, 109}}, cols / 4};
@@ -10,7 +10,7 @@ PairSearch::Rules PairSearch::rules_for(int rows, int cols, bool horizontal) {
 }
 
 PairSearch::PairSearch(int rows, int cols, bool horizontal, const AngleTables& tables)
-    : rules_(rules_for(rows, cols, horizontal)), votes_(rows, cols, rules_.voted, tables) {}
+    : rules_(PairRules::of(rows, cols, horizontal)), votes_(rows, cols, rules_.voted, tables) {}
 
 BorderPair PairSearch::find() const {
   const Peak first = votes_.strongest(rules_.first);

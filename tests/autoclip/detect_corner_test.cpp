@@ -68,6 +68,13 @@ TEST(AutoDetectCorner, RefusesOtherDepths) {
   }
 }
 
+TEST(AutoDetectCorner, RefusesNoImageAndAnEmptyRecord) {
+  std::array<float, 8> corners{}, box{};
+  EXPECT_FALSE(AutoDetectCorner(nullptr, corners.data(), box.data()));
+  BITMAPPTR empty{};
+  EXPECT_FALSE(AutoDetectCorner(&empty, corners.data(), box.data()));
+}
+
 TEST(AutoDetectCorner, DoesNotSeePadding) {
   Image even = scan_of(kCard, 500, 300), odd = scan_of(kCard, 499, 300), bright = scan_of(kCard, 499, 300);
   for (int r = 0; r < 300; ++r) bright.at(r, 499) = 255;

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <limits>
+#include <utility>
 #include <vector>
 
 #include "cardcut/exports.h"
@@ -75,6 +79,22 @@ TEST(AllocationFailure, LeavesAnEmptyRecordBehindFailedCreation) {
             }));
 }
 
+TEST(FreshBlock, CarriesNothingOldInItsHead) {
+  for (const int bit_count : {0, 1, 2, 4, 7}) {
+    Image image;
+    ASSERT_TRUE(CreateImage(image.ptr(), 5, 5, bit_count, 0, 0));
+    const std::size_t colours = std::size_t{1} << bit_count;
+    for (std::size_t i = 0; i < colours; ++i) {
+      const RGBQUAD& entry = image.ptr()->pPalette[i];
+      const int level = bit_count == 1 && i == 1 ? 255 : 0;
+      EXPECT_EQ(entry.rgbBlue, level) << bit_count << ": " << i;
+      EXPECT_EQ(entry.rgbGreen, level) << bit_count << ": " << i;
+      EXPECT_EQ(entry.rgbRed, level) << bit_count << ": " << i;
+      EXPECT_EQ(entry.rgbReserved, 0) << bit_count << ": " << i;
+    }
+  }
+}
+
 TEST(AllocationFailure, MakesTheMainOperationReturnACopyOrFail) {
   for (const int bit_count : {8, 24}) {
     Image scan = card_scan(bit_count);
@@ -136,6 +156,76 @@ TEST(AllocationFailure, EndsTheGradientCornerSearch) {
     EXPECT_EQ(result, !failed() && found);
   });
   EXPECT_EQ(count, 4);  // two maps and an accumulator for each direction
+}
+
+TEST(AllocationFailure, GradientCornerSearchOfALongImageTakesNoMoreThanItsPixelsJustify) {
+  for (const bool tall : {true, false}) {
+    Image scan(tall ? 4 : 100000, tall ? 100000 : 4, 8);
+    support::Random random(7);
+    support::randomise(scan, random);
+    float corners[8];
+    float box[8];
+    failing::fail_allocation(-1);
+    EXPECT_FALSE(AutoDetectCorner(scan.ptr(), corners, box));
+    // Cells for some angles at a time. At once they would take 64 and 96 million bytes for 400,000 pixels.
+    EXPECT_LE(failing::largest_request(), 8u * 400000u);
+    EXPECT_GE(failing::largest_request(), 1600000u);
+  }
+}
+
+/** Blocks without a pixel whose headers announce long sides. */
+std::vector<Image> hollow_images() {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  std::vector<Image> images;
+  for (const int side : {32768, 16777217, 25000000, kMost}) {
+    for (const int bit_count : {1, 8, 24}) {
+      for (const bool wide : {true, false}) {
+        Image image(0, 0, bit_count);
+        image.header().biWidth = wide ? side : 0;
+        image.header().biHeight = wide ? 0 : side;
+        images.push_back(std::move(image));
+      }
+    }
+  }
+  return images;
+}
+
+TEST(HollowImages, TakeNextToNoMemoryAndNoTime) {
+  const auto start = std::chrono::steady_clock::now();
+  for (Image& image : hollow_images()) {
+    SCOPED_TRACE(::testing::Message() << image.width() << " x " << image.height() << ", " << image.header().biBitCount);
+    failing::fail_allocation(-1);
+    BITMAPPTR out{};
+    MYRECT rect{};
+    RectRegions regions{};
+    std::array<float, 8> corners{}, box{};
+    int first = 0;
+    int second = 0;
+    vantrel_corner_search search{};
+    const auto release = [&] {
+      std::free(out.pInfo);
+      out = {};
+    };
+    AutoClipRedundantImg(image.handle(), nullptr, &out, 1);
+    release();
+    AutoClipRedundantImg_ORVA(image.handle(), nullptr, &out, 1);
+    release();
+    AutoClipImg_Rect_ORVA(image.handle(), nullptr, 0, 0, 0, 0, 1);
+    BiLinear(image.handle(), &out);
+    release();
+    BiCubic(image.handle(), &out);
+    release();
+    CutCard(image.ptr(), rect);
+    CutCard24(image.ptr(), rect);
+    CardSeg(image.ptr(), regions);
+    ClipImg(image.ptr(), first, second);
+    AutoDetectCorner(image.ptr(), corners.data(), box.data());
+    vantrel_find_corners(image.ptr(), &search);
+    // A copy has a head, and what was found a row of counters.
+    EXPECT_LE(failing::largest_request(), std::size_t{1} << 17);
+  }
+  // Such a block used to take seconds; the time of a loaded machine is no matter.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST(AllocationFailure, FindsNoComponents) {

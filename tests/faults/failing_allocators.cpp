@@ -1,15 +1,19 @@
 #include "faults/failing_allocators.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <new>
 
 namespace {
 
 int remaining = -1;
 bool failed = false;
+std::size_t largest = 0;
 
 /** Counts an allocation; true for the one that is to fail. */
-bool fails_now() {
+bool fails_now(std::size_t bytes) {
+  largest = std::max(largest, bytes);
   if (remaining < 0) return false;
   if (remaining-- > 0) return false;
   failed = true;
@@ -23,9 +27,12 @@ namespace failing {
 void fail_allocation(int number) {
   remaining = number;
   failed = false;
+  largest = 0;
 }
 
 bool has_failed() { return failed; }
+
+std::size_t largest_request() { return largest; }
 
 }  // namespace failing
 
@@ -40,14 +47,19 @@ void* __real_calloc(std::size_t count, std::size_t bytes);
 void* JOIN(__real_, NEW_ARRAY)(std::size_t bytes, const std::nothrow_t& tag);
 void* JOIN(__real_, NEW_ONE)(std::size_t bytes, const std::nothrow_t& tag);
 
-void* __wrap_malloc(std::size_t bytes) { return fails_now() ? nullptr : __real_malloc(bytes); }
+/** What malloc gives is full of old contents. */
+void* __wrap_malloc(std::size_t bytes) {
+  void* block = fails_now(bytes) ? nullptr : __real_malloc(bytes);
+  if (block != nullptr) std::memset(block, 0xA5, bytes);
+  return block;
+}
 void* __wrap_calloc(std::size_t count, std::size_t bytes) {
-  return fails_now() ? nullptr : __real_calloc(count, bytes);
+  return fails_now(count * bytes) ? nullptr : __real_calloc(count, bytes);
 }
 void* JOIN(__wrap_, NEW_ARRAY)(std::size_t bytes, const std::nothrow_t& tag) {
-  return fails_now() ? nullptr : JOIN(__real_, NEW_ARRAY)(bytes, tag);
+  return fails_now(bytes) ? nullptr : JOIN(__real_, NEW_ARRAY)(bytes, tag);
 }
 void* JOIN(__wrap_, NEW_ONE)(std::size_t bytes, const std::nothrow_t& tag) {
-  return fails_now() ? nullptr : JOIN(__real_, NEW_ONE)(bytes, tag);
+  return fails_now(bytes) ? nullptr : JOIN(__real_, NEW_ONE)(bytes, tag);
 }
 }

@@ -5,6 +5,8 @@
 #ifndef VANTREL_TESTS_FAILING_ALLOCATORS_H
 #define VANTREL_TESTS_FAILING_ALLOCATORS_H
 
+#include <cstddef>
+
 namespace failing {
 
 /** From now on the allocation with this number, counted from 0, fails; a negative number lets all succeed. */
@@ -12,6 +14,9 @@ void fail_allocation(int number);
 
 /** Whether that allocation has come. */
 bool has_failed();
+
+/** The largest number of bytes asked for at once since the last call of fail_allocation. */
+std::size_t largest_request();
 
 }  // namespace failing
 

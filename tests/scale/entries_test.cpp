@@ -1,6 +1,7 @@
 // The two enlarging entries.
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <tuple>
 #include <utility>
 
@@ -125,6 +126,21 @@ TEST_P(EnlargingEntry, CopiesGrayImagesOverTwoThousandPixels) {
     expect_size(out, width, height, 8);
     EXPECT_TRUE(same_pixels(image, out));
     EXPECT_EQ(out.header().biXPelsPerMeter, image.header().biXPelsPerMeter);
+  }
+}
+
+TEST_P(EnlargingEntry, RefusesToCopyWhatIsNoImage) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  for (const auto& [width, height] : {std::pair{2001, -1}, std::pair{-1, 2001}, std::pair{kMost, 0}}) {
+    for (const int bit_count : {8, 24}) {
+      Image image(4, 4, bit_count);
+      image.header().biWidth = width;
+      image.header().biHeight = height;
+      Image out;
+      EXPECT_EQ(GetParam()(image.handle(), out.ptr()), -1) << width << " x " << height << ", " << bit_count;
+      ASSERT_TRUE(out.empty());
+      EXPECT_EQ(FreeCardImg(reinterpret_cast<void**>(&out.ptr()->pInfo)), 1);
+    }
   }
 }
 
