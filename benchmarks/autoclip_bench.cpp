@@ -28,12 +28,12 @@ Image drawn(const benchmark::State& state, int bit_count) {
   return benchmark_scans::card_scan(state, bit_count, benchmark_scans::kDarkGlass);
 }
 
-template <int bit_count>
+template <auto Clip, int bit_count>
 void auto_clip(benchmark::State& state) {
   Image scan = drawn(state, bit_count);
   measure(state, work_on(scan), [&] {
     Image out;
-    return AutoClipRedundantImg(scan.handle(), nullptr, out.ptr(), 1) == 1;
+    return Clip(scan.handle(), nullptr, out.ptr(), 1) == 1;
   });
 }
 
@@ -55,10 +55,11 @@ bool find_without_record(BITMAPPTR* gray) {
   return ClipNameCardRedundantImg(gray, corners.data(), box.data()) == 1 && corners[0] > 10;
 }
 
+template <auto Find>
 void find_by_gradient(benchmark::State& state) {
   Image scan = benchmark_scans::leaning_card(state);
   std::array<float, 8> corners{}, box{};
-  measure(state, work_on(scan), [&] { return AutoDetectCorner(scan.ptr(), corners.data(), box.data()); });
+  measure(state, work_on(scan), [&] { return Find(scan.ptr(), corners.data(), box.data()) == 1; });
 }
 
 /** Pixels are those of the edge map, which is the scan's with its padding; bytes those of both maps. */
@@ -131,11 +132,15 @@ void sample(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(auto_clip<8>)->Name("AutoClipRedundantImg/gray")->Apply(scan_sizes);
-BENCHMARK(auto_clip<24>)->Name("AutoClipRedundantImg/colour")->Apply(scan_sizes);
+BENCHMARK(auto_clip<AutoClipRedundantImg, 8>)->Name("AutoClipRedundantImg/gray")->Apply(scan_sizes);
+BENCHMARK(auto_clip<AutoClipRedundantImg, 24>)->Name("AutoClipRedundantImg/colour")->Apply(scan_sizes);
+BENCHMARK(auto_clip<vantrel_auto_clip, 8>)->Name("vantrel_auto_clip")->Apply(scan_sizes);
 BENCHMARK_CAPTURE(find_corners, record, find_with_record)->Name("vantrel_find_corners")->Apply(scan_sizes);
 BENCHMARK_CAPTURE(find_corners, plain, find_without_record)->Name("ClipNameCardRedundantImg")->Apply(scan_sizes);
-BENCHMARK(find_by_gradient)->Name("AutoDetectCorner")->Apply(benchmark_scans::leaning_sizes);
+BENCHMARK(find_by_gradient<AutoDetectCorner>)->Name("AutoDetectCorner")->Apply(benchmark_scans::leaning_sizes);
+BENCHMARK(find_by_gradient<vantrel_find_gradient_corners>)
+    ->Name("vantrel_find_gradient_corners")
+    ->Apply(benchmark_scans::leaning_sizes);
 BENCHMARK(collect_pairs)->Name("CalcPointCenter")->Apply(scan_sizes);
 BENCHMARK(collect_records)->Name("CalcPointCenter2")->Apply(scan_sizes);
 BENCHMARK(warp<ConvertImg, 8, true>)->Name("ConvertImg/gray")->Apply(scan_sizes);

@@ -74,7 +74,9 @@ std::optional<vantrel_quad> gradient_corners(const Bitmap& scan) {
   PackedBlock gray(scan, VANTREL_FORMAT_GRAY);
   std::array<float, 8> c{};
   std::array<float, 8> box{};
-  if (!AutoDetectCorner(gray.record(), c.data(), box.data())) return {};
+  const int found = vantrel_find_gradient_corners(gray.record(), c.data(), box.data());
+  if (found < 0) throw std::bad_alloc();
+  if (found == 0) return {};
   return vantrel_quad{{c[0], c[1]}, {c[2], c[3]}, {c[6], c[7]}, {c[4], c[5]}};
 }
 
@@ -93,7 +95,7 @@ Bitmap stretched_card(const Bitmap& analysed, const Bitmap& scan, int scale) {
   PackedBlock search(analysed, format);
   PackedBlock source(scan, format);
   ResultBlock result;
-  if (AutoClipRedundantImg(search.handle(), source.handle(), &result.record, scale) != 1) throw std::bad_alloc();
+  if (vantrel_auto_clip(search.handle(), source.handle(), &result.record, scale) != 1) throw std::bad_alloc();
   Bitmap card(scan.width(), scan.height(), scan.format(), scan.resolution());
   convert(result.view(format), card.target());
   return card;

@@ -225,6 +225,22 @@ VANTREL_API int FreeCardImg(void** handle);
  */
 VANTREL_API int vantrel_find_corners(const BITMAPPTR* gray, vantrel_corner_search* result);
 
+/**
+ * As AutoClipRedundantImg, but memory that is missing anywhere is a failure. There a search without memory shows as
+ * nothing found, and the picture is another one.
+ *
+ * @return as AutoClipRedundantImg; -1 leaves `out` untouched or its `pInfo` null.
+ */
+VANTREL_API int vantrel_auto_clip(void** analyseImage, void** cutImage, BITMAPPTR* out, int scale);
+
+/**
+ * As AutoDetectCorner, but tells missing memory from corners that are not found.
+ *
+ * @param gray an 8-bit image; only read.
+ * @return 1: found; 0: not found; -1: no memory, nothing is written.
+ */
+VANTREL_API int vantrel_find_gradient_corners(const BITMAPPTR* gray, float* corners, float* box);
+
 /** The folder from which the library was loaded, with its final separator; empty when it is not known. */
 extern VANTREL_API char szPath[256];
 

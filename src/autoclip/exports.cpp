@@ -114,6 +114,39 @@ bool clip(const BITMAPPTR& scan, const Corners& corners, BITMAPPTR& out) {
   return true;
 }
 
+/** What becomes of a search in which memory was missing. */
+enum class Lack { kShowsAsNotFound, kFails };
+
+int auto_clip(void** analysed_handle, void** scan_handle, BITMAPPTR* out, int scale, Lack lack) {
+  if (out == nullptr) return -1;
+  BITMAPPTR analysed{};
+  if (!image::adopt(analysed_handle, analysed)) return -1;
+  BITMAPPTR scan = analysed;
+  if (scale != 1 && !image::adopt(scan_handle, scan)) return -1;
+  // A bilevel scan has no levels to look for a card in.
+  if (analysed.pInfo->biBitCount == 1) return image::copy(scan, *out) ? 0 : -1;
+
+  CornerSearch search;
+  if (!search_scan(analysed, search)) return -1;
+  if (lack == Lack::kFails && verdict_of(search) == VANTREL_OUT_OF_MEMORY) return -1;
+  if (search.verdict != Verdict::kFound) return image::copy(analysed, *out) ? 0 : -1;
+  if (scan.pInfo->biBitCount != analysed.pInfo->biBitCount) return -1;
+  return clip(scan, scaled(search.corners, scale), *out) ? 1 : -1;
+}
+
+/** 1: found; 0: not found; -1: no memory. */
+int detect_by_gradient(const BITMAPPTR& image, float* corners, float* box) {
+  if (image.pInfo == nullptr || image.pInfo->biBitCount != 8) return 0;
+  const ConstPixels gray = image::pixels_of(image);
+  const GradientSearch search = find_gradient_corners(gray);
+  if (!search.complete) return -1;
+  if (!search.has_lines) return 0;
+  const Intersections& met = search.corners;
+  write(met.corners, met.count, corners);
+  if (!met.complete()) return 0;
+  return judge(placed_in_image(met.corners, gray.rows, gray.cols), gray.rows, gray.cols, corners, box) ? 1 : 0;
+}
+
 constexpr int channels_of(int depth) { return depth == 8 ? 1 : 3; }
 
 /** An image to write into, addressed by the stride of another width; it ends where the image's own pixels end. */
@@ -143,19 +176,11 @@ namespace autoclip = vantrel::autoclip;
 namespace image = vantrel::image;
 
 int AutoClipRedundantImg(void** analyseImage, void** cutImage, BITMAPPTR* out, int scale) {
-  if (out == nullptr) return -1;
-  BITMAPPTR analysed{};
-  if (!image::adopt(analyseImage, analysed)) return -1;
-  BITMAPPTR scan = analysed;
-  if (scale != 1 && !image::adopt(cutImage, scan)) return -1;
-  // A bilevel scan has no levels to look for a card in.
-  if (analysed.pInfo->biBitCount == 1) return image::copy(scan, *out) ? 0 : -1;
+  return autoclip::auto_clip(analyseImage, cutImage, out, scale, autoclip::Lack::kShowsAsNotFound);
+}
 
-  autoclip::CornerSearch search;
-  if (!autoclip::search_scan(analysed, search)) return -1;
-  if (search.verdict != autoclip::Verdict::kFound) return image::copy(analysed, *out) ? 0 : -1;
-  if (scan.pInfo->biBitCount != analysed.pInfo->biBitCount) return -1;
-  return autoclip::clip(scan, autoclip::scaled(search.corners, scale), *out) ? 1 : -1;
+int vantrel_auto_clip(void** analyseImage, void** cutImage, BITMAPPTR* out, int scale) {
+  return autoclip::auto_clip(analyseImage, cutImage, out, scale, autoclip::Lack::kFails);
 }
 
 short ClipNameCardRedundantImg(BITMAPPTR* gray, float* corners, float* box) {
@@ -187,14 +212,11 @@ int vantrel_find_corners(const BITMAPPTR* gray, vantrel_corner_search* result) {
 }
 
 bool AutoDetectCorner(BITMAPPTR* image, float* corners, float* box) {
-  if (image == nullptr || image->pInfo == nullptr || image->pInfo->biBitCount != 8) return false;
-  const vantrel::image::ConstPixels gray = vantrel::image::pixels_of(*image);
-  const autoclip::GradientSearch search = autoclip::find_gradient_corners(gray);
-  if (!search.has_lines) return false;
-  const autoclip::Intersections& met = search.corners;
-  autoclip::write(met.corners, met.count, corners);
-  return met.complete() && autoclip::judge(autoclip::placed_in_image(met.corners, gray.rows, gray.cols), gray.rows,
-                                           gray.cols, corners, box);
+  return image != nullptr && autoclip::detect_by_gradient(*image, corners, box) == 1;
+}
+
+int vantrel_find_gradient_corners(const BITMAPPTR* gray, float* corners, float* box) {
+  return gray == nullptr ? 0 : autoclip::detect_by_gradient(*gray, corners, box);
 }
 
 int CalcPointCenter2(unsigned char* edge, unsigned char* dir, typePoint* points, int& count, int rowFrom, int rowTo,

@@ -68,6 +68,18 @@ TEST(AutoDetectCorner, RefusesOtherDepths) {
   }
 }
 
+TEST(FindGradientCorners, FindsWhatTheEntryFinds) {
+  Image scan = scan_of(kCard, 500, 300), blank(500, 300, 8, 9), colour(500, 300, 24);
+  std::array<float, 8> corners{}, box{}, same_corners{}, same_box{};
+  ASSERT_TRUE(AutoDetectCorner(scan.ptr(), corners.data(), box.data()));
+  EXPECT_EQ(vantrel_find_gradient_corners(scan.ptr(), same_corners.data(), same_box.data()), 1);
+  EXPECT_EQ(same_corners, corners);
+  EXPECT_EQ(same_box, box);
+  EXPECT_EQ(vantrel_find_gradient_corners(blank.ptr(), corners.data(), box.data()), 0);
+  EXPECT_EQ(vantrel_find_gradient_corners(colour.ptr(), corners.data(), box.data()), 0);
+  EXPECT_EQ(vantrel_find_gradient_corners(nullptr, corners.data(), box.data()), 0);
+}
+
 TEST(AutoDetectCorner, RefusesNoImageAndAnEmptyRecord) {
   std::array<float, 8> corners{}, box{};
   EXPECT_FALSE(AutoDetectCorner(nullptr, corners.data(), box.data()));

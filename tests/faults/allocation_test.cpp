@@ -124,6 +124,24 @@ TEST(AllocationFailure, MakesTheMainOperationReturnACopyOrFail) {
   }
 }
 
+TEST(AllocationFailure, FailsTheClipThatNamesIt) {
+  for (const int bit_count : {8, 24}) {
+    Image scan = card_scan(bit_count);
+    Image clipped;
+    ASSERT_EQ(AutoClipRedundantImg(scan.handle(), nullptr, clipped.ptr(), 1), 1);
+    const int count = fail_each_allocation([&](auto failed) {
+      Image out;
+      const int code = vantrel_auto_clip(scan.handle(), nullptr, out.ptr(), 1);
+      EXPECT_EQ(code, failed() ? -1 : 1);
+      EXPECT_EQ(out.empty(), failed());
+      if (!failed()) {
+        EXPECT_EQ(out.block(), clipped.block());
+      }
+    });
+    EXPECT_GE(count, 10);
+  }
+}
+
 TEST(AllocationFailure, IsNamedByTheCornerSearch) {
   Image scan = card_scan(8);
   const int count = fail_each_allocation([&](auto failed) {
@@ -156,6 +174,11 @@ TEST(AllocationFailure, EndsTheGradientCornerSearch) {
     EXPECT_EQ(result, !failed() && found);
   });
   EXPECT_EQ(count, 4);  // two maps and an accumulator for each direction
+  const int named = fail_each_allocation([&](auto failed) {
+    const int code = vantrel_find_gradient_corners(scan.ptr(), corners, box);
+    EXPECT_EQ(code, failed() ? -1 : found ? 1 : 0);
+  });
+  EXPECT_EQ(named, 4);
 }
 
 TEST(AllocationFailure, GradientCornerSearchOfALongImageTakesNoMoreThanItsPixelsJustify) {

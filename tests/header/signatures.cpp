@@ -12,6 +12,8 @@ static_assert(std::is_same_v<decltype(BiLinear), int(void**, BITMAPPTR*)>);
 static_assert(std::is_same_v<decltype(BiCubic), int(void**, BITMAPPTR*)>);
 static_assert(std::is_same_v<decltype(CutRectImage), int(BITMAPPTR*, BITMAPPTR*, MYRECT)>);
 static_assert(std::is_same_v<decltype(FreeCardImg), int(void**)>);
+static_assert(std::is_same_v<decltype(vantrel_auto_clip), int(void**, void**, BITMAPPTR*, int)>);
+static_assert(std::is_same_v<decltype(vantrel_find_gradient_corners), int(const BITMAPPTR*, float*, float*)>);
 static_assert(std::is_same_v<decltype(szPath), char[256]>);
 static_assert(std::is_same_v<decltype(SQUARE_TABLE), const std::uint32_t[256]>);
 
