@@ -4,9 +4,11 @@
 #include <chrono>
 #include <memory>
 #include <new>
+#include <system_error>
 #include <thread>
 
 #include "failure.h"
+#include "memory.h"
 #include "progress.h"
 #include "safe_file.h"
 
@@ -26,7 +28,7 @@ class Task {
     try {
       work_on_input(work);
     } catch (const std::bad_alloc&) {
-      fail("not enough memory");
+      fail(kNotEnoughMemory);
     } catch (const std::exception& problem) {
       fail(problem.what());
     }
@@ -38,7 +40,7 @@ class Task {
     if (!job_.conflict.empty()) throw Failure(job_.conflict);
     const std::unique_ptr<OutputFile> overlay = open(job_.overlay);
     const std::unique_ptr<OutputFile> output = naming_ == Naming::kOneFile ? open(job_.output) : nullptr;
-    Scan scan = decode_image(read_file(job_.input), options_.page);
+    Scan scan = decode_image(read_file(job_.input), options_.page, options_.most_megapixels);
     if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
     report_.scan.emplace(scan.image);
@@ -47,7 +49,7 @@ class Task {
     Finding finding = work(scan);
     report_.milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     report_.message = finding.message;
-    report_.details = std::move(finding.details);
+    if (options_.json && finding.details) report_.details = finding.details();
     if (overlay) write_overlay(scan, finding, *overlay);
     if (finding.found) {
       write_pictures(scan, finding.pictures, output.get());
@@ -126,7 +128,12 @@ void in_parallel(std::size_t count, int threads, const std::function<void(std::s
     for (std::size_t i = next++; i < count; i = next++) step(i);
   };
   std::vector<std::jthread> helpers;
-  for (std::size_t i = 1; i < std::min(count, static_cast<std::size_t>(threads)); ++i) helpers.emplace_back(steps);
+  const std::size_t most = std::min(count, static_cast<std::size_t>(threads));
+  try {
+    while (helpers.size() + 1 < most) helpers.emplace_back(steps);
+  } catch (const std::system_error&) {
+    // As many as there can be do the same work.
+  }
   steps();
 }
 

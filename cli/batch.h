@@ -20,8 +20,8 @@ namespace tool {
 /** What a command found on one scan. */
 struct Finding {
   bool found = false;
-  std::string message; /**< what was found, or why nothing was */
-  Json details = Json::object();
+  std::string message;               /**< what was found, or why nothing was */
+  std::function<Json()> details;     /**< the command's own members of the JSON, made where it is asked for */
   std::vector<Bitmap> pictures;      /**< to be written; one, or for numbered files any number */
   std::function<void(Canvas&)> draw; /**< draws what was seen onto the overlay; may be empty */
 };

@@ -4,6 +4,8 @@
 #include <limits>
 #include <new>
 
+#include "memory.h"
+
 namespace tool {
 namespace {
 
@@ -26,6 +28,50 @@ PixPtr on_white_premultiplied(PixPtr pix) {
   return pix;
 }
 
+PixPtr created(int width, int height, int depth) {
+  const ForeignCode foreign;
+  return checked(pixCreate(width, height, depth));
+}
+
+/** A picture of another depth with the size and resolution of this one; Leptonica's own conversions crash without
+ * memory. */
+PixPtr created_like(PIX* pix, int depth) {
+  PixPtr result = created(pixGetWidth(pix), pixGetHeight(pix), depth);
+  pixSetResolution(result.get(), pixGetXRes(pix), pixGetYRes(pix));
+  return result;
+}
+
+l_uint8* row_of_24(PIX* pix, int y) {
+  return reinterpret_cast<l_uint8*>(pixGetData(pix) + std::ptrdiff_t{pixGetWpl(pix)} * y);
+}
+
+l_uint32* row_of_32(PIX* pix, int y) { return pixGetData(pix) + std::ptrdiff_t{pixGetWpl(pix)} * y; }
+
+/** Red, green and blue bytes from words. */
+PixPtr to_24(PIX* pix) {
+  PixPtr result = created_like(pix, 24);
+  for (int y = 0; y < pixGetHeight(pix); ++y) {
+    const l_uint32* from = row_of_32(pix, y);
+    l_uint8* to = row_of_24(result.get(), y);
+    for (int x = 0; x < pixGetWidth(pix); ++x) {
+      for (const int shift : {L_RED_SHIFT, L_GREEN_SHIFT, L_BLUE_SHIFT}) *to++ = from[x] >> shift & 0xff;
+    }
+  }
+  return result;
+}
+
+PixPtr to_32(PIX* pix) {
+  PixPtr result = created_like(pix, 32);
+  for (int y = 0; y < pixGetHeight(pix); ++y) {
+    const l_uint8* from = row_of_24(pix, y);
+    l_uint32* to = row_of_32(result.get(), y);
+    for (int x = 0; x < pixGetWidth(pix); ++x, from += 3) {
+      to[x] = l_uint32{from[0]} << L_RED_SHIFT | l_uint32{from[1]} << L_GREEN_SHIFT | l_uint32{from[2]} << L_BLUE_SHIFT;
+    }
+  }
+  return result;
+}
+
 /** Turns black into white in a bilevel picture. */
 void exchange_levels(PIX* pix) {
   if (pixInvert(pix, pix) == nullptr) throw std::bad_alloc();
@@ -39,6 +85,7 @@ PixPtr checked(PIX* pix) {
 }
 
 PixPtr to_plain_depth(PixPtr pix, const PixNature& nature) {
+  const ForeignCode foreign;
   if (pixGetColormap(pix.get()) != nullptr) pix = checked(pixRemoveColormap(pix.get(), REMOVE_CMAP_BASED_ON_SRC));
   if (pixGetDepth(pix.get()) == 32 && pixGetSpp(pix.get()) == 4) {
     pix = nature.premultiplied ? on_white_premultiplied(std::move(pix))
@@ -51,7 +98,7 @@ PixPtr to_plain_depth(PixPtr pix, const PixNature& nature) {
     case 16:
       return checked(pixConvert16To8(pix.get(), L_MS_BYTE));
     case 24:
-      return checked(pixConvert24To32(pix.get()));
+      return to_32(pix.get());
     case 32:
       return nature.gray ? checked(pixGetRGBComponent(pix.get(), COLOR_RED)) : std::move(pix);
     default:
@@ -60,14 +107,15 @@ PixPtr to_plain_depth(PixPtr pix, const PixNature& nature) {
 }
 
 Bitmap::Bitmap(int width, int height, vantrel_format format, Resolution resolution)
-    : pix_(checked(pixCreate(width, height, vantrel_format_bits(format)))) {
+    : pix_(created(width, height, vantrel_format_bits(format))) {
   set_resolution(resolution);
 }
 
 Bitmap::Bitmap(PixPtr pix) : pix_(std::move(pix)) {
+  const ForeignCode foreign;
   if (depth() == 32) {
     // Of its own kinds only that of 24 bits lies in memory byte by byte.
-    pix_ = checked(pixConvert32To24(pix_.get()));
+    pix_ = to_24(pix_.get());
   } else {
     if (depth() == 1) exchange_levels(pix_.get());
     pixEndianByteSwap(pix_.get());
@@ -76,7 +124,8 @@ Bitmap::Bitmap(PixPtr pix) : pix_(std::move(pix)) {
 }
 
 PixPtr Bitmap::to_pix() const {
-  if (depth() == 24) return checked(pixConvert24To32(pix_.get()));
+  const ForeignCode foreign;
+  if (depth() == 24) return to_32(pix_.get());
   PixPtr pix = checked(pixEndianByteSwapNew(pix_.get()));
   if (depth() == 1) {
     exchange_levels(pix.get());
@@ -112,11 +161,13 @@ vantrel_image Bitmap::view() const {
 vantrel_picture Bitmap::target() { return {pixGetData(pix_.get()), width(), height(), stride(), format(), nullptr}; }
 
 Bitmap bilevel_of(const Bitmap& gray) {
+  const ForeignCode foreign;
   constexpr int kHalf = 128;
   return Bitmap(checked(pixThresholdToBinary(gray.to_pix().get(), kHalf)));
 }
 
 Bitmap turned(const Bitmap& picture, int quarters) {
+  const ForeignCode foreign;
   Bitmap result(checked(pixRotateOrth(picture.to_pix().get(), quarters)));
   const auto [x, y] = picture.resolution();
   result.set_resolution(quarters % 2 == 0 ? Resolution{x, y} : Resolution{y, x});

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <new>
 
+#include "memory.h"
+
 namespace tool {
 namespace {
 
@@ -22,6 +24,11 @@ l_uint32 word_of(Colour colour) {
 /** A size of Leptonica's built-in font, in points; it is drawn for 200 dots per inch, so a digit is 20 to 30 high. */
 constexpr int kFontSize = 10;
 
+/** Drawing that went without memory would go unnoticed: nothing of it is returned. */
+void check(const ForeignCode& foreign) {
+  if (foreign.missed_memory()) throw std::bad_alloc();
+}
+
 /** A text as a 1-bit mask, magnified by a whole factor. */
 PixPtr text_mask(const std::string& text, int factor) {
   const std::unique_ptr<L_BMF, FontRelease> font(bmfCreate(nullptr, kFontSize));
@@ -36,6 +43,7 @@ PixPtr text_mask(const std::string& text, int factor) {
 }  // namespace
 
 Canvas::Canvas(const Bitmap& scan) {
+  const ForeignCode foreign;
   const PixPtr pix = scan.to_pix();
   pix_ = checked(pixConvertTo32(pix.get()));
 }
@@ -47,9 +55,11 @@ int Canvas::stroke(Stroke breadth) const {
 
 void Canvas::shade(int x, int y, int width, int height, Colour colour) {
   if (width <= 0 || height <= 0) return;
+  const ForeignCode foreign;
   const std::unique_ptr<BOX, BoxRelease> box(boxCreate(x, y, width, height));
   if (!box) throw std::bad_alloc();
   pixBlendInRect(pix_.get(), box.get(), word_of(colour), 0.18F);
+  check(foreign);
 }
 
 void Canvas::line(double x1, double y1, double x2, double y2, Colour colour, Stroke breadth) {
@@ -58,8 +68,10 @@ void Canvas::line(double x1, double y1, double x2, double y2, Colour colour, Str
     if (!(std::abs(position) <= limit)) return;
   }
   const auto whole = [](double position) { return static_cast<l_int32>(std::floor(position)); };
+  const ForeignCode foreign;
   pixRenderLineArb(pix_.get(), whole(x1), whole(y1), whole(x2), whole(y2), stroke(breadth), colour.red, colour.green,
                    colour.blue);
+  check(foreign);
 }
 
 void Canvas::frame(const vantrel_rect& rectangle, Colour colour) {
@@ -77,6 +89,7 @@ void Canvas::label(double x, double y, const std::string& text, Colour colour) {
   const int column = static_cast<int>(x);
   const int row = static_cast<int>(y);
   const int radius = 2 * stroke();
+  const ForeignCode foreign;
   const std::unique_ptr<BOX, BoxRelease> dot(boxCreate(column - radius, row - radius, 2 * radius + 1, 2 * radius + 1));
   if (!dot) throw std::bad_alloc();
   pixSetInRectArbitrary(pix_.get(), dot.get(), word_of(colour));
@@ -86,6 +99,7 @@ void Canvas::label(double x, double y, const std::string& text, Colour colour) {
   const int left = column < width() / 2 ? column + gap : column - gap - pixGetWidth(mask.get());
   const int top = row < height() / 2 ? row + gap : row - gap - pixGetHeight(mask.get());
   pixPaintThroughMask(pix_.get(), mask.get(), left, top, word_of(colour));
+  check(foreign);
 }
 
 }  // namespace tool

@@ -31,7 +31,7 @@ void open_console() {
 
 bool console_is_terminal() { return isatty(console) == 1; }
 
-void print_error(const std::string& text) { write_all(console, text.data(), text.size()); }
+void print_error(std::string_view text) { write_all(console, text.data(), text.size()); }
 
 QuietCodecs::QuietCodecs() {
   const std::lock_guard lock(quiet_mutex);

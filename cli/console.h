@@ -9,7 +9,7 @@
 #ifndef VANTREL_CLI_CONSOLE_H
 #define VANTREL_CLI_CONSOLE_H
 
-#include <string>
+#include <string_view>
 
 namespace tool {
 
@@ -20,7 +20,7 @@ void open_console();
 bool console_is_terminal();
 
 /** Writes to standard error at once. Any thread. */
-void print_error(const std::string& text);
+void print_error(std::string_view text);
 
 /** As long as one of these lives, descriptor 2 leads nowhere. Any thread. */
 class QuietCodecs {

@@ -5,11 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <new>
 #include <string>
 
+#include "announced.h"
 #include "console.h"
 #include "failure.h"
 #include "leptonica_quirks.h"
+#include "memory.h"
 #include "tiff_pages.h"
 
 namespace tool {
@@ -24,6 +27,7 @@ std::string name_of(Format format) {
 
 Format format_of_content(const Bytes& file) {
   if (file.empty()) throw Failure("the file is empty");
+  const ForeignCode foreign;
   // The longest signature has 12 bytes, and that many are always read.
   std::array<l_uint8, 16> start{};
   std::copy_n(file.begin(), std::min(file.size(), start.size()), start.begin());
@@ -57,25 +61,36 @@ Format format_of_content(const Bytes& file) {
 /** Reads the picture as Leptonica has it. A JPEG codec's warning counts as damage. */
 PixPtr decode(Format format, const Bytes& file, int page) {
   const QuietCodecs quiet;
+  const ForeignCode foreign;
   PixPtr pix(format == Format::kTiff ? pixReadMemTiff(file.data(), file.size(), page - 1)
                                      : pixReadMem(file.data(), file.size()));
-  if (!pix) refuse_damaged(format);
+  if (!pix) {
+    if (foreign.missed_memory()) throw std::bad_alloc();
+    refuse_damaged(format);
+  }
   return repaired(std::move(pix), format, file);
 }
 
 /** Whether a PNG file is gray, which Leptonica hands out as colour when there is transparency. */
 bool is_gray_png(const Bytes& file) {
+  const ForeignCode foreign;
   l_int32 samples = 0;
   l_int32 palette = 0;
   return readHeaderMemPng(file.data(), file.size(), nullptr, nullptr, nullptr, &samples, &palette) == 0 &&
          samples <= 2 && palette == 0;
 }
 
-Scan decode_tiff(Bytes file, int page) {
+Scan decode_tiff(Bytes file, int page, int most_megapixels) {
+  const ForeignCode foreign;
   const int pages = tiff_page_count(file);
   if (pages > 0 && page > pages) refuse_page(page, pages);
+  const TiffSize size = tiff_size(file, page);
+  check_size(size.width, size.height, most_megapixels);
   const TiffPage facts = tiff_page(file, page);
-  if (!facts.complete) refuse_damaged(Format::kTiff);
+  if (!facts.complete) {
+    if (foreign.missed_memory()) throw std::bad_alloc();
+    refuse_damaged(Format::kTiff);
+  }
   PixPtr plain = to_plain_depth(decode(Format::kTiff, file, page), {facts.gray, facts.premultiplied});
   Scan scan{Bitmap(std::move(plain)), Format::kTiff, page, pages, std::move(file)};
   if (!facts.has_resolution) scan.image.set_resolution({0, 0});
@@ -120,10 +135,15 @@ l_ok write_tiff(PIX* pix, l_uint8** data, std::size_t* size) {
 
 }  // namespace
 
-Scan decode_image(Bytes file, int page) {
+Scan decode_image(Bytes file, int page, int most_megapixels) {
   const Format format = format_of_content(file);
-  if (format == Format::kTiff) return decode_tiff(std::move(file), page);
+  if (format == Format::kTiff) return decode_tiff(std::move(file), page, most_megapixels);
   if (page > 1) refuse_page(page, 1);
+  {
+    const QuietCodecs quiet;
+    const ForeignCode foreign;
+    check_announced(format, file, most_megapixels);
+  }
   const PixNature nature{format == Format::kPng && is_gray_png(file), false};
   return {Bitmap(to_plain_depth(decode(format, file, page), nature)), format, page, 1, std::move(file)};
 }
@@ -131,6 +151,7 @@ Scan decode_image(Bytes file, int page) {
 Bytes encode_image(const Bitmap& image, Format format) {
   const PixPtr pix = image.to_pix();
   const QuietCodecs quiet;
+  const ForeignCode foreign(Large::kCrashes);
   l_uint8* data = nullptr;
   std::size_t size = 0;
   const auto write = [&]() -> l_ok {

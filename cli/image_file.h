@@ -26,12 +26,14 @@ struct Scan {
 /**
  * Decodes one page (from 1) of an image file.
  *
+ * @param most_megapixels larger pictures are refused before they are decoded.
+ *
  * Bilevel pictures stay 1 bit, gray ones 8 bits, everything else becomes 24 bits; palettes and transparency are
  * resolved on white, 16 bits a sample reduced to 8.
  *
- * @throws Failure no image, a truncated or damaged one, or no such page.
+ * @throws Failure no image, a truncated or damaged one, one too large, or no such page.
  */
-Scan decode_image(Bytes file, int page);
+Scan decode_image(Bytes file, int page, int most_megapixels);
 
 /**
  * Encodes a 1-, 8- or 24-bit image with its resolution, as far as the format holds one (PNM and WebP do not).

@@ -3,12 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "commands/commands.h"
 #include "console.h"
 #include "failure.h"
+#include "memory.h"
 #include "safe_file.h"
 
 namespace {
@@ -52,14 +54,17 @@ int parse_and_run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  tool::begin_own_code();
   tool::open_console();
-  tool::clean_up_on_signals();
   std::signal(SIGPIPE, SIG_IGN);
   try {
+    tool::clean_up_on_signals();
     return parse_and_run(argc, argv);
   } catch (const tool::WrongUsage& error) {
     tool::print_error(std::string("vantrel: ") + error.what() + "\n");
     return kWrongUsage;
+  } catch (const std::bad_alloc&) {
+    tool::end_without_memory();
   } catch (const std::exception& error) {
     tool::print_error(std::string("vantrel: ") + error.what() + "\n");
     return 1;

@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <algorithm>
+#include <string>
 #include <thread>
 
 namespace tool {
@@ -26,6 +27,11 @@ void add_input_options(CLI::App& command, Options& options) {
   command.add_option("-j,--jobs", options.jobs, "Work on N scans at a time (default: the number of processors)")
       ->type_name("N")
       ->check(CLI::Range(1, 1024));
+  command
+      .add_option("--most-megapixels", options.most_megapixels,
+                  "Refuse larger pictures, before they are decoded (default " + std::to_string(kMostMegapixels) + ")")
+      ->type_name("N")
+      ->check(CLI::Range(1, 2000));
 }
 
 void add_output_options(CLI::App& command, Options& options) {

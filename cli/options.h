@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "announced.h"
 #include "image_format.h"
 
 namespace tool {
@@ -27,9 +28,10 @@ struct Options {
   int page = 1;
   int dpi = 0; /**< 0: that of the file */
   int jobs = 1;
+  int most_megapixels = kMostMegapixels;
 };
 
-/** Adds INPUT..., --page, --dpi, --json and --jobs. */
+/** Adds INPUT..., --page, --dpi, --json, --jobs and --most-megapixels. */
 void add_input_options(CLI::App& command, Options& options);
 
 /** Adds -o, --force and --format. */

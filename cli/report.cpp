@@ -52,7 +52,7 @@ Json json_of(const Report& report) {
   }
   json["overlay"] = report.overlay.empty() ? Json() : Json(report.overlay);
   json["milliseconds"] = std::round(report.milliseconds * 1000) / 1000;
-  json.update(report.details);
+  if (report.details.is_object()) json.update(report.details);
   return json;
 }
 

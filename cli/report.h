@@ -44,8 +44,8 @@ struct Report {
   int page = 1;
   int pages = 0; /**< 0 when the file could not be read */
   Outcome outcome = Outcome::kFailed;
-  std::string message;           /**< what was found, or why nothing came of it */
-  Json details = Json::object(); /**< the command's own members */
+  std::string message; /**< what was found, or why nothing came of it */
+  Json details;        /**< the command's own members, where JSON is asked for */
   std::optional<PictureInfo> scan;
   std::vector<WrittenPicture> outputs;
   std::string overlay;

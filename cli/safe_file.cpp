@@ -5,11 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <list>
 #include <mutex>
-#include <set>
+#include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -35,11 +38,13 @@ std::string reason_of(int error) { return std::generic_category().message(error)
 /** The temporary files there are, for the thread that ends the process. Never destroyed: that thread outlives main. */
 struct Temporaries {
   std::mutex mutex;
-  std::set<std::string> paths;
+  std::list<std::string> paths;
 };
 
+constinit std::atomic<Temporaries*> all_temporaries = nullptr;
+
 Temporaries& temporaries() {
-  static auto* all = new Temporaries;
+  static Temporaries* const all = all_temporaries = new Temporaries;
   return *all;
 }
 
@@ -102,7 +107,7 @@ sigset_t ending_signals() {
 }
 
 [[noreturn]] void end_by(int signal, const sigset_t& signals) {
-  for (const std::string& path : temporaries().paths) unlink(path.c_str());
+  remove_temporaries();
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   raise(signal);
   _exit(128 + signal);
@@ -152,14 +157,24 @@ bool same_file(const std::string& path, const std::string& other) {
 
 void clean_up_on_signals() {
   new_file_mode();
+  temporaries();
   const sigset_t signals = ending_signals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread([signals] {
-    int signal = 0;
-    if (sigwait(&signals, &signal) != 0) return;
-    temporaries().mutex.lock();
-    end_by(signal, signals);
-  }).detach();
+  try {
+    std::thread([signals] {
+      int signal = 0;
+      if (sigwait(&signals, &signal) == 0) end_by(signal, signals);
+    }).detach();
+  } catch (const std::system_error&) {
+    throw std::bad_alloc();
+  }
+}
+
+void remove_temporaries() {
+  Temporaries* const all = all_temporaries;
+  if (all == nullptr) return;
+  all->mutex.lock();  // for good
+  for (const std::string& path : all->paths) unlink(path.c_str());
 }
 
 OutputFile::OutputFile(const std::string& path, const std::vector<std::string>& protect, bool force)
@@ -170,11 +185,14 @@ OutputFile::OutputFile(const std::string& path, const std::vector<std::string>& 
   }
   target_ = real_target(path);
   check_target(target_, force, path);
-  temporary_ = (target_.parent_path() / ".vantrel-XXXXXX").string();
+  // From the moment on at which there is a file it is known to those who clean up: nothing may fail in between.
+  std::list<std::string> own{(target_.parent_path() / ".vantrel-XXXXXX").string()};
   const std::lock_guard lock(temporaries().mutex);
-  descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
+  descriptor_ = mkostemp(own.front().data(), O_CLOEXEC);
   if (descriptor_ < 0) refuse(path, "cannot be written: " + reason_of(errno));
-  temporaries().paths.insert(temporary_);
+  temporary_ = own.begin();
+  has_temporary_ = true;
+  temporaries().paths.splice(temporaries().paths.end(), own);
 }
 
 OutputFile::~OutputFile() { discard(); }
@@ -190,18 +208,18 @@ void OutputFile::commit(const std::vector<unsigned char>& content) {
   if (write_error != 0) refuse(path_, "cannot be written: " + reason_of(write_error));
 
   const std::lock_guard lock(temporaries().mutex);
-  const int error = force_ ? replace(temporary_, target_) : link_to_name(temporary_, target_);
+  const int error = force_ ? replace(*temporary_, target_) : link_to_name(*temporary_, target_);
   if (error == EEXIST) refuse_existing(path_);
   if (error != 0) refuse(path_, "cannot be written: " + reason_of(error));
   temporaries().paths.erase(temporary_);
-  temporary_.clear();
+  has_temporary_ = false;
 }
 
 void OutputFile::discard() {
-  if (temporary_.empty()) return;
+  if (!has_temporary_) return;
   if (descriptor_ >= 0) close(descriptor_);
   const std::lock_guard lock(temporaries().mutex);
-  unlink(temporary_.c_str());
+  unlink(temporary_->c_str());
   temporaries().paths.erase(temporary_);
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <list>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,9 @@ bool same_file(const std::string& path, const std::string& other);
  * thread is started.
  */
 void clean_up_on_signals();
+
+/** Removes the temporary files for good, before the process ends: no output is finished after that. */
+void remove_temporaries();
 
 /**
  * A file that is being written, or standard output for "-".
@@ -68,7 +72,8 @@ class OutputFile {
   bool force_;
   int descriptor_ = -1;
   std::filesystem::path target_;
-  std::string temporary_; /**< empty for standard output, and once committed or discarded */
+  std::list<std::string>::iterator temporary_; /**< its path, while there is one */
+  bool has_temporary_ = false;                 /**< not for standard output, nor once committed or discarded */
 };
 
 }  // namespace tool

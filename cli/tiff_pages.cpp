@@ -109,6 +109,23 @@ int tiff_page_count(const std::vector<unsigned char>& file) {
   return tiff ? static_cast<int>(TIFFNumberOfDirectories(tiff.get())) : 0;
 }
 
+TiffSize tiff_size(const std::vector<unsigned char>& file, int page) {
+  Memory memory{&file};
+  const TiffPtr tiff = open_page(memory, page);
+  TiffSize size;
+  if (!tiff) return size;
+  TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &size.width);
+  TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &size.height);
+  if (TIFFIsTiled(tiff.get()) == 0) return size;
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+  TIFFGetField(tiff.get(), TIFFTAG_TILEWIDTH, &width);
+  TIFFGetField(tiff.get(), TIFFTAG_TILELENGTH, &height);
+  size.width = std::max(size.width, width);
+  size.height = std::max(size.height, height);
+  return size;
+}
+
 TiffPage tiff_page(const std::vector<unsigned char>& file, int page) {
   Memory memory{&file};
   const TiffPtr tiff = open_page(memory, page);

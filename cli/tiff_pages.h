@@ -8,6 +8,7 @@
 #ifndef VANTREL_CLI_TIFF_PAGES_H
 #define VANTREL_CLI_TIFF_PAGES_H
 
+#include <cstdint>
 #include <vector>
 
 namespace tool {
@@ -21,6 +22,13 @@ struct TiffPage {
 
 /** The number of pages whose directories can be read; 0 when the file is damaged. */
 int tiff_page_count(const std::vector<unsigned char>& file);
+
+/** The size of a page (from 1), or of one of its tiles where that is larger; 0 x 0 when there is no such page. */
+struct TiffSize {
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+};
+TiffSize tiff_size(const std::vector<unsigned char>& file, int page);
 
 /** Looks at a page (from 1); an incomplete one when there is no such page. */
 TiffPage tiff_page(const std::vector<unsigned char>& file, int page);

@@ -21,7 +21,7 @@ enum class TwinRole { kReduced, kEnlarged };
  * @param scale by how many times the larger of the two is larger; scanners round, so sizes may differ by 2 %.
  * @throws Failure the file cannot be read or has another size; the message names it.
  */
-Bitmap read_twin(const std::string& path, const Bitmap& scan, TwinRole role, int scale);
+Bitmap read_twin(const Options& options, const std::string& path, const Bitmap& scan, TwinRole role, int scale);
 
 /** @throws WrongUsage the twin named by an option cannot go with the other options. */
 void check_twin(const Options& options, const std::string& path, const std::string& option, int scale);

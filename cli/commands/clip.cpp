@@ -35,9 +35,9 @@ Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
   Twins twins;
   const int scale = options.scale.value_or(1);
   if (!options.analyse.empty()) {
-    twins.analysis = read_twin(options.analyse, scan, TwinRole::kReduced, scale);
+    twins.analysis = read_twin(options, options.analyse, scan, TwinRole::kReduced, scale);
   } else if (!options.second.empty()) {
-    twins.target = read_twin(options.second, scan, TwinRole::kEnlarged, scale);
+    twins.target = read_twin(options, options.second, scan, TwinRole::kEnlarged, scale);
     if (options.dpi != 0) twins.target.set_resolution({options.dpi, options.dpi});
   } else if (scale > 1) {
     // Of bits no means can be taken.
@@ -49,7 +49,7 @@ Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
 Finding nothing_on_bilevel() {
   Finding finding;
   finding.message = kBilevel;
-  finding.details = {{"result", 0}, {"verdict", Json()}};
+  finding.details = [] { return Json{{"result", 0}, {"verdict", Json()}}; };
   return finding;
 }
 
@@ -106,7 +106,7 @@ Finding clip(const ClipOptions& options, Scan& scan) {
   Finding finding;
   finding.found = search.first_sure() != nullptr;
   finding.message = words_of(search);
-  finding.details = json_of(search);
+  finding.details = [search] { return json_of(search); };
   finding.draw = [shown = on_overlay(options, search)](Canvas& canvas) { draw(shown, canvas); };
   if (!finding.found) return finding;
   const std::string guesses = words_of_guesses(search);

@@ -25,7 +25,7 @@ Finding crop_scan(const CropOptions& options, Scan& scan) {
   Finding finding;
   finding.found = true;
   finding.message = words_of(rectangle);
-  finding.details = {{"rectangle", json_of(rectangle)}};
+  finding.details = [rectangle] { return Json{{"rectangle", json_of(rectangle)}}; };
   finding.draw = [rectangle](Canvas& canvas) { canvas.frame(rectangle, kGreen); };
   finding.pictures.push_back(crop(scan.image, rectangle));
   return finding;

@@ -29,7 +29,7 @@ Finding cut_out(const CutOptions& options, Scan& scan) {
   const FlatCard card = find_flat_card(scan.image);
   if (!card.searched()) throw Failure(words_of(card.reason));
   Bitmap hi_res;
-  if (!options.hi_res.empty()) hi_res = read_twin(options.hi_res, scan.image, TwinRole::kEnlarged, options.scale);
+  if (!options.hi_res.empty()) hi_res = read_twin(options, options.hi_res, scan.image, TwinRole::kEnlarged, options.scale);
   if (!hi_res.empty() && options.dpi != 0) hi_res.set_resolution({options.dpi, options.dpi});
   const Bitmap& target = hi_res.empty() ? scan.image : hi_res;
   const vantrel_rect& seen = card.seen.rectangle;
@@ -40,8 +40,9 @@ Finding cut_out(const CutOptions& options, Scan& scan) {
   finding.message =
       finding.found ? "card " + words_of(rectangle) + ", " + std::to_string(card.sides_found()) + " of 4 sides found"
                     : "no side of a card on a flat background was found";
-  finding.details = {
-      {"result", 1}, {"sides", sides_of(card)}, {"rectangle", json_of(rectangle)}, {"scale", options.scale}};
+  finding.details = [card, rectangle, &options] {
+    return Json{{"result", 1}, {"sides", sides_of(card)}, {"rectangle", json_of(rectangle)}, {"scale", options.scale}};
+  };
   finding.draw = [seen, found = finding.found](Canvas& canvas) { canvas.frame(seen, found ? kGreen : kAmber); };
   if (finding.found && !options.detect_only) finding.pictures.push_back(crop(target, rectangle));
   return finding;

@@ -96,7 +96,7 @@ Finding detect(Scan& scan) {
   const auto detection = std::make_shared<const Detection>(scan.image);
   Finding finding;
   finding.found = true;
-  finding.details = detection->json();
+  finding.details = [detection] { return detection->json(); };
   finding.draw = [detection](Canvas& canvas) { detection->draw_on(canvas); };
   return finding;
 }

@@ -15,7 +15,7 @@ struct EnlargeOptions : Options {
 Finding not_enlarged(const std::string& reason) {
   Finding finding;
   finding.message = "not enlarged: " + reason;
-  finding.details = {{"result", 0}};
+  finding.details = [] { return Json{{"result", 0}}; };
   return finding;
 }
 
@@ -32,7 +32,7 @@ Finding enlarge(const EnlargeOptions& options, Scan& scan) {
   Finding finding;
   finding.found = true;
   finding.message = "enlarged to " + std::to_string(picture.width()) + " x " + std::to_string(picture.height());
-  finding.details = {{"result", 1}, {"method", options.method}};
+  finding.details = [&options] { return Json{{"result", 1}, {"method", options.method}}; };
   finding.pictures.push_back(std::move(picture));
   return finding;
 }

@@ -19,19 +19,26 @@ struct SplitOptions : CardOptions {
 
 std::string count_of(std::size_t cards) { return std::to_string(cards) + (cards == 1 ? " card" : " cards"); }
 
+/** @param cut whether the cards were cut, and so straightened or not. */
+Json json_of_split(const Sheet& sheet, bool cut) {
+  Json json = json_of(sheet);
+  json["method"] = sheet.cards.empty() ? Json() : Json("sheet");
+  for (std::size_t i = 0; cut && i < sheet.cards.size(); ++i) {
+    json["cards"][i]["straightened"] = sheet.cards[i].seen.straightened != 0;
+  }
+  return json;
+}
+
 /** The cards by their marks, as the segmentation of a sheet finds them. */
 Finding finding_of(const Sheet& sheet, const SplitOptions& options, const Bitmap& scan) {
   Finding finding;
   finding.found = !sheet.cards.empty();
   finding.message = finding.found ? count_of(sheet.cards.size()) : reason_without_cards(sheet, scan);
-  finding.details = json_of(sheet);
-  finding.details["method"] = finding.found ? Json("sheet") : Json();
+  finding.details = [sheet, cut = !options.detect_only] { return json_of_split(sheet, cut); };
   int straightened = 0;
-  for (std::size_t i = 0; i < sheet.cards.size(); ++i) {
-    const SheetCard& card = sheet.cards[i];
+  for (const SheetCard& card : sheet.cards) {
     straightened += card.seen.straightened;
     if (options.detect_only) continue;
-    finding.details["cards"][i]["straightened"] = card.seen.straightened != 0;
     finding.pictures.push_back(oriented(take_card(scan, card), options.orientation));
   }
   if (finding.found && options.straighten) finding.message += ", " + std::to_string(straightened) + " straightened";
@@ -46,8 +53,11 @@ Finding finding_of(const CardSearch& search, const SplitOptions& options, const 
   finding.message = finding.found ? count_of(search.sure_cards()) : words_of(search);
   const std::string guesses = words_of_guesses(search);
   if (finding.found && !guesses.empty()) finding.message += ", " + guesses;
-  finding.details = {
-      {"result", 1}, {"cards", json_of_cards(search)}, {"method", finding.found ? Json("anywhere") : Json()}};
+  finding.details = [search] {
+    return Json{{"result", 1},
+                {"cards", json_of_cards(search)},
+                {"method", search.sure_cards() > 0 ? Json("anywhere") : Json()}};
+  };
   finding.draw = [search](Canvas& canvas) { draw_cards(search, canvas); };
   if (options.detect_only) return finding;
   for (const FoundCard& found : search.cards) {
@@ -108,7 +118,11 @@ CardSearch look_anywhere(const SplitOptions& options, const Bitmap& scan) {
 Finding finding_of_none(const CardSearch& anywhere, const Sheet& sheet, const SplitOptions& options,
                         const Bitmap& scan) {
   Finding finding = finding_of(anywhere, options, scan);
-  finding.details["result"] = json_of(sheet)["result"];
+  finding.details = [details = finding.details, sheet] {
+    Json json = details();
+    json["result"] = json_of(sheet)["result"];
+    return json;
+  };
   finding.message = (anywhere.cards.empty() ? "" : words_of(anywhere) + "; ") + reason_without_cards(sheet, scan);
   return finding;
 }

@@ -1,8 +1,19 @@
 """Files that are truncated, damaged or no images at all."""
 
+import io
+import os
+import struct
+import subprocess
+import zlib
+
 import numpy as np
 import pytest
 from PIL import Image, ImageDraw
+
+import scans
+from conftest import TOOL
+
+SANITIZED = bool(os.environ.get("VANTREL_PRELOAD"))
 
 
 def encodings(folder):
@@ -124,6 +135,67 @@ def test_what_is_no_image(tool, tmp_path, content, reason):
     (tmp_path / "in.png").write_bytes(content)
     tool("clip", tmp_path / "in.png", "-o", tmp_path / "out.png").fails_with(tmp_path / "in.png", reason)
     assert not (tmp_path / "out.png").exists()
+
+
+def tiny_files_of_huge_pictures():
+    """Headers that announce 400 to 900 megapixels, with next to nothing behind them."""
+    nothing = b"\0" * 1000
+    for name, header in [
+        ("raw.pgm", b"P5 30000 30000 255\n"),
+        ("deep.pgm", b"P5 20000 20000 65535\n"),
+        ("raw.ppm", b"P6 20000 20000 255\n"),
+        ("bits.pbm", b"P4 30000 30000\n"),
+        ("text.pgm", b"P2 20000 20000 255\n"),
+        ("text.ppm", b"P3 20000 20000 255\n"),
+        ("text.pbm", b"P1 20000 20000\n"),
+        ("any.pnm", b"P7\nWIDTH 20000\nHEIGHT 20000\nDEPTH 1\nMAXVAL 255\nTUPLTYPE GRAYSCALE\nENDHDR\n"),
+    ]:
+        yield name, header + nothing
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    head = struct.pack(">IIBBBBB", 30000, 30000, 8, 0, 0, 0, 0)
+    data = zlib.compress(bytes(1000000))
+    yield "huge.png", b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", data) + chunk(b"IEND", b"")
+    for name, compression, tiled in [("strip.tif", 8, False), ("tile.tif", 8, True)]:
+        side = 64 if tiled else 30000
+        tags = [(256, side), (257, side), (258, 8), (259, compression), (262, 1), (277, 1)]
+        pieces = [(322, 30000), (323, 30000), (324, 8), (325, len(data))]
+        tags += pieces if tiled else [(273, 8), (278, side), (279, len(data))]
+        entries = b"".join(struct.pack("<HHII", tag, 4, 1, value) for tag, value in sorted(tags))
+        directory = struct.pack("<H", len(tags)) + entries + struct.pack("<I", 0)
+        yield name, b"II*\0" + struct.pack("<I", 8 + len(data)) + data + directory
+    for format, name in [("JPEG", "huge.jpg"), ("WEBP", "huge.webp")]:
+        buffer = io.BytesIO()
+        Image.new("RGB", (64, 64)).save(buffer, format, **({"lossless": True} if format == "WEBP" else {}))
+        file = bytearray(buffer.getvalue())
+        if format == "JPEG":
+            at = file.index(b"\xff\xc0") + 5
+            file[at : at + 4] = struct.pack(">HH", 60000, 60000)
+            yield name, bytes(file)
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more address space than there is")
+@pytest.mark.parametrize("megapixels", [300, 2000])
+def test_huge_pictures_in_tiny_files_are_refused_at_once(tmp_path, megapixels):
+    """Within 300 MB of address space, of which the tool and its threads take most."""
+    for name, content in tiny_files_of_huge_pictures():
+        if megapixels == 2000 and name.split(".")[0] not in ("raw", "deep", "bits", "text", "any"):
+            continue  # of the others only decoding tells that there is not so much
+        path = tmp_path / name
+        path.write_bytes(content)
+        command = f"ulimit -v 300000; exec '{TOOL}' clip '{path}' --detect-only --most-megapixels {megapixels} -j 1"
+        process = subprocess.run(["sh", "-c", command], capture_output=True, text=True)
+        assert process.returncode == 1, (name, process.stderr)
+        assert "truncated or damaged" in process.stderr or "megapixels" in process.stderr, (name, process.stderr)
+
+
+def test_the_most_megapixels_can_be_raised(tool, tmp_path):
+    scans.save(scans.blank_scan(1500, 1000), tmp_path / "in.png")
+    tool("crop", tmp_path / "in.png", "--rect", "0,0,9,9", "-o", tmp_path / "a.png", "--most-megapixels", 2, ok=True)
+    refused = tool("crop", tmp_path / "in.png", "--rect", "0,0,9,9", "-o", tmp_path / "b.png", "--most-megapixels", 1)
+    refused.fails_with("1500 x 1000", "more than 1 megapixels", "--most-megapixels")
 
 
 def test_codec_messages_stay_out_of_standard_error(tool, drawn, tmp_path):

@@ -1,0 +1,47 @@
+/**
+ * @file memory.h
+ * @brief Where memory is missing: the tool says so and leaves nothing behind, whoever asked for it.
+ *
+ * The tool's own code throws std::bad_alloc, which ends the work on one input. The libraries that decode and encode do
+ * not all bear a null pointer, and some take it for a damaged file. So while they work, the tool looks at the requests
+ * itself.
+ */
+#ifndef VANTREL_CLI_MEMORY_H
+#define VANTREL_CLI_MEMORY_H
+
+namespace tool {
+
+inline constexpr const char* kNotEnoughMemory = "not enough memory";
+
+/** What other people's code makes of a large request that is refused. */
+enum class Large { kBears, kCrashes };
+
+/**
+ * As long as one of these lives, other people's code runs on this thread. A small request that it cannot be given ends
+ * the tool in good order: without so little, nothing goes on. A large one, as for pixels, is refused as usual, where
+ * that code bears it.
+ */
+class ForeignCode {
+ public:
+  explicit ForeignCode(Large large = Large::kBears);
+  ~ForeignCode();
+  ForeignCode(const ForeignCode&) = delete;
+  ForeignCode& operator=(const ForeignCode&) = delete;
+
+  /** Whether a request was refused since this one was made. */
+  bool missed_memory() const;
+
+ private:
+  int missed_before_;
+  int bears_nothing_;
+};
+
+/** To be called first in main: before that everything counts as foreign code, as what other libraries do at loading. */
+void begin_own_code();
+
+/** Ends the tool: one line on standard error, no temporary file, status 1. Needs no memory. */
+[[noreturn]] void end_without_memory();
+
+}  // namespace tool
+
+#endif
