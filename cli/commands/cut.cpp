@@ -29,7 +29,8 @@ Finding cut_out(const CutOptions& options, Scan& scan) {
   const FlatCard card = find_flat_card(scan.image);
   if (!card.searched()) throw Failure(words_of(card.reason));
   Bitmap hi_res;
-  if (!options.hi_res.empty()) hi_res = read_twin(options, options.hi_res, scan.image, TwinRole::kEnlarged, options.scale);
+  if (!options.hi_res.empty())
+    hi_res = read_twin(options, options.hi_res, scan.image, TwinRole::kEnlarged, options.scale);
   if (!hi_res.empty() && options.dpi != 0) hi_res.set_resolution({options.dpi, options.dpi});
   const Bitmap& target = hi_res.empty() ? scan.image : hi_res;
   const vantrel_rect& seen = card.seen.rectangle;
