@@ -1,5 +1,6 @@
 #include "lines/verify_components.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace vantrel::lines {
@@ -20,6 +21,17 @@ Extent extent_of(const Rect& box) {
   // A box handed in from outside may have its rows the wrong way round.
   const auto h = static_cast<std::int16_t>(std::abs(box.rows.last() - box.rows.first) + 1);
   return {w, h, std::int64_t{w} * h};
+}
+
+/**
+ * The pixels of a band, which is nonsense but no overflow for sizes that no image has. Far above any sum of components,
+ * one bound is as good as another.
+ */
+std::int64_t pixels_of(std::int64_t breadth, int length) {
+  constexpr std::int64_t kMost = std::int64_t{1} << 56;
+  std::int64_t pixels = 0;
+  if (__builtin_mul_overflow(breadth, length, &pixels)) return (breadth < 0) == (length < 0) ? kMost : -kMost;
+  return std::clamp(pixels, -kMost, kMost);
 }
 
 /** Clutter that may be background: neither a speck, nor a large piece, nor a thin long one. */
@@ -45,7 +57,7 @@ BandClutter::BandClutter(int L, int rows, int cols, Side side)
       cols_(cols),
       margin_(rows / 40),
       top_(side == Side::kTop),
-      band_((top_ ? std::int64_t{rows} - L + margin_ : std::int64_t{L} + margin_ + 1) * cols) {}
+      band_(pixels_of(top_ ? std::int64_t{rows} - L + margin_ : std::int64_t{L} + margin_ + 1, cols)) {}
 
 void BandClutter::add(const Rect& box) {
   const bool beyond = top_ ? box.rows.first > line_ - margin_ : box.rows.last() < line_ + margin_;
@@ -88,7 +100,7 @@ SideClutter::SideClutter(int L, int rows, int cols, Side side)
     : line_(L),
       margin_(cols / 70),
       left_(side == Side::kLeft),
-      band_((left_ ? std::int64_t{L} + margin_ + 1 : std::int64_t{cols} - L + margin_) * rows) {}
+      band_(pixels_of(left_ ? std::int64_t{L} + margin_ + 1 : std::int64_t{cols} - L + margin_, rows)) {}
 
 void SideClutter::add(const Rect& box) {
   const bool beyond = left_ ? box.cols.last() < line_ + margin_ : box.cols.first > line_ - margin_;

@@ -329,4 +329,14 @@ TEST(VerifyCorrectLineH0, TakesAnyLinePosition) {
   }
 }
 
+TEST(VerifyCorrectLine, MultipliesNoBandBeyondItsBounds) {
+  // A negative band holds no clutter, and its pixels times three are none the more.
+  Pieces none;
+  EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), 0, 1480000000, -2072768690, 0, 0));
+  EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), kLeast, kMost, kMost, 0, 0));
+  EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), kLeast, kMost, kLeast, 0, 0));
+  EXPECT_TRUE(VerifyCorrectLineH_0(none.line(), kLeast, kMost, kMost, 3, 0));
+  EXPECT_FALSE(VerifyCorrectLineH_0(none.line(), kLeast, kLeast, kMost, 3, 0));
+}
+
 }  // namespace
