@@ -121,7 +121,8 @@ bool create_gray(const BITMAPPTR& colour, BITMAPPTR& gray) {
   Shape shape = shape_of(colour);
   shape.bit_count = 8;
   if (!create(gray, shape, Paper::kUnwritten)) return false;
-  to_gray(pixels_of(colour), pixels_of(gray));
+  // The rows of an image without columns are nothing to walk through, be they millions.
+  if (!pixels_of(gray).empty()) to_gray(pixels_of(colour), pixels_of(gray));
   return true;
 }
 

@@ -78,7 +78,7 @@ bool BandClutter::accepts() const {
 CutComponents::CutComponents(int L, int rows, int cols, const CutRules& rules)
     : rows_(rows), cols_(cols), rules_(rules) {
   const int margin = rows / 70;
-  high_ = std::int64_t{L} + margin > rows ? rows - 1 : std::int64_t{L} + margin;
+  high_ = std::int64_t{L} + margin > rows ? std::int64_t{rows} - 1 : std::int64_t{L} + margin;
   // Not 0 when the margin leaves the image: a component that starts in row 0 still counts as cut.
   low_ = std::int64_t{L} - margin >= 0 ? std::int64_t{L} - margin : 1;
 }

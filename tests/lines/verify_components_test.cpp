@@ -335,6 +335,8 @@ TEST(VerifyCorrectLine, MultipliesNoBandBeyondItsBounds) {
   EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), 0, 1480000000, -2072768690, 0, 0));
   EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), kLeast, kMost, kMost, 0, 0));
   EXPECT_TRUE(VerifyCorrectLineV_2(none.line(), kLeast, kMost, kLeast, 0, 0));
+  EXPECT_TRUE(VerifyCorrectLineV_3(none.line(), 0, kLeast, kMost, 0, 0));
+  EXPECT_TRUE(VerifyCorrectLineV_3_ORVA(none.line(), 0, kLeast, kMost, 0, 0));
   EXPECT_TRUE(VerifyCorrectLineH_0(none.line(), kLeast, kMost, kMost, 3, 0));
   EXPECT_FALSE(VerifyCorrectLineH_0(none.line(), kLeast, kLeast, kMost, 3, 0));
 }
