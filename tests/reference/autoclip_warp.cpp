@@ -60,6 +60,7 @@ struct Between {
 };
 
 int whole(float place) {
+  if (std::isnan(place)) return -1000000000;  // as far before the first as can be
   if (place > 1e9f) return 1000000000;
   if (place < -1e9f) return -1000000000;
   return static_cast<int>(place);

@@ -15,9 +15,18 @@ namespace support {
 class Random {
  public:
   explicit Random(unsigned seed) : engine_(seed) {}
+  /** What was given, four bytes a number, and behind its end numbers seeded by how much it was: what a fuzzer steers.
+   */
+  Random(const unsigned char* given, std::size_t size)
+      : engine_(static_cast<unsigned>(size)), given_(given), left_(size) {}
 
   /** 32 random bits. */
-  std::uint32_t bits() { return static_cast<std::uint32_t>(engine_()); }
+  std::uint32_t bits() {
+    if (left_ == 0) return static_cast<std::uint32_t>(engine_());
+    std::uint32_t number = 0;
+    for (int shift = 0; shift < 32 && left_ > 0; shift += 8, --left_) number |= std::uint32_t{*given_++} << shift;
+    return number;
+  }
   unsigned char byte() { return static_cast<unsigned char>(bits()); }
 
   /** A whole number from `low` to `high`. */
@@ -36,6 +45,8 @@ class Random {
 
  private:
   std::mt19937 engine_;
+  const unsigned char* given_ = nullptr;
+  std::size_t left_ = 0;
 };
 
 }  // namespace support
