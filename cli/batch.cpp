@@ -49,7 +49,10 @@ class Task {
     Finding finding = work(scan);
     report_.milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     report_.message = finding.message;
-    if (options_.json && finding.details) report_.details = finding.details();
+    if (options_.json && finding.details) {
+      const ForeignCode json(Large::kCrashes);
+      report_.details = finding.details();
+    }
     if (overlay) write_overlay(scan, finding, *overlay);
     if (finding.found) {
       write_pictures(scan, finding.pictures, output.get());

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "console.h"
+#include "memory.h"
 #include "safe_file.h"
 
 namespace tool {
@@ -33,6 +34,7 @@ bool Progress::conclude() {
   const auto failed = std::count_if(reports_.begin(), reports_.end(), [](const auto& r) { return !r->succeeded(); });
   erase_bar();
   if (style_ == Style::kJson) {
+    const ForeignCode json(Large::kCrashes);
     Json all = Json::array();
     for (const auto& report : reports_) all.push_back(json_of(*report));
     // File names need not be UTF-8; JSON must be.

@@ -7,6 +7,7 @@
 #include "corner_search.h"
 #include "flat_card.h"
 #include "given_entries.h"
+#include "memory.h"
 #include "rectangle.h"
 #include "sheet.h"
 
@@ -93,6 +94,8 @@ class Detection {
 };
 
 Finding detect(Scan& scan) {
+  // The JSON that it makes on its way does not bear to be given up half done.
+  const ForeignCode json(Large::kCrashes);
   const auto detection = std::make_shared<const Detection>(scan.image);
   Finding finding;
   finding.found = true;
