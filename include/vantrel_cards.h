@@ -305,7 +305,7 @@ typedef struct vantrel_cards vantrel_cards;
  * if one of its cards has 0.5 or more; else what dark glass, flat light (with all sides, and where anywhere has a
  * guess), the sheet or anywhere finds, in this order.
  *
- * Looking anywhere takes 30 to 65 ms a scan, dark glass alone about 7 ms: a caller whose scans are all of one kind
+ * Looking anywhere takes 60 to 130 ms a scan, dark glass alone about 7 ms: a caller whose scans are all of one kind
  * names the method for them.
  *
  * Dark glass: a Hough transform (R. O. Duda and P. E. Hart, CACM 15, 1972) over Sobel edges. Flat light: a Hough
