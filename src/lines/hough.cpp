@@ -37,6 +37,10 @@ std::size_t cell_count(int longer_side, std::size_t stride, const Angles& angles
 
 }  // namespace
 
+std::int64_t bytes_per_angle(int rows, int cols) {
+  return static_cast<std::int64_t>(cell_stride(std::max(rows, cols)) * sizeof(double));
+}
+
 DegreeTables::DegreeTables() {
   for (int t = 0; t < 180; ++t) {
     const double angle = t * 0.01745329251994;

@@ -9,7 +9,6 @@
 #ifndef VANTREL_LINES_HOUGH_H
 #define VANTREL_LINES_HOUGH_H
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -61,9 +60,7 @@ struct Centre {
 };
 
 /** What the cells of one angle take for an image of that size. */
-constexpr std::int64_t bytes_per_angle(int rows, int cols) {
-  return std::int64_t{2} * std::max(rows, cols) * std::int64_t{sizeof(double)};
-}
+std::int64_t bytes_per_angle(int rows, int cols);
 
 /** The votes of edge points for the lines of one image. */
 class HoughAccumulator {
