@@ -1,6 +1,7 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard. They are loops over arrays of a few hundred
 // bytes, step after step, which the compiler turns into vectors: first where each pixel comes from, then what is there,
 // then its value.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::autoclip::form {
 namespace {
 
@@ -251,3 +252,4 @@ constexpr Kernels kKernels{warp<1>, warp<3>, warp<4>};
 
 }  // namespace
 }  // namespace vantrel::autoclip::form
+// NOLINTEND(misc-definitions-in-headers)

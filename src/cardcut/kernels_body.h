@@ -1,4 +1,5 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::cardcut::form {
 namespace {
 
@@ -27,3 +28,4 @@ constexpr Kernels kKernels{any_far};
 
 }  // namespace
 }  // namespace vantrel::cardcut::form
+// NOLINTEND(misc-definitions-in-headers)

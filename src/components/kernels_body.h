@@ -1,4 +1,5 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::components::form {
 namespace {
 
@@ -61,3 +62,4 @@ constexpr Kernels kKernels{find_foreground};
 
 }  // namespace
 }  // namespace vantrel::components::form
+// NOLINTEND(misc-definitions-in-headers)

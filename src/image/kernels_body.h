@@ -1,4 +1,5 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::image::form {
 namespace {
 
@@ -53,3 +54,4 @@ constexpr Kernels kKernels{gray_row};
 
 }  // namespace
 }  // namespace vantrel::image::form
+// NOLINTEND(misc-definitions-in-headers)

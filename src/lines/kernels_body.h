@@ -1,4 +1,5 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::lines::form {
 namespace {
 
@@ -162,3 +163,4 @@ constexpr Kernels kKernels{mark_row, vote, largest, count_below};
 
 }  // namespace
 }  // namespace vantrel::lines::form
+// NOLINTEND(misc-definitions-in-headers)

@@ -1,4 +1,5 @@
 // The kernels of this room in one form; see kernels/bodies.h. No guard.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::segment::form {
 namespace {
 
@@ -13,3 +14,4 @@ constexpr Kernels kKernels{mark_dark};
 
 }  // namespace
 }  // namespace vantrel::segment::form
+// NOLINTEND(misc-definitions-in-headers)
