@@ -39,7 +39,7 @@ struct WrittenPicture {
   PictureInfo picture;
 };
 
-struct Report {
+struct Report {  // NOLINT(bugprone-exception-escape): no null JSON throws
   std::string input;
   int page = 1;
   int pages = 0; /**< 0 when the file could not be read */

@@ -81,7 +81,10 @@ class Beside {
  private:
   static constexpr int kInside = kWidest + 6;
   static constexpr int kOutside = 6;
-  static constexpr std::size_t index(int sample) { return static_cast<std::size_t>(sample + kInside); }
+  static constexpr std::size_t index(int sample) {
+    const int at = sample + kInside;
+    return static_cast<std::size_t>(at);
+  }
 
   int first_ = 0;
   int last_ = -1;

@@ -63,9 +63,10 @@ using Table = std::array<double, kLastPart - kFirstPart + 1>;
 
 constexpr std::array<Table, kBlurs> tables(bool integral) {
   std::array<Table, kBlurs> tables{};
-  for (std::size_t i = 0; i < kBlurs; ++i)
+  for (std::size_t i = 0; i < kBlurs; ++i) {
     for (int part = kFirstPart; part <= kLastPart; ++part)
       tables[i][static_cast<std::size_t>(part - kFirstPart)] = blurred(part, kBlur[i], integral);
+  }
   return tables;
 }
 

@@ -1,5 +1,6 @@
 // Vectors of 16-bit words, for the kernels of one form: arithmetic and comparisons are the compiler's own on vectors,
 // and here is what it has no operator for. No guard: see bodies.h.
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
 namespace vantrel::kernels {
 namespace {
 
@@ -96,3 +97,4 @@ using DoubleWords = unsigned __attribute__((vector_size(2 * VANTREL_VECTOR_BYTES
 
 }  // namespace
 }  // namespace vantrel::kernels
+// NOLINTEND(misc-definitions-in-headers)

@@ -119,7 +119,7 @@ bool HoughAccumulator::reach(std::span<const EdgePoint> centred_points) {
     const double first = std::floor(std::min(x[0], x[1]) + std::min(y[0], y[1])) + zero_;
     const double last = std::floor(std::max(x[0], x[1]) + std::max(y[0], y[1])) + zero_ + 1;
     if (!(first >= 0 && last < distances_)) return false;
-    reached.first = reached.size() == 0 ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
+    reached.first = reached.empty() ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
     reached.end = std::max(reached.end, static_cast<int>(last) + 1);
   }
   reached_ = reached;
@@ -136,7 +136,7 @@ void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
 
 /** Takes the nearest of an angle's strongest cells if it is stronger than the best, or as strong and nearer. */
 void HoughAccumulator::look_in(int angle, geometry::Span distances, Peak& best) const {
-  if (distances.size() <= 0) return;
+  if (distances.empty()) return;
   const double* cells = cells_.get() + static_cast<std::size_t>(column(angle)) * stride_;
   const double votes = kernels->largest(cells + distances.first, distances.size());
   if (votes == 0 || votes < best.votes) return;
