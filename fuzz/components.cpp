@@ -1,7 +1,4 @@
 // Component extraction from edge maps and bilevel images, against a flood fill and plain run rules.
-#include <algorithm>
-#include <tuple>
-
 #include "components/exports.h"
 #include "fuzz/check.h"
 #include "reference/components_flood.h"
@@ -13,18 +10,10 @@ namespace {
 
 using reference::components::BlockList;
 using reference::components::Character;
+using reference::components::sorted_without_labels;
 using support::Picture;
 using support::Random;
 using Characters = std::vector<Character>;
-
-/** Order and labels do not matter to a flood fill. */
-Characters sorted_without_labels(Characters all) {
-  for (Character& c : all) c.label = 0;
-  std::sort(all.begin(), all.end(), [](const Character& p, const Character& q) {
-    return std::tie(p.bottom, p.left, p.top, p.right, p.pixels) < std::tie(q.bottom, q.left, q.top, q.right, q.pixels);
-  });
-  return all;
-}
 
 /** Pixels as the bits of the input say, so that each can be flipped alone, or strokes. */
 Picture any_edge(Random& random) {

@@ -6,6 +6,7 @@
 #include "fuzz/check.h"
 #include "fuzz/images.h"
 #include "reference/autoclip_finder.h"
+#include "reference/autoclip_verdict.h"
 #include "support/picture.h"
 
 namespace {
@@ -21,19 +22,6 @@ bool same(const Spots& expected, const float* actual) {
     if (expected.at(i).x != actual[2 * i] || expected.at(i).y != actual[2 * i + 1]) return false;
   }
   return true;
-}
-
-int verdict_of(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::kFound:
-      return VANTREL_CORNERS_FOUND;
-    case Verdict::kTooSmall:
-      return VANTREL_CORNERS_TOO_SMALL;
-    case Verdict::kDegenerate:
-      return VANTREL_LINES_DEGENERATE;
-    default:
-      return VANTREL_NO_EDGES;
-  }
 }
 
 void by_borders(Image& image) {

@@ -78,9 +78,10 @@ bool propose(int halvings, Analysis& analysis) {
   if (!analysis.barriers.ready()) return false;
   analysis.lines = find_lines(analysis.edges, rows, cols);
   if (!analysis.lines.done) return false;
-  const int share = kHalvings - halvings;
-  if (!add_line_candidates(analysis.lines, rows, cols, kMostLineCandidates >> share, analysis.candidates)) return false;
-  if (!add_region_candidates(kMostRegions >> share, analysis)) return false;
+  const int halved = kHalvings - halvings;  // a copy of half the size gives half as many
+  if (!add_line_candidates(analysis.lines, rows, cols, kMostLineCandidates >> halved, analysis.candidates))
+    return false;
+  if (!add_region_candidates(kMostRegions >> halved, analysis)) return false;
   add_coarse_candidates(coarse, analysis);
   return true;
 }

@@ -46,10 +46,8 @@ struct Edges {
   /** Calls `function` with each edge whose direction is no more than `turn` bins from `direction`. */
   template <class Function>
   void for_each_near(int direction, int turn, Function function) const {
-    for (int d = direction - turn; d <= direction + turn; ++d) {
-      const auto bin = static_cast<std::size_t>((d + kDirections) % kDirections);
-      for (std::uint32_t i = starts[bin]; i < starts[bin + 1]; ++i) function(places[i]);
-    }
+    constexpr double kFar = 1e9;
+    for_each_near(direction, turn, -kFar, kFar, function);
   }
   /** The same for edges from y = `top` to y = `bottom`, and perhaps some beside these. */
   template <class Function>

@@ -12,14 +12,7 @@ VANTREL_END_TARGET
 
 namespace vantrel::kernels {
 
-constexpr Form kAvx2 = {"avx2",
-                        [] { return __builtin_cpu_supports("avx2") != 0; },
-                        autoclip::form::kKernels,
-                        cardcut::form::kKernels,
-                        components::form::kKernels,
-                        image::form::kKernels,
-                        lines::form::kKernels,
-                        segment::form::kKernels};
+constexpr Form kAvx2 = form_of_bodies("avx2", [] { return __builtin_cpu_supports("avx2") != 0; });
 
 }  // namespace vantrel::kernels
 #endif

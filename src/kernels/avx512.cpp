@@ -22,14 +22,7 @@ bool runs_here() {
 
 }  // namespace
 
-constexpr Form kAvx512 = {"avx512",
-                          runs_here,
-                          autoclip::form::kKernels,
-                          cardcut::form::kKernels,
-                          components::form::kKernels,
-                          image::form::kKernels,
-                          lines::form::kKernels,
-                          segment::form::kKernels};
+constexpr Form kAvx512 = form_of_bodies("avx512", runs_here);
 
 }  // namespace vantrel::kernels
 #endif

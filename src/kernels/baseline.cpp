@@ -14,14 +14,7 @@
 
 namespace vantrel::kernels {
 
-constexpr Form kBaseline = {"baseline",
-                            [] { return true; },
-                            autoclip::form::kKernels,
-                            cardcut::form::kKernels,
-                            components::form::kKernels,
-                            image::form::kKernels,
-                            lines::form::kKernels,
-                            segment::form::kKernels};
+constexpr Form kBaseline = form_of_bodies("baseline", [] { return true; });
 
 }  // namespace vantrel::kernels
 #endif

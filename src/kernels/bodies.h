@@ -7,3 +7,23 @@
 #include "image/kernels_body.h"
 #include "lines/kernels_body.h"
 #include "segment/kernels_body.h"
+
+namespace vantrel::kernels {
+// NOLINTBEGIN(misc-definitions-in-headers): unnamed, and included once by each form.
+namespace {
+
+/** The form that the including file makes. */
+constexpr Form form_of_bodies(const char* name, bool (*runs_here)()) {
+  return {name,
+          runs_here,
+          autoclip::form::kKernels,
+          cardcut::form::kKernels,
+          components::form::kKernels,
+          image::form::kKernels,
+          lines::form::kKernels,
+          segment::form::kKernels};
+}
+
+}  // namespace
+// NOLINTEND(misc-definitions-in-headers)
+}  // namespace vantrel::kernels

@@ -19,33 +19,16 @@
 #include "lines/exports.h"
 #include "scale/exports.h"
 #include "segment/exports.h"
+#include "support/answer.h"
 #include "support/image.h"
 #include "support/scans.h"
 
 namespace {
 
+using support::Answer;
+using support::append;
 using support::Image;
-
-struct Answer {
-  int code = 0;
-  std::vector<unsigned char> bytes;
-
-  bool operator==(const Answer&) const = default;
-};
-
-template <class Value>
-void append(Answer& answer, const Value& value) {
-  const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
-  answer.bytes.insert(answer.bytes.end(), bytes, bytes + sizeof value);
-}
-
-/** Takes over what a call handed back and releases it as a host does, whether it succeeded or not. */
-Answer taken(int code, BITMAPPTR& out) {
-  Answer answer{code, {}};
-  if (out.pInfo != nullptr) answer.bytes.assign(out.pBits, out.pBits + out.pInfo->biSizeImage);
-  EXPECT_EQ(FreeCardImg(reinterpret_cast<void**>(&out.pInfo)), 1);
-  return answer;
-}
+using support::taken;
 
 /** One way through a function. */
 struct Route {

@@ -3,6 +3,7 @@
 
 #include "autoclip/exports.h"
 #include "reference/autoclip_finder.h"
+#include "reference/autoclip_verdict.h"
 #include "support/random.h"
 #include "support/scans.h"
 #include "support/tally.h"
@@ -19,19 +20,6 @@ using support::Image;
 using support::Picture;
 using support::Random;
 namespace tally = support::tally;
-
-int verdict_of(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::kFound:
-      return VANTREL_CORNERS_FOUND;
-    case Verdict::kTooSmall:
-      return VANTREL_CORNERS_TOO_SMALL;
-    case Verdict::kDegenerate:
-      return VANTREL_LINES_DEGENERATE;
-    default:
-      return VANTREL_NO_EDGES;
-  }
-}
 
 void expect_same(const Spots& expected, const float* actual, const char* what) {
   for (std::size_t i = 0; i < 4; ++i) {

@@ -1,6 +1,7 @@
 #include "reference/components_flood.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "support/tally.h"
@@ -48,6 +49,14 @@ std::vector<Character> flood(const Picture& edge) {
     }
   }
   return found;
+}
+
+std::vector<Character> sorted_without_labels(std::vector<Character> all) {
+  for (Character& c : all) c.label = 0;
+  std::sort(all.begin(), all.end(), [](const Character& p, const Character& q) {
+    return std::tie(p.bottom, p.left, p.top, p.right, p.pixels) < std::tie(q.bottom, q.left, q.top, q.right, q.pixels);
+  });
+  return all;
 }
 
 }  // namespace reference::components

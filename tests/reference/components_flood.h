@@ -28,6 +28,9 @@ struct Character {
 /** The components of the pixels that are 0, in the order in which a row-wise scan meets them; labels stay 0. */
 std::vector<Character> flood(const Picture& edge);
 
+/** For the comparison with a flood fill, to which order and labels do not matter. */
+std::vector<Character> sorted_without_labels(std::vector<Character> all);
+
 /** What the run rules yield for a pool that has room for `room` characters: the survivors in their order. */
 std::vector<Character> by_runs(const Picture& edge, int room = 9998);
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <tuple>
 
 #include "components/exports.h"
 #include "reference/components_flood.h"
@@ -15,6 +14,7 @@ namespace {
 
 using reference::components::BlockList;
 using reference::components::Character;
+using reference::components::sorted_without_labels;
 using support::Picture;
 using support::Random;
 using Characters = std::vector<Character>;
@@ -49,15 +49,6 @@ Picture random_edge(Random& random) {
   const int rows = random.pick(0, 40);
   if (random.chance(40)) return strokes(random, cols, rows);
   return noise(random, cols, rows, std::array<int, 8>{0, 2, 10, 30, 45, 60, 90, 100}.at(random.bits() % 8));
-}
-
-/** Order and labels do not matter to a flood fill. */
-Characters sorted_without_labels(Characters all) {
-  for (Character& c : all) c.label = 0;
-  std::sort(all.begin(), all.end(), [](const Character& p, const Character& q) {
-    return std::tie(p.bottom, p.left, p.top, p.right, p.pixels) < std::tie(q.bottom, q.left, q.top, q.right, q.pixels);
-  });
-  return all;
 }
 
 void expect_same(const Characters& expected, const Characters& actual) {

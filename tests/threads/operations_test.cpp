@@ -13,7 +13,13 @@
 #include <utility>
 #include <vector>
 
+#include "support/answer.h"
+
 namespace {
+
+using support::Answer;
+using support::append;
+using support::taken;
 
 /** Rows and columns of a scan: of a card askew on dark glass, whose place depends on `seed`, with a grain. */
 constexpr int kWidth = 320, kHeight = 240, kResolution = 11811;
@@ -55,27 +61,6 @@ class Scan {
  private:
   std::vector<unsigned char> block_;
 };
-
-/** What an operation gave: its code, and the bytes of its result. */
-struct Answer {
-  int code = 0;
-  std::vector<unsigned char> bytes;
-  bool operator==(const Answer&) const = default;
-};
-
-template <class Value>
-void append(Answer& answer, const Value& value) {
-  const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
-  answer.bytes.insert(answer.bytes.end(), bytes, bytes + sizeof value);
-}
-
-/** Takes over the pixels of a result image and releases it. */
-Answer taken(int code, BITMAPPTR& image) {
-  Answer answer{code, {image.pBits, image.pBits + image.pInfo->biSizeImage}};
-  void* block = image.pInfo;
-  FreeCardImg(&block);
-  return answer;
-}
 
 template <auto Operation>
 Answer enlarge(int bits, int seed) {
