@@ -5,16 +5,20 @@
  *
  * Writes rows of 32-bit floats: the seed, the number of the true card that the candidate covers best (-1: none), the
  * Jaccard index with it, the distance of the farthest corner over the card's diagonal, x and y of the four corners,
- * then the features: of every candidate of the copy (first), or of the finalists on the scan (final). A scan begins
- * with a row whose second number is -2 and whose third is the count of its true cards.
+ * then the features: of every candidate of the copy (first), or of the finalists on the scan (final). Behind those of a
+ * finalist follow which of the scan's finalists overlap it, and which are its rivals: 16 to a number, the lowest bit
+ * first. A scan begins with a row whose second number is -2 and whose third is the count of its true cards.
  */
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "anywhere/finalists.h"
+#include "anywhere/overlap.h"
 #include "drawing/drawn_scan.h"
 #include "jaccard.h"
 
@@ -50,19 +54,21 @@ Truth compare(const drawing::DrawnScan& scan, const Quad& found) {
 }
 
 template <class Features>
-void write_row(std::uint64_t seed, const Truth& truth, const Quad& quad, const Features& features) {
+void write_row(std::uint64_t seed, const Truth& truth, const Quad& quad, const Features& features,
+               const std::vector<float>& marks = {}) {
   std::vector<float> row = {static_cast<float>(seed), truth.card, truth.jaccard, truth.distance};
   for (const anywhere::Point& corner : quad.corners) {
     row.push_back(static_cast<float>(corner.x));
     row.push_back(static_cast<float>(corner.y));
   }
   row.insert(row.end(), features.begin(), features.end());
+  row.insert(row.end(), marks.begin(), marks.end());
   std::fwrite(row.data(), sizeof(float), row.size(), stdout);
 }
 
 template <class Features>
-void write_head(std::uint64_t seed, const drawing::DrawnScan& scan) {
-  write_row(seed, {-2.0F, static_cast<float>(scan.cards.size()), 0.0F}, Quad{}, Features{});
+void write_head(std::uint64_t seed, const drawing::DrawnScan& scan, const std::vector<float>& marks = {}) {
+  write_row(seed, {-2.0F, static_cast<float>(scan.cards.size()), 0.0F}, Quad{}, Features{}, marks);
 }
 
 Quad scaled(const Quad& quad, double factor) {
@@ -79,13 +85,39 @@ void measure_first(std::uint64_t seed, const drawing::DrawnScan& drawn, const an
   }
 }
 
+/** Of all finalists some, 16 to a number. */
+class Marks {
+ public:
+  void set(std::size_t i) { words_[i / kBits] |= 1U << (i % kBits); }
+  void append_to(std::vector<float>& numbers) const {
+    for (const std::uint16_t word : words_) numbers.push_back(word);
+  }
+
+ private:
+  static constexpr std::size_t kBits = 16;
+  std::array<std::uint16_t, anywhere::kMostFinalists / kBits> words_{};
+};
+
+std::vector<float> marks_of(const anywhere::Finalists& finalists, const anywhere::Finalist& one) {
+  Marks overlaps, rivals;
+  for (std::size_t i = 0; i < finalists.count; ++i) {
+    const anywhere::Finalist& other = finalists.items[i];
+    if (relation(one.refined.quad, other.refined.quad) != anywhere::Relation::kApart) overlaps.set(i);
+    if (are_rivals(one, other)) rivals.set(i);
+  }
+  std::vector<float> numbers;
+  overlaps.append_to(numbers);
+  rivals.append_to(numbers);
+  return numbers;
+}
+
 void measure_final(std::uint64_t seed, const drawing::DrawnScan& drawn, const anywhere::Scan& scan,
                    const anywhere::Analysis& analysis) {
-  write_head<anywhere::FinalFeatures>(seed, drawn);
+  write_head<anywhere::FinalFeatures>(seed, drawn, marks_of({}, {}));
   anywhere::Finalists finalists;
   if (!anywhere::measure_likeliest(scan, analysis, finalists)) std::abort();
   for (const anywhere::Finalist& one : finalists.all())
-    write_row(seed, compare(drawn, one.refined.quad), one.refined.quad, one.features);
+    write_row(seed, compare(drawn, one.refined.quad), one.refined.quad, one.features, marks_of(finalists, one));
 }
 
 }  // namespace

@@ -1,14 +1,15 @@
 """Sums of piecewise linear curves, fitted to rank the right quadrilateral first.
 
 A generalised additive model (T. Hastie and R. Tibshirani, "Generalized Additive Models", Statistical Science 1, 1986)
-under a listwise loss: of all candidates of a scan, and "none of them" with a score of 0, the right ones are to have the
-probability (Z. Cao and others, "Learning to rank: from pairwise approach to listwise approach", ICML 2007).
+under the listwise loss.
 """
 
 from dataclasses import dataclass
 
 import numpy as np
 from scipy import optimize, sparse
+
+from evaluation.fitting.listwise import listwise_loss
 
 KNOTS = 8
 QUANTILES = (0.01, 0.10, 0.25, 0.40, 0.55, 0.70, 0.85, 0.99)
@@ -57,35 +58,6 @@ def basis(features, at):
     return sparse.csr_matrix((weights.ravel(), columns.ravel(), pointers), shape=(rows, count * KNOTS))
 
 
-@dataclass
-class Lists:
-    """Groups of rows that compete: `group` of each row, `right` rows, and which groups have a right row at all."""
-
-    group: np.ndarray
-    right: np.ndarray
-    weight: np.ndarray  # of each group
-
-
-def _group_sums(values, group, count):
-    return np.bincount(group, weights=values, minlength=count)
-
-
-def _loss(score, lists, count):
-    """The listwise loss and its derivative by each row's score."""
-    top = np.zeros(count)  # the score of "none of them"
-    np.maximum.at(top, lists.group, score)
-    power = np.exp(score - top[lists.group])
-    none = np.exp(-top)
-    everything = _group_sums(power, lists.group, count) + none
-    right = _group_sums(power * lists.right, lists.group, count)
-    has_right = _group_sums(lists.right, lists.group, count) > 0
-    wanted = np.where(has_right, right, none) + 1e-12
-    loss = float((lists.weight * (np.log(everything) - np.log(wanted))).sum())
-    share = power / everything[lists.group]
-    wanted_share = np.where(has_right[lists.group], power * lists.right / wanted[lists.group], 0.0)
-    return loss, lists.weight[lists.group] * (share - wanted_share)
-
-
 def _penalty_matrix(features):
     """Second differences of each curve's values, and a little of the first: curves stay smooth and small."""
     second = sparse.diags([1.0, -2.0, 1.0], [0, 1, 2], shape=(KNOTS - 2, KNOTS))
@@ -104,7 +76,7 @@ def fit(features, lists, strength=2.0, start=None, iterations=250):
 
     def objective(parameters):
         offset, values = parameters[0], parameters[1:]
-        loss, slope = _loss(matrix @ values + offset, lists, count)
+        loss, slope, _ = listwise_loss(matrix @ values + offset, lists, count)
         rough = penalty @ values
         gradient = transposed @ slope + 2 * strength * (penalty.T @ rough)
         return loss + strength * float(rough @ rough), np.concatenate([[slope.sum()], gradient])

@@ -2,7 +2,7 @@
 
 import numpy as np
 
-from evaluation.fitting.additive import Lists
+from evaluation.fitting.listwise import Lists
 
 RIGHT = 0.9  # a quadrilateral with a greater Jaccard index has found its card
 MOST_WRONG = 120  # wrong candidates in a group; more teach nothing new
@@ -10,13 +10,24 @@ EMPTY_WEIGHT = 1.0
 MOST_CARDS = 8  # a scan of more cards counts as so many
 
 
-def compete(table, right, wrong, seed=1, most_wrong=MOST_WRONG):
+def wholly(jaccard):
+    """Right is right."""
+    return np.ones(len(jaccard))
+
+
+def by_exactness(jaccard):
+    """What is right is the more so the better it covers its card."""
+    return (jaccard - RIGHT) / (1 - RIGHT)
+
+
+def compete(table, right, wrong, worth=wholly, seed=1, most_wrong=MOST_WRONG):
     """The rows that compete, as indices into the table, and their groups.
 
-    A row is right with a Jaccard index above `right` and wrong below `wrong`; what lies between is not taught.
+    A row is right with a Jaccard index above `right`, as much as `worth` tells of it, and wrong below `wrong`; what lies
+    between is not taught.
     """
     random = np.random.default_rng(seed)
-    starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
+    starts = table.starts()
     index, group, is_right, weight = [], [], [], []
     for scan, cards in enumerate(table.cards):
         rows = np.arange(starts[scan], starts[scan + 1])
@@ -31,15 +42,15 @@ def compete(table, right, wrong, seed=1, most_wrong=MOST_WRONG):
                 continue
             index.append(taken)
             group.append(np.full(len(taken), len(weight)))
-            is_right.append(np.isin(np.arange(len(taken)), np.arange(len(good))))
+            is_right.append(np.concatenate([worth(table.jaccard[good]), np.zeros(len(bad))]))
             weight.append(EMPTY_WEIGHT if cards == 0 else min(1.0, MOST_CARDS / cards))
-    lists = Lists(np.concatenate(group), np.concatenate(is_right).astype(float), np.array(weight))
+    lists = Lists(np.concatenate(group), np.concatenate(is_right), np.array(weight))
     return np.concatenate(index), lists
 
 
 def shares_right(table, score, ranks=(1, 5, 24)):
     """By set: the share of cards for which a right candidate is among the so many best, and how many there could be."""
-    starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
+    starts = table.starts()
     found = {}
     for scan, cards in enumerate(table.cards):
         rows = np.arange(starts[scan], starts[scan + 1])

@@ -1,47 +1,59 @@
-"""What the finder would claim: the cards that it picks among the finalists, and how far each is ahead of its rivals."""
+"""Finalists beside their rivals: what the duel's model is asked about, and what the finder would claim."""
 
 import numpy as np
 
-from evaluation import polygons
 
-SLACK = 0.07  # of the smaller area: two quadrilaterals that share less lie apart
-SAME_BORDER = 0.015  # of the diagonal: with nearer corners they are the same border, and no rivals
-
-
-def _apart(a, b):
-    common = polygons.cut(a, b)
-    shared = abs(polygons.signed_area(common)) if len(common) > 2 else 0.0
-    return shared <= SLACK * min(abs(polygons.signed_area(a)), abs(polygons.signed_area(b)))
+def _scans(table):
+    starts = table.starts()
+    return (slice(start, end) for start, end in zip(starts, starts[1:]))
 
 
-def _same(a, b, reach):
-    return any(all(abs(a[i][0] - b[(i + turn) % 4][0]) <= reach and abs(a[i][1] - b[(i + turn) % 4][1]) <= reach
-                   for i in range(4)) for turn in range(4))
+def _areas(corners):
+    x, y = corners[:, 0::2].astype(float), corners[:, 1::2].astype(float)
+    return np.abs((x * np.roll(y, -1, axis=1) - y * np.roll(x, -1, axis=1)).sum(axis=1)) / 2
 
 
-def _lead(rows, at, quads, score):
-    quad = quads[at]
-    reach = SAME_BORDER * polygons.distance(quad[0], quad[2])
-    best = 0.0
-    for other in rows:
-        if score[other] <= best or other == at or _same(quad, quads[other], reach):
-            continue
-        if not _apart(quad, quads[other]):
-            best = score[other]
-    return score[at] - best
+def best_rivals(table, score):
+    """The row of each finalist's best rival, of equal ones the first; its own where there is none."""
+    best = np.arange(len(table.scan))
+    for rows in _scans(table):
+        count = rows.stop - rows.start
+        if count:
+            among = np.where(table.rivals[rows, :count], score[rows], -np.inf)
+            at = among.argmax(axis=1)
+            has = among[np.arange(count), at] > -np.inf
+            best[rows][has] = rows.start + at[has]
+    return best
+
+
+def duels(table, score):
+    """The features of each finalist beside its best rival, as src/anywhere/duel.cpp measures them."""
+    rival = best_rivals(table, score)
+    alone = rival == np.arange(len(rival))
+    lead = np.where(alone, score, score - score[rival])
+    top = np.full(len(table.seeds), -np.inf)
+    np.maximum.at(top, table.scan, score)
+    area = _areas(table.corners)
+    ratio = np.where(alone, 0.0, area[rival] / np.maximum(area, 1.0))
+    own = np.column_stack([score, lead, top[table.scan] - score, ratio]).astype(np.float32)
+    return np.column_stack([own, table.features, table.features - table.features[rival]])
+
+
+def leads(table, score):
+    """How far each finalist is ahead of its best rival, and of "no card here", which is 0."""
+    rival = best_rivals(table, score)
+    return score - np.where(rival == np.arange(len(rival)), 0.0, np.maximum(score[rival], 0.0))
 
 
 def claims(table, score, most=12):
-    """(row, lead) of the cards picked on each scan, the best first, none overlapping another."""
-    quads = [tuple((float(c[i]), float(c[i + 1])) for i in (0, 2, 4, 6)) for c in table.corners]
-    starts = np.searchsorted(table.scan, np.arange(len(table.seeds) + 1))
-    for scan in range(len(table.seeds)):
-        rows = np.arange(starts[scan], starts[scan + 1])
-        order = rows[np.argsort(-score[rows], kind="stable")]
-        picked = []
-        for at in order:
-            if len(picked) == most or (picked and score[at] <= 0):
+    """The rows of the cards picked on each scan, the best first, none overlapping another."""
+    picked = []
+    for rows in _scans(table):
+        here = []
+        for at in np.argsort(-score[rows], kind="stable"):
+            if len(here) == most or (here and score[rows.start + at] <= 0):
                 break
-            if all(_apart(quads[at], quads[other]) for other in picked):
-                picked.append(at)
-                yield at, _lead(order, at, quads, score)
+            if not table.overlaps[rows.start + at, here].any():
+                here.append(int(at))
+        picked.extend(rows.start + at for at in here)
+    return np.array(picked, dtype=int)

@@ -1,31 +1,30 @@
-"""The whole fit: draw and measure, fit the first model, measure the finalists with it, fit the final one, calibrate."""
+"""The whole fit: draw and measure, fit the first model, measure the finalists with it, fit what judges them, calibrate."""
 
 import os
 import subprocess
 import time
-from concurrent.futures import ThreadPoolExecutor
+from concurrent.futures import ProcessPoolExecutor, ThreadPoolExecutor
 from pathlib import Path
 
 import numpy as np
 
 from evaluation import building
-from evaluation.fitting import additive, calibration, competitions, constants, leads, tables
+from evaluation.fitting import additive, calibration, competitions, constants, forest, leads, listwise, tables
 
 # What is drawn to fit on, from seed 1 on. The evaluation's seeds begin at 1000001.
 COUNTS = {"singles": 2000, "white": 1000, "photos": 1200, "receipts": 1200, "several": 500, "bare": 150, "strips": 300,
           "pages": 250}
 SHARE = 100  # scans in one process
 HELD_OUT = 5  # every fifth seed is not fitted on, and tells how well it went
-# Jaccard indices above which a quadrilateral is right and below which it is wrong, for either model: a candidate of the
-# copy is exact to a pixel of the copy, a finalist lies on the scan's borders.
+# Jaccard indices above which a candidate of the copy is right and below which it is wrong: it is exact to a pixel.
 FIRST_LABELS = (0.9, 0.8)
-FINAL_LABELS = (0.95, 0.9)
 STRENGTH = 2.0  # of the penalty on rough curves
 CLAIM_STRENGTH = 5.0
 NEAR, ALMOST = 0.02, 0.97  # a claim is right with all corners this near, of the diagonal, or such a Jaccard index
 
 FIRST_FEATURES = building.ROOT / "src" / "anywhere" / "features.h"
 FINAL_FEATURES = building.ROOT / "src" / "anywhere" / "rivalry.h"
+DUEL_OWN, CLAIM_OWN = 4, 2  # what a duel and a claim are asked about before the features
 MODEL = building.ROOT / "src" / "anywhere" / "model.cpp"
 
 
@@ -43,7 +42,7 @@ def feature_counts():
     return first, own + first
 
 
-def measure(program, kind, features, folder, counts, jobs):
+def measure(program, kind, read, features, folder, counts, jobs):
     """The candidates of every set, measured in `jobs` processes."""
     shares = [(name, first, min(SHARE, count - first + 1)) for name, count in counts.items()
               for first in range(1, count + 1, SHARE)]
@@ -53,7 +52,7 @@ def measure(program, kind, features, folder, counts, jobs):
         path = Path(folder) / f"{kind}-{name}-{first}.bin"
         with path.open("wb") as out:
             subprocess.run([program, kind, name, str(first), str(count)], check=True, stdout=out)
-        table = tables.read(path, features, name)
+        table = read(path, features, name)
         path.unlink()
         return table
 
@@ -67,29 +66,52 @@ def split(table):
     return table.rows(~held), table.rows(held)
 
 
-def fit_model(table, labels):
-    index, lists = competitions.compete(table, *labels)
+def fit_first(table):
+    index, lists = competitions.compete(table, *FIRST_LABELS)
     return additive.fit(table.features[index], lists, strength=STRENGTH)
 
 
-def report(title, table, model):
+def fit_forest(table, features):
+    index, lists = competitions.compete(table, competitions.RIGHT, competitions.RIGHT, competitions.by_exactness)
+    return forest.fit(features[index], lists)
+
+
+def _fit_and_score(fitted, features, scored):
+    return fit_forest(fitted, features)(scored)
+
+
+def scores_of_others(table, features, jobs):
+    """Each row's score by trees that were fitted without its scan: on its own they would know it by heart."""
+    score = np.empty(len(table.scan))
+    with ProcessPoolExecutor(jobs) as pool:
+        folds = []
+        for fold in range(1, HELD_OUT):
+            others = table.seeds % HELD_OUT != fold
+            of_others = others[table.scan]
+            folds.append((~of_others, pool.submit(_fit_and_score, table.rows(others), features[of_others],
+                                                  features[~of_others])))
+        for rows, scored in folds:
+            score[rows] = scored.result()
+    return score
+
+
+def report(title, table, score):
     print(f"\n{title}: share of cards whose right candidate is the first, among the first 5, 24, there at all; cards")
-    for name, (*shares, count) in competitions.shares_right(table, model(table.features)).items():
+    for name, (*shares, count) in competitions.shares_right(table, score).items():
         print(f"  {name:10}", *(f"{100 * share:6.1f} %" for share in shares), f"{count:6}")
 
 
-def claims_of(model, table):
-    """What would be claimed: the lead and the features of each claim, and whether it is right."""
-    picked = list(leads.claims(table, model(table.features)))
-    rows = np.array([row for row, _ in picked])
-    lead = np.array([value for _, value in picked], dtype=np.float32)
+def claims_of(table, score):
+    """What would be claimed: the lead, the score and the features of each claim, and whether it is right."""
+    rows = leads.claims(table, score)
+    own = np.column_stack([leads.leads(table, score), score]).astype(np.float32)
     right = (table.distance[rows] < NEAR) | (table.jaccard[rows] > ALMOST)
-    return np.column_stack([lead, table.features[rows]]), right.astype(float)
+    return np.column_stack([own, table.features])[rows], right.astype(float)
 
 
 def fit_claims(features, right):
     """How sure a claim is: each competes with "it is not there" alone."""
-    alone = additive.Lists(np.arange(len(right)), right, np.ones(len(right)))
+    alone = listwise.Lists(np.arange(len(right)), right, np.ones(len(right)))
     return additive.fit(features, alone, strength=CLAIM_STRENGTH)
 
 
@@ -102,6 +124,26 @@ def report_calibration(curve, score, right):
             print(f"  {low:.2f} to {min(high, 1):.2f} {int(chosen.sum()):6} {100 * right[chosen].mean():6.1f} %")
 
 
+def judge(table, jobs, note):
+    """Fits what judges finalists: by themselves, beside their best rivals, and how sure a claim is."""
+    fitted, held = split(table)
+    note(f"fitting the final model on {len(fitted.seeds)} scans")
+    final = fit_forest(fitted, fitted.features)
+    held_score = final(held.features)
+    report("final model, held out", held, held_score)
+    duels, held_duels = leads.duels(fitted, scores_of_others(fitted, fitted.features, jobs)), leads.duels(held, held_score)
+    note("fitting the duel's model")
+    duel = fit_forest(fitted, duels)
+    held_score = duel(held_duels)
+    report("beside the best rival, held out", held, held_score)
+    note("fitting the confidence")
+    claim = fit_claims(*claims_of(fitted, scores_of_others(fitted, duels, jobs)))
+    claimed, right = claims_of(held, held_score)
+    curve = calibration.confidence_curve(claim(claimed), right)
+    report_calibration(curve, claim(claimed), right)
+    return final, duel, claim, curve
+
+
 def run(folder, scale=1.0, jobs=os.cpu_count()):
     """Fits everything and writes the model's source. `scale` draws more or fewer scans."""
     counts = {name: max(SHARE // 4, round(count * scale)) for name, count in COUNTS.items()}
@@ -112,23 +154,15 @@ def run(folder, scale=1.0, jobs=os.cpu_count()):
         print(f"[{time.monotonic() - start:6.0f} s] {text}", flush=True)
 
     note("measuring candidates")
-    table = measure(building.candidates_program(), "first", first_count, folder, counts, jobs)
+    table = measure(building.candidates_program(), "first", tables.read, first_count, folder, counts, jobs)
     fitted, held = split(table)
     note(f"fitting the first model on {len(fitted.seeds)} scans")
-    first = fit_model(fitted, FIRST_LABELS)
-    report("first model, held out", held, first)
-    MODEL.write_text(constants.source(first, additive.flat(final_count), additive.flat(final_count + 1),
-                                      calibration.NOTHING))
+    first = fit_first(fitted)
+    report("first model, held out", held, first(held.features))
+    MODEL.write_text(constants.source(first, forest.nothing(final_count), forest.nothing(DUEL_OWN + 2 * final_count),
+                                      additive.flat(CLAIM_OWN + final_count), calibration.NOTHING))
 
     note("measuring finalists")
-    table = measure(building.candidates_program(), "final", final_count, folder, counts, jobs)
-    fitted, held = split(table)
-    note(f"fitting the final model on {len(fitted.seeds)} scans")
-    final = fit_model(fitted, FINAL_LABELS)
-    report("final model, held out", held, final)
-    claim = fit_claims(*claims_of(final, fitted))
-    claimed, right = claims_of(final, held)
-    curve = calibration.confidence_curve(claim(claimed), right)
-    report_calibration(curve, claim(claimed), right)
-    MODEL.write_text(constants.source(first, final, claim, curve))
+    table = measure(building.candidates_program(), "final", tables.read_finalists, final_count, folder, counts, jobs)
+    MODEL.write_text(constants.source(first, *judge(table, jobs, note)))
     note(f"wrote {MODEL.relative_to(building.ROOT)}")

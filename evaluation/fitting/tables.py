@@ -5,6 +5,9 @@ from dataclasses import dataclass
 import numpy as np
 
 HEAD = 12  # seed, true card, Jaccard index, distance, four corners
+MOST_FINALISTS = 96
+BITS = 16  # marks in a number
+MARKS = MOST_FINALISTS // BITS  # numbers that mark some of a scan's finalists
 
 
 @dataclass
@@ -17,33 +20,54 @@ class Table:
     jaccard: np.ndarray
     distance: np.ndarray
     corners: np.ndarray  # x and y of four
+    overlaps: np.ndarray  # which of the scan's finalists overlap it: rows x MOST_FINALISTS
+    rivals: np.ndarray  # and which of these are more than the same border
     seeds: np.ndarray  # of each scan
     cards: np.ndarray  # how many each scan truly has
     sets: list  # the name of each scan's set
+
+    OF_ROWS = ("features", "card", "jaccard", "distance", "corners", "overlaps", "rivals")
+    OF_SCANS = ("seeds", "cards")
 
     def rows(self, chosen):
         """The part of it in which `chosen` scans are; a mask over scans."""
         keep = chosen[self.scan]
         number = np.cumsum(chosen) - 1
-        return Table(self.features[keep], number[self.scan[keep]], self.card[keep], self.jaccard[keep],
-                     self.distance[keep], self.corners[keep], self.seeds[chosen], self.cards[chosen],
-                     [name for name, taken in zip(self.sets, chosen) if taken])
+        return Table(scan=number[self.scan[keep]], sets=[name for name, taken in zip(self.sets, chosen) if taken],
+                     **{name: getattr(self, name)[keep] for name in self.OF_ROWS},
+                     **{name: getattr(self, name)[chosen] for name in self.OF_SCANS})
+
+    def starts(self):
+        """Where each scan's rows begin, and where the last one's end."""
+        return np.searchsorted(self.scan, np.arange(len(self.seeds) + 1))
+
+
+def _marked(numbers):
+    bits = numbers.astype(np.uint16)[:, :, None] >> np.arange(BITS, dtype=np.uint16)
+    return (bits & 1).astype(bool).reshape(len(numbers), -1)
 
 
 def read(path, features, name):
+    """Of candidates of the copy `overlaps` and `rivals` are without columns."""
     data = np.fromfile(path, dtype=np.float32).reshape(-1, HEAD + features)
     heads = data[:, 1] == -2
-    scan = np.cumsum(heads) - 1
-    body = ~heads
-    rows = data[body]
-    return Table(rows[:, HEAD:], scan[body], rows[:, 1].astype(int), rows[:, 2], rows[:, 3], rows[:, 4:HEAD], data[heads, 0].astype(int),
-                 data[heads, 2].astype(int), [name] * int(heads.sum()))
+    rows = data[~heads]
+    return Table(features=rows[:, HEAD:], scan=(np.cumsum(heads) - 1)[~heads], card=rows[:, 1].astype(int),
+                 jaccard=rows[:, 2], distance=rows[:, 3], corners=rows[:, 4:HEAD], overlaps=_marked(rows[:, :0]),
+                 rivals=_marked(rows[:, :0]), seeds=data[heads, 0].astype(int), cards=data[heads, 2].astype(int),
+                 sets=[name] * int(heads.sum()))
+
+
+def read_finalists(path, features, name):
+    table = read(path, features + 2 * MARKS, name)
+    marks = table.features[:, features:]
+    table.overlaps, table.rivals = _marked(marks[:, :MARKS]), _marked(marks[:, MARKS:])
+    table.features = np.ascontiguousarray(table.features[:, :features])
+    return table
 
 
 def joined(tables):
     offsets = np.cumsum([0] + [len(table.seeds) for table in tables])
-    def stack(member):
-        return np.concatenate([getattr(table, member) for table in tables])
-    return Table(stack("features"), np.concatenate([t.scan + o for t, o in zip(tables, offsets)]), stack("card"),
-                 stack("jaccard"), stack("distance"), stack("corners"), stack("seeds"), stack("cards"),
-                 [name for table in tables for name in table.sets])
+    return Table(scan=np.concatenate([t.scan + o for t, o in zip(tables, offsets)]),
+                 sets=[name for table in tables for name in table.sets],
+                 **{name: np.concatenate([getattr(t, name) for t in tables]) for name in Table.OF_ROWS + Table.OF_SCANS})

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "anywhere/duel.h"
 #include "anywhere/model.h"
 #include "anywhere/overlap.h"
 
@@ -20,9 +21,6 @@ constexpr int kFurtherAround = 16;
 constexpr double kLeastFurther = -3.0;
 /** How far the scan's border may lie from a candidate's, in pixels of the copy. */
 constexpr double kReach = 2.5;
-
-/** Finalists with nearer corners than this share of the diagonal are no rivals, but the same border. */
-constexpr double kSameBorder = 0.015;
 
 /** A candidate by its first score; of equal ones the first. */
 struct Ranked {
@@ -69,20 +67,17 @@ void lay_onto(const Scan& scan, int factor, Finalist& finalist) {
 
 /** How far a finalist's score is ahead of its best rival's, and of that of "no card here", which is 0. */
 double lead(const Finalists& finalists, const Finalist& finalist) {
-  const Quad& quad = finalist.refined.quad;
-  const double reach = kSameBorder * length(quad[2] - quad[0]);
   double best = 0.0;
-  for (const Finalist& rival : finalists.all()) {
-    if (rival.score <= best || &rival == &finalist || nearly_same(quad, rival.refined.quad, reach)) continue;
-    if (relation(quad, rival.refined.quad) != Relation::kApart) best = rival.score;
-  }
+  for (const Finalist& rival : finalists.all())
+    if (rival.score > best && are_rivals(finalist, rival)) best = rival.score;
   return finalist.score - best;
 }
 
 double confidence(const Finalist& finalist, double lead) {
   std::array<float, kClaimFeatures> features{};
   features[0] = static_cast<float>(lead);
-  std::copy(finalist.features.begin(), finalist.features.end(), features.begin() + 1);
+  features[1] = static_cast<float>(finalist.score);
+  std::copy(finalist.features.begin(), finalist.features.end(), features.begin() + 2);
   return kConfidence(kClaimModel(features));
 }
 
@@ -105,7 +100,8 @@ bool measure_likeliest(const Scan& scan, const Analysis& analysis, Finalists& fi
 
 bool choose_finalists(const Scan& scan, const Analysis& analysis, Finalists& finalists) {
   if (!measure_likeliest(scan, analysis, finalists)) return false;
-  for (Finalist& finalist : finalists.all()) finalist.score = kFinalModel(finalist.features);
+  for (Finalist& finalist : finalists.all()) finalist.final_score = kFinalModel(finalist.features);
+  for (Finalist& finalist : finalists.all()) finalist.score = kDuelModel(measure_duel(finalists.all(), finalist));
   for (Finalist& finalist : finalists.all()) finalist.confidence = confidence(finalist, lead(finalists, finalist));
   const auto better = [](const Finalist& a, const Finalist& b) {
     return a.score != b.score ? a.score > b.score : a.rank < b.rank;

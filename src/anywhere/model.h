@@ -6,7 +6,9 @@
 #define VANTREL_ANYWHERE_MODEL_H
 
 #include "anywhere/curve.h"
+#include "anywhere/duel.h"
 #include "anywhere/features.h"
+#include "anywhere/forest.h"
 #include "anywhere/rivalry.h"
 
 namespace vantrel::anywhere {
@@ -15,10 +17,13 @@ namespace vantrel::anywhere {
 extern const AdditiveModel<kFeatures> kFirstModel;
 
 /** How likely a quadrilateral that was laid onto the scan is one. */
-extern const AdditiveModel<kFinalFeatures> kFinalModel;
+extern const Forest<kFinalFeatures> kFinalModel;
 
-/** How far a finalist's final score is ahead of its best rival's, and its features. */
-inline constexpr std::size_t kClaimFeatures = 1 + kFinalFeatures;
+/** The same, once its best rival is known. */
+extern const Forest<kDuelFeatures> kDuelModel;
+
+/** How far a finalist's score is ahead of its best rival's, the score, and its features. */
+inline constexpr std::size_t kClaimFeatures = 2 + kFinalFeatures;
 
 /** How sure it is that a finalist lies where the card does: log odds. */
 extern const AdditiveModel<kClaimFeatures> kClaimModel;

@@ -14,6 +14,8 @@ constexpr double kGoodScore = 0.0;
 constexpr double kSameSize = 1.3;
 /** What covers another one with others is as likely as this. */
 constexpr double kLeastTile = -2.0;
+/** Finalists with nearer corners than this share of the diagonal are no rivals, but the same border. */
+constexpr double kSameBorder = 0.015;
 /** How much better a rival is counts up to this, in log odds. */
 constexpr double kMostBetter = 8.0;
 
@@ -119,6 +121,12 @@ void measure_sides(const Refined& refined, const SeenSides& seen, FinalFeatures&
 
 }  // namespace
 
+bool are_rivals(const Finalist& a, const Finalist& b) {
+  const double reach = kSameBorder * length(a.refined.quad[2] - a.refined.quad[0]);
+  return &a != &b && !nearly_same(a.refined.quad, b.refined.quad, reach) &&
+         relation(a.refined.quad, b.refined.quad) != Relation::kApart;
+}
+
 void measure_finalists(const Context& context, std::span<Finalist> finalists) {
   const double unit = 1.0 / context.scene().copy.factor;
   const Relations relations(finalists);
@@ -131,7 +139,6 @@ void measure_finalists(const Context& context, std::span<Finalist> finalists) {
       on_copy.corners[corner] = one.refined.quad[corner] * unit;
       shift = std::max(shift, length(on_copy[corner] - one.quad[corner]));
     }
-    put(f, kFirstScore, one.first_score);
     put(f, kShift, shift);
     put(f, kFromRegion, one.from_region);
     measure_rivals(finalists, relations, i, f);

@@ -18,7 +18,6 @@ namespace vantrel::anywhere {
 /** What is measured of a candidate on the scan and among its rivals; behind these follow its features, measured again.
  */
 enum FinalFeature : std::size_t {
-  kFirstScore,
   kBehindBest, /**< how far its first score is behind the best */
   kMeanShare,  /**< of the places along seen sides that show a border */
   kLeastShare,
@@ -47,12 +46,16 @@ struct Finalist {
   std::size_t rank = 0; /**< by the first score */
   bool from_region = false;
   FinalFeatures features{};
-  double score = 0.0;      /**< by the final model */
-  double confidence = 0.0; /**< 0 to 1 */
+  double final_score = 0.0; /**< by what was measured on the scan */
+  double score = 0.0;       /**< and beside its best rival */
+  double confidence = 0.0;  /**< 0 to 1 */
 };
 
 /** The most finalists. */
 inline constexpr std::size_t kMostFinalists = 96;
+
+/** Whether two overlap on the scan and are not the same border. */
+bool are_rivals(const Finalist& a, const Finalist& b);
 
 /** Fills in the features of all finalists. */
 void measure_finalists(const Context& context, std::span<Finalist> finalists);
