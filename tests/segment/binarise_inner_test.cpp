@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include "segment/kernels.h"
@@ -52,8 +54,9 @@ TEST(Binarise, RowsDividedIntoBandsAreThoseOfOneScan) {
   const auto paper = [&](int r, int c) {
     return (r / 9 + c / 30) % 5 == 0 ? random.pick(20, 60) : random.pick(225, 240);
   };
-  // Seven rows forget at 1,000 columns: below 257 rows there are no bands, and with some row counts the last is longer.
-  for (const int rows : {1, 2, 3, 256, 257, 258, 259, 300, 301, 511}) {
+  // Seven rows forget at 1,000 columns: some row counts have fewer bands than others, longer ones among them, a row
+  // left over.
+  for (const int rows : {1, 2, 3, 16, 17, 18, 40, 129, 257, 258, 259, 260, 300, 511}) {
     expect_the_same(rows, 1000, 1000, noise);
     expect_the_same(rows, 1000, 1004, paper);
   }
@@ -80,27 +83,72 @@ TEST(Binarise, RowsThatOverlapAreScannedInOrder) {
   EXPECT_EQ(found, wanted);
 }
 
-TEST(MarkDark, IsTheSameInEveryFormAtEveryLimit) {
-  // Each level against sums around the one from which it is dark.
-  for (int level = 0; level < 256; ++level) {
-    const Bytes levels(67, static_cast<unsigned char>(level));
-    std::vector<int> sums(67), before(67);
-    for (int i = 0; i < 67; ++i) {
-      const int both = std::clamp((level + 1) * 16384 / 27 + i - 33, 0, 2 * 65280);
-      sums[static_cast<std::size_t>(i)] = both / 2;
-      before[static_cast<std::size_t>(i)] = both - both / 2;
-    }
-    Bytes wanted = levels;
-    for (std::size_t i = 0; i < 67; ++i) wanted[i] = level < (27 * (sums[i] + before[i])) >> 14 ? 0 : 255;
-    support::for_each_form([&](const auto& form) {
-      for (int count : {67, 66, 40, 1, 0}) {
-        Bytes row = levels;
-        form.segment.mark_dark(row.data(), sums.data(), before.data(), count);
-        for (std::size_t i = 0; i < 67; ++i) {
-          ASSERT_EQ(row[i], static_cast<int>(i) < count ? wanted[i] : levels[i]) << level << " " << i;
-        }
+TEST(Lines, AreTheSameInEveryForm) {
+  using namespace vantrel::segment;
+  support::Random random(9);
+  constexpr int kCols = 40, kGap = 3;
+  for (int cols : {1, 2, 15, 16, 17, 31, 32, kCols}) {
+    for (const bool backwards : {false, true}) {
+      Bytes levels(static_cast<std::size_t>(kLines) * (kCols + kGap));
+      for (auto& level : levels) level = static_cast<unsigned char>(random.pick(0, 1) != 0 ? 255 : random.pick(0, 255));
+      std::vector<std::uint16_t> noted(static_cast<std::size_t>(kLines) * kCols);
+      for (auto& sum : noted) sum = static_cast<std::uint16_t>(random.pick(0, 65280));
+      LineSums first, second;
+      for (int k = 0; k < kLines; ++k) {
+        first[k] = static_cast<std::uint16_t>(random.pick(0, 65280));
+        second[k] = static_cast<std::uint16_t>(k % 2 * 65280);
       }
-    });
+      /** What a form makes of all that, by each of its kernels. */
+      const auto made_by = [&](const Kernels& kernels) {
+        Bytes marked = levels;
+        Lines lines{{}, cols, backwards};
+        for (std::ptrdiff_t k = 0; k < kLines; ++k) lines.levels[k] = marked.data() + k * (kCols + kGap);
+        std::vector<std::uint16_t> sums = noted;
+        LineSums a, b;
+        std::copy_n(first, kLines, a);
+        std::copy_n(second, kLines, b);
+        kernels.follow(lines, a, b);
+        kernels.mark(lines, a, sums.data());
+        std::vector<std::uint16_t> row = noted;
+        kernels.note(lines, b, row.data());
+        return std::tuple(marked, sums, row, std::vector(a, a + kLines), std::vector(b, b + kLines));
+      };
+      const auto wanted = made_by(plain::kKernels);
+      support::for_each_form([&](const auto& form) { ASSERT_EQ(made_by(form.segment), wanted) << cols; });
+    }
+  }
+}
+
+TEST(Lines, AreMarkedAtEveryLimitInEveryForm) {
+  using namespace vantrel::segment;
+  // One pixel a line, each level against sums around the one from which it is dark.
+  for (int level = 0; level < 256; ++level) {
+    for (int apart = -32; apart < 32; apart += kLines) {
+      LineSums sums;
+      std::uint16_t noted[kLines];
+      int wanted[kLines];
+      for (int k = 0; k < kLines; ++k) {
+        const int both = std::clamp((level + 1) * 16384 / 27 + apart + k, level, 2 * 65280);
+        // The sum that becomes half of that with the pixel.
+        const int half = both / 2;
+        sums[k] = static_cast<std::uint16_t>(std::clamp((half - level) * 256 / 255, 0, 65280));
+        noted[k] = static_cast<std::uint16_t>(both - half);
+        const int sum = sums[k] + level - (sums[k] >> 8);
+        wanted[k] = level < (27 * (sum + noted[k])) >> 14 ? 0 : 255;
+      }
+      support::for_each_form([&](const auto& form) {
+        unsigned char levels[kLines];
+        std::fill_n(levels, kLines, static_cast<unsigned char>(level));
+        Lines lines{{}, 1, false};
+        for (int k = 0; k < kLines; ++k) lines.levels[k] = levels + k;
+        LineSums kept;
+        std::copy_n(sums, kLines, kept);
+        std::uint16_t kept_notes[kLines];
+        std::copy_n(noted, kLines, kept_notes);
+        form.segment.mark(lines, kept, kept_notes);
+        for (int k = 0; k < kLines; ++k) ASSERT_EQ(levels[k], wanted[k]) << level << " " << k;
+      });
+    }
   }
 }
 
