@@ -116,6 +116,14 @@ struct ShortLines {
   }
 };
 
+/** So many streams are more than a processor follows on its own: asks for what is worked on some steps later. */
+constexpr int kCacheLine = 64;
+inline void prefetch(const Lines& lines, int from) {
+  const int ahead = from + (lines.backwards ? -4 : 4) * kCacheLine;
+  if (ahead < 0 || ahead >= lines.cols) return;
+  for (int k = 0; k < kLines; ++k) __builtin_prefetch(lines.levels[k] + ahead);
+}
+
 /** Calls `visit(levels, column)` for one column after the other; it may change the levels where they are kept. */
 template <bool kKeeps, class Visit>
 inline void walk(const Lines& lines, Visit visit) {
@@ -140,6 +148,7 @@ inline void walk(const Lines& lines, Visit visit) {
   if (lines.backwards) visit_rest();
   for (int i = 0; i < whole; i += kColumns) {
     const int from = lines.backwards ? whole - kColumns - i : i;
+    if (i % kCacheLine == 0) prefetch(lines, from);
     Columns columns;
     load_columns(lines.levels, from, columns);
     visit_columns(columns, from, kColumns);

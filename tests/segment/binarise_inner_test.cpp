@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "segment/kernels.h"
@@ -62,6 +63,19 @@ TEST(Binarise, RowsDividedIntoBandsAreThoseOfOneScan) {
   }
   expect_the_same(1200, 260, 260, paper);
   expect_the_same(60, 6200, 6200, noise);
+}
+
+TEST(Binarise, BandsOnFlatGroundTakeTheirMeansFromThoseBefore) {
+  support::Random random(7);
+  // Print in some bands only. A ground of one level, of noise around one, and of noise between two, where what the
+  // means can be keeps its width, keeps it mostly, and shrinks.
+  for (const auto& [least, most] : {std::pair(235, 235), {232, 238}, {234, 235}, {100, 200}}) {
+    for (const int printed_rows : {0, 30, 200}) {
+      expect_the_same(601, 500, 504, [&, least = least, most = most](int r, int c) {
+        return r % 300 < printed_rows && c / 9 % 3 == 0 ? random.pick(0, 90) : random.pick(least, most);
+      });
+    }
+  }
 }
 
 TEST(Binarise, MeansThatNeverMeetAreFollowedFromTheStart) {
