@@ -1,5 +1,6 @@
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include "components/exports.h"
@@ -30,6 +31,16 @@ void enter_edges(const Size& size) {
     // The card's lower border lies in the middle of its columns.
     const auto below = maps->edge.begin() + std::ptrdiff_t{maps->stride} * (maps->rows / 10 - 4) + maps->cols / 2;
     return *below == 255;
+  });
+  // Reading the scan and writing both maps.
+  enter("edges", size, "limit", size.pixels(), [=] {
+    for (std::ptrdiff_t r = 0; r < maps->rows; ++r) {
+      const std::ptrdiff_t at = r * maps->stride;
+      std::memcpy(maps->edge.data() + at, maps->gray.row(static_cast<int>(r)), static_cast<std::size_t>(maps->stride));
+      std::memcpy(maps->direction.data() + at, maps->gray.row(static_cast<int>(r)),
+                  static_cast<std::size_t>(maps->stride));
+    }
+    return true;
   });
 #ifdef WITH_OPENCV
   // Both gradients only, without a magnitude or a direction: less than is asked for.

@@ -8,9 +8,7 @@ using vantrel::kernels::as_signed;
 using vantrel::kernels::as_words;
 using vantrel::kernels::high_product;
 using vantrel::kernels::kWords;
-using vantrel::kernels::load_bytes;
 using vantrel::kernels::SignedWords;
-using vantrel::kernels::store_low_bytes;
 using vantrel::kernels::Words;
 
 struct Gradients {
@@ -18,17 +16,33 @@ struct Gradients {
   SignedWords along_rows;
 };
 
-/** Those of the kWords pixels from column j on; each lies within -1020 and 1020. */
-inline Gradients gradients_at(const RowTriple& gray, int j) {
-  const auto [before, here, after] = gray;
-  const Words before_left = load_bytes(before + j - 1);
-  const Words before_right = load_bytes(before + j + 1);
-  const Words after_left = load_bytes(after + j - 1);
-  const Words after_right = load_bytes(after + j + 1);
-  return {as_signed(before_left + 2 * load_bytes(before + j) + before_right -
-                    (after_left + 2 * load_bytes(after + j) + after_right)),
-          as_signed(before_right + 2 * load_bytes(here + j + 1) + after_right -
-                    (before_left + 2 * load_bytes(here + j - 1) + after_left))};
+/** What the gradients of a pixel take from a column of three: a weighted sum, and the difference of its ends. */
+struct Columns {
+  Words sum;
+  Words difference;
+};
+
+/** Every second of kBytes columns, from j on and from j + 1 on. */
+struct ColumnPair {
+  Columns first;
+  Columns second;
+};
+
+inline Words load(const unsigned char* bytes) {
+  Words words;
+  __builtin_memcpy(&words, bytes, sizeof words);
+  return words;
+}
+
+inline ColumnPair columns_at(const RowTriple& gray, int j) {
+  const Words before = load(gray.before + j), here = load(gray.here + j), after = load(gray.after + j);
+  const auto of = [](Words b, Words h, Words a) { return Columns{b + 2 * h + a, b - a}; };
+  return {of(before & 255, here & 255, after & 255), of(before >> 8, here >> 8, after >> 8)};
+}
+
+/** Each component lies within -1020 and 1020. */
+inline Gradients gradients_of(const Columns& left, const Columns& here, const Columns& right) {
+  return {as_signed(left.difference + 2 * here.difference + right.difference), as_signed(right.sum - left.sum)};
 }
 
 /** The part of a whole gradient that is compared: words that are negative are all ones in `negative`. */
@@ -67,23 +81,96 @@ inline Words direction_classes(const Gradients& gradient, Words across, Words al
   return along > steep ? Words{} + static_cast<unsigned short>(kAlongRows) : diagonal & as_words(along > gentle);
 }
 
-void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
+/** What is marked where kWords pixels are, one in each word. */
+struct Marks {
+  Words edge;
+  Words direction;
+};
+
+inline Marks marks_of(const Gradients& gradient) {
   static_assert(kEdge == 0);
   const Words none = Words{} + static_cast<unsigned short>(Direction::kNone);
-  const auto mark_at = [&](int j) {
-    const Gradients gradient = gradients_at(gray, j);
-    const SignedWords lower = gradient.along_rows >> 15;
-    const Words across = magnitude(gradient.across_rows, gradient.across_rows >> 15);
-    const Words along = magnitude(gradient.along_rows, lower);
-    const SignedWords flat = no_edge(across, along);
-    store_low_bytes(edge + j, as_words(flat) & kNoEdge);
-    // Few places of a scan have edges at all.
-    const Words classes = any(flat == 0) ? direction_classes(gradient, across, along, lower) : none;
-    store_low_bytes(direction + j, flat ? none : classes);
-  };
-  if (to - from < kWords) return plain::mark_row(gray, edge, direction, from, to);
-  for (int j = from; j < to - kWords; j += kWords) mark_at(j);
-  mark_at(to - kWords);  // some of these a second time
+  const SignedWords lower = gradient.along_rows >> 15;
+  const Words across = magnitude(gradient.across_rows, gradient.across_rows >> 15);
+  const Words along = magnitude(gradient.along_rows, lower);
+  const SignedWords flat = no_edge(across, along);
+  return {as_words(flat) & kNoEdge, flat ? none : direction_classes(gradient, across, along, lower)};
+}
+
+using Bytes = unsigned char __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
+constexpr int kBytes = VANTREL_VECTOR_BYTES;
+
+/** The least and the largest of some levels. */
+struct Range {
+  Bytes least;
+  Bytes most;
+};
+
+inline Range range_of(const Bytes& a, const Bytes& b) { return {a < b ? a : b, a > b ? a : b}; }
+
+inline Range range_of(const Range& a, const Range& b) {
+  return {a.least < b.least ? a.least : b.least, a.most > b.most ? a.most : b.most};
+}
+
+/** That of the levels before and behind each of kBytes pixels. */
+inline Range range_around(const unsigned char* levels) {
+  Bytes left, right;
+  __builtin_memcpy(&left, levels - 1, sizeof left);
+  __builtin_memcpy(&right, levels + 1, sizeof right);
+  return range_of(left, right);
+}
+
+/**
+ * Whether there is surely no edge among the kBytes pixels from column j on, as on most of a scan. When the levels of
+ * the columns before and behind a pixel lie within r, and those of its own as well, its gradient is sqrt(20) r at most:
+ * the square is a convex function of the levels, so that it is largest where each is as low or as high as can be, and
+ * none of these gradients is longer than (4, 2) r and (2, 4) r. Neighbours at even distances are looked at together
+ * here, and a pixel's own column with one of them.
+ */
+inline bool surely_flat(const RowTriple& gray, int j) {
+  constexpr unsigned char kRange = 44;
+  static_assert(20 * kRange * kRange < kLeastEdgeMagnitude * kLeastEdgeMagnitude);
+  const Range range =
+      range_of(range_of(range_around(gray.before + j), range_around(gray.here + j)), range_around(gray.after + j));
+  return !any(as_signed(range.most - range.least > kRange));
+}
+
+/** So many vectors of a row are looked at before those with edges among them are. */
+constexpr int kNoted = 64;
+
+inline void fill(unsigned char* bytes, unsigned char value) {
+  const Bytes filled = Bytes{} + value;
+  __builtin_memcpy(bytes, &filled, sizeof filled);
+}
+
+/** Marks kBytes pixels. */
+inline void mark_at(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int j) {
+  const auto [before, first] = columns_at(gray, j - 1);
+  const auto [second, behind] = columns_at(gray, j + 1);
+  const Marks even = marks_of(gradients_of(before, first, second));
+  const Marks odd = marks_of(gradients_of(first, second, behind));
+  const Words edges = even.edge | odd.edge << 8;
+  const Words directions = even.direction | odd.direction << 8;
+  __builtin_memcpy(edge + j, &edges, sizeof edges);
+  __builtin_memcpy(direction + j, &directions, sizeof directions);
+}
+
+void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to) {
+  if (to - from < kBytes) return plain::mark_row(gray, edge, direction, from, to);
+  int j = from;
+  while (j < to - kBytes) {
+    // Vectors with edges are only noted at first: a jump for each would often be guessed wrong.
+    int noted[kNoted];
+    int count = 0;
+    for (int i = 0; i < kNoted && j < to - kBytes; ++i, j += kBytes) {
+      noted[count] = j;
+      count += surely_flat(gray, j) ? 0 : 1;
+      fill(edge + j, kNoEdge);
+      fill(direction + j, static_cast<unsigned char>(Direction::kNone));
+    }
+    for (int i = 0; i < count; ++i) mark_at(gray, edge, direction, noted[i]);
+  }
+  mark_at(gray, edge, direction, to - kBytes);  // some of these a second time
 }
 
 /** The votes of one point: for each angle the nearer of two neighbouring cells to the column's start, and both shares.
@@ -140,8 +227,7 @@ double largest(const double* values, int count) {
 }
 
 int count_below(const unsigned char* bytes, int count, unsigned char level) {
-  using Bytes = unsigned char __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
-  constexpr int kLanes = VANTREL_VECTOR_BYTES;
+  constexpr int kLanes = kBytes;
   int below = 0;
   int i = 0;
   while (i + kLanes <= count) {

@@ -77,6 +77,44 @@ TEST(MarkRow, ClassifiesEveryGradientOfBytesAlikeInEveryForm) {
   EXPECT_EQ(gradients, 1'822'741);
 }
 
+TEST(MarkRow, NoNeighboursWithinFortyFourLevelsMakeAnEdge) {
+  // The squared gradient is convex, so its largest values lie where each neighbour is as low or as high as it can be.
+  const auto edges_among = [](int range) {
+    int edges = 0;
+    for (unsigned low_or_high = 0; low_or_high < 1u << 8; ++low_or_high) {
+      const auto level = [&](int neighbour) {
+        return static_cast<unsigned char>((low_or_high >> neighbour & 1) != 0 ? 100 + range : 100);
+      };
+      const Bytes before{level(0), level(1), level(2)}, here{level(3), 100, level(4)},
+          after{level(5), level(6), level(7)};
+      unsigned char edge[3], direction[3];
+      vantrel::lines::plain::mark_row({before.data(), here.data(), after.data()}, edge, direction, 1, 2);
+      edges += edge[1] == 0 ? 1 : 0;
+    }
+    return edges;
+  };
+  EXPECT_EQ(edges_among(44), 0);
+  EXPECT_EQ(edges_among(45), 8);
+}
+
+TEST(MarkRow, FindsALoneEdgeWhereverItLiesInEveryForm) {
+  // On a ground of one level, so that all around it is passed over; rows begin at every place of a cache's line.
+  for (int at = 0; at < 300; ++at) {
+    Rows rows(302);
+    for (Bytes* row : {&rows.before, &rows.here, &rows.after}) std::fill(row->begin(), row->end(), 90);
+    rows.after[static_cast<std::size_t>(at) + 1] = 255;
+    rows.before[static_cast<std::size_t>(at) + 1] = at % 2 == 0 ? 0 : 90;
+    support::for_each_form([&](const auto& form) {
+      Bytes edge(302, 9), direction(302, 9);
+      form.lines.mark_row(rows.triple(), edge.data(), direction.data(), 1 + at % 64, 301);
+      Bytes wanted_edge(302, 9), wanted_direction(302, 9);
+      vantrel::lines::plain::mark_row(rows.triple(), wanted_edge.data(), wanted_direction.data(), 1 + at % 64, 301);
+      ASSERT_EQ(edge, wanted_edge) << at;
+      ASSERT_EQ(direction, wanted_direction) << at;
+    });
+  }
+}
+
 TEST(MarkRow, StaysWithinItsColumnsInEveryForm) {
   support::Random random(3);
   for (int to = 1; to < 150; ++to) {
