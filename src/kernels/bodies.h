@@ -6,6 +6,7 @@
 #include "components/kernels_body.h"
 #include "image/kernels_body.h"
 #include "lines/kernels_body.h"
+#include "scale/kernels_body.h"
 #include "segment/kernels_body.h"
 
 namespace vantrel::kernels {
@@ -21,6 +22,7 @@ constexpr Form form_of_bodies(const char* name, bool (*runs_here)()) {
           components::form::kKernels,
           image::form::kKernels,
           lines::form::kKernels,
+          scale::form::kKernels,
           segment::form::kKernels};
 }
 

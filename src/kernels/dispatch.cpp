@@ -31,6 +31,7 @@ constinit const vantrel::cardcut::Kernels* vantrel::cardcut::kernels = &vantrel:
 constinit const vantrel::components::Kernels* vantrel::components::kernels = &vantrel::kernels::kPlain.components;
 constinit const vantrel::image::Kernels* vantrel::image::kernels = &vantrel::kernels::kPlain.image;
 constinit const vantrel::lines::Kernels* vantrel::lines::kernels = &vantrel::kernels::kPlain.lines;
+constinit const vantrel::scale::Kernels* vantrel::scale::kernels = &vantrel::kernels::kPlain.scale;
 constinit const vantrel::segment::Kernels* vantrel::segment::kernels = &vantrel::kernels::kPlain.segment;
 
 namespace vantrel::kernels {
@@ -50,6 +51,7 @@ void use(const Form& form) {
   components::kernels = &form.components;
   image::kernels = &form.image;
   lines::kernels = &form.lines;
+  scale::kernels = &form.scale;
   segment::kernels = &form.segment;
 }
 

@@ -16,6 +16,7 @@
 #include "image/kernels.h"
 #include "lines/edges.h"
 #include "lines/kernels.h"
+#include "scale/kernels.h"
 #include "segment/kernels.h"
 
 namespace vantrel::kernels {
@@ -29,6 +30,7 @@ struct Form {
   components::Kernels components;
   image::Kernels image;
   lines::Kernels lines;
+  scale::Kernels scale;
   segment::Kernels segment;
 };
 

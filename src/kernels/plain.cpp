@@ -9,6 +9,7 @@ constexpr Form kPlain = {"plain",
                          components::plain::kKernels,
                          image::plain::kKernels,
                          lines::plain::kKernels,
+                         scale::plain::kKernels,
                          segment::plain::kKernels};
 
 }  // namespace vantrel::kernels

@@ -4,20 +4,12 @@
 #include "image/work_array.h"
 #include "scale/enlarge.h"
 #include "scale/interleave.h"
+#include "scale/kernels.h"
 
 namespace vantrel::scale {
 namespace {
 
-/** The kernel on pixels and on values between them, all well within 16 bits: twice as many at once as with integers. */
-std::int16_t kernel(int a, int b, int c, int d) {
-  const auto sum =
-      static_cast<std::int16_t>(9 * static_cast<std::int16_t>(b + c) - static_cast<std::int16_t>(a + d) + 8);
-  return static_cast<std::int16_t>(sum >> 4);
-}
-
-unsigned char clamped(std::int16_t value) {
-  return static_cast<unsigned char>(std::clamp<std::int16_t>(value, 0, 255));
-}
+unsigned char clamped(int value) { return static_cast<unsigned char>(std::clamp(value, 0, 255)); }
 
 /**
  * Makes the target's rows. Positions without a pixel before them and two behind repeat the source's pixel. The values
@@ -66,11 +58,7 @@ const std::int16_t* CubicRows::between_pixels(int y) {
   if (kept == y) return values;
   kept = y;
   const unsigned char* p = source_.row(y);
-  const int step = step_;
-  const int end = end_;
-  for (int i = step; i < end; ++i) {
-    values[i] = kernel(p[i - step], p[i], p[i + step], p[i + 2 * step]);
-  }
+  kernels->cubic_values({p, p + step_, p + 2 * step_, p + 3 * step_}, end_ - step_, values + step_);
   return values;
 }
 
@@ -85,8 +73,7 @@ Halves CubicRows::make_along(int y) {
   const unsigned char* row = source_.row(y);
   const std::int16_t* values = between_pixels(y);
   unsigned char* odd = halves_.get() + bytes_;
-  const int end = end_;
-  for (int i = step_; i < end; ++i) odd[i] = clamped(values[i]);
+  kernels->clamp(values + step_, end_ - step_, odd + step_);
   copy_ends(row, odd);
   return {row, odd};
 }
@@ -95,20 +82,37 @@ Halves CubicRows::make_between(int y) {
   const unsigned char* p[kTaps];
   const std::int16_t* h[kTaps];
   for (int t = 0; t < kTaps; ++t) {
-    p[t] = source_.row(y - 1 + t);
-    h[t] = between_pixels(y - 1 + t);
+    p[t] = source_.row(y - 1 + t) + step_;
+    h[t] = between_pixels(y - 1 + t) + step_;
   }
   unsigned char* even = halves_.get();
   unsigned char* odd = even + bytes_;
-  const int end = end_;
-  for (int i = step_; i < end; ++i) even[i] = clamped(kernel(p[0][i], p[1][i], p[2][i], p[3][i]));
-  for (int i = step_; i < end; ++i) odd[i] = clamped(kernel(h[0][i], h[1][i], h[2][i], h[3][i]));
-  copy_ends(p[1], even);
-  copy_ends(p[1], odd);
+  kernels->cubic_of_bytes(p, end_ - step_, even + step_);
+  kernels->cubic_of_values(h, end_ - step_, odd + step_);
+  copy_ends(source_.row(y), even);
+  copy_ends(source_.row(y), odd);
   return {even, odd};
 }
 
 }  // namespace
+
+void plain::cubic_values(const ByteTaps& p, int count, std::int16_t* result) {
+  for (int i = 0; i < count; ++i) {
+    result[i] = static_cast<std::int16_t>(cubic_midpoint(p[0][i], p[1][i], p[2][i], p[3][i]));
+  }
+}
+
+void plain::cubic_of_bytes(const ByteTaps& p, int count, unsigned char* result) {
+  for (int i = 0; i < count; ++i) result[i] = clamped(cubic_midpoint(p[0][i], p[1][i], p[2][i], p[3][i]));
+}
+
+void plain::cubic_of_values(const ValueTaps& h, int count, unsigned char* result) {
+  for (int i = 0; i < count; ++i) result[i] = clamped(cubic_midpoint(h[0][i], h[1][i], h[2][i], h[3][i]));
+}
+
+void plain::clamp(const std::int16_t* values, int count, unsigned char* result) {
+  for (int i = 0; i < count; ++i) result[i] = clamped(values[i]);
+}
 
 bool enlarge_bicubic(ConstPixels source, Pixels target, int channels) {
   if (source.empty()) return true;

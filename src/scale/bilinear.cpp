@@ -1,11 +1,10 @@
 #include "image/work_array.h"
 #include "scale/enlarge.h"
 #include "scale/interleave.h"
+#include "scale/kernels.h"
 
 namespace vantrel::scale {
 namespace {
-
-unsigned char mean(int a, int b) { return static_cast<unsigned char>((a + b + 1) >> 1); }
 
 /** Makes the target's rows. Behind the source's last row the last one is repeated, and so is each row's last pixel. */
 class LinearRows {
@@ -27,31 +26,22 @@ class LinearRows {
       means_along(row, odd);
       return {row, odd};
     }
-    means_across(row, next, even);
+    kernels->means(row, next, bytes_, even);
     means_of_four(row, next, odd);
     return {even, odd};
   }
 
  private:
   void means_along(const unsigned char* row, unsigned char* result) const {
-    const int step = step_;
-    const int inner = bytes_ - step;
-    for (int i = 0; i < inner; ++i) result[i] = mean(row[i], row[i + step]);
-    std::copy_n(row + inner, step, result + inner);
-  }
-
-  void means_across(const unsigned char* a, const unsigned char* b, unsigned char* result) const {
-    const int bytes = bytes_;
-    for (int i = 0; i < bytes; ++i) result[i] = mean(a[i], b[i]);
+    const int inner = bytes_ - step_;
+    kernels->means(row, row + step_, inner, result);
+    std::copy_n(row + inner, step_, result + inner);
   }
 
   void means_of_four(const unsigned char* a, const unsigned char* b, unsigned char* result) const {
-    const int step = step_;
-    const int inner = bytes_ - step;
-    for (int i = 0; i < inner; ++i) {
-      result[i] = static_cast<unsigned char>((a[i] + a[i + step] + b[i] + b[i + step] + 2) >> 2);
-    }
-    for (int i = inner; i < inner + step; ++i) result[i] = mean(a[i], b[i]);
+    const int inner = bytes_ - step_;
+    kernels->means_of_four(a, b, step_, inner, result);
+    kernels->means(a + inner, b + inner, step_, result + inner);
   }
 
   ConstPixels source_;
@@ -61,6 +51,16 @@ class LinearRows {
 };
 
 }  // namespace
+
+void plain::means(const unsigned char* a, const unsigned char* b, int count, unsigned char* result) {
+  for (int i = 0; i < count; ++i) result[i] = static_cast<unsigned char>((a[i] + b[i] + 1) / 2);
+}
+
+void plain::means_of_four(const unsigned char* a, const unsigned char* b, int step, int count, unsigned char* result) {
+  for (int i = 0; i < count; ++i) {
+    result[i] = static_cast<unsigned char>((a[i] + a[i + step] + b[i] + b[i + step] + 2) / 4);
+  }
+}
 
 bool enlarge_bilinear(ConstPixels source, Pixels target, int channels) {
   if (source.empty()) return true;

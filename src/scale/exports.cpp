@@ -92,7 +92,7 @@ bool create_enlarged(const BITMAPPTR& source, BITMAPPTR& out) {
   shape.height = 2 * shape.height;
   shape.x_pels_per_metre = doubled(shape.x_pels_per_metre);
   shape.y_pels_per_metre = doubled(shape.y_pels_per_metre);
-  return image::create(out, shape);
+  return image::create(out, shape, image::Paper::kUnwritten);
 }
 
 int enlarge(void** handle, BITMAPPTR* result, const Method& method) {

@@ -17,7 +17,7 @@ ROOMS = {
     "scale": {"geometry", "image"},
     "segment": {"geometry", "image"},
     "anywhere": {"geometry", "image"},
-    "kernels": {"image", "components", "lines", "autoclip", "cardcut", "segment"},
+    "kernels": {"image", "components", "lines", "autoclip", "cardcut", "scale", "segment"},
     "cards": {"geometry", "image", "autoclip", "lines", "cardcut", "scale", "segment", "anywhere"},
 }
 # What a room's doors may include beyond that: the records of another room's doors.
