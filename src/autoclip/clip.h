@@ -16,7 +16,7 @@ bool has_frame(int rows, int cols);
 /**
  * Maps the quadrilateral between the corners onto the frame of a picture of the scan's size: from (1, 1) to (w - 2,
  * h - 2), and written from the first column and the bottom row, so that the two rightmost columns and the two top rows
- * stay as they are.
+ * become white.
  *
  * @param channels bytes of a pixel in both.
  */

@@ -109,7 +109,7 @@ Corners scaled(const Corners& corners, int scale) {
 bool clip(const BITMAPPTR& scan, const Corners& corners, BITMAPPTR& out) {
   const image::Shape shape = image::shape_of(scan);
   const ConstPixels pixels = image::pixels_of(scan);
-  if (!has_frame(shape.height, shape.width) || !image::create(out, shape)) return false;
+  if (!has_frame(shape.height, shape.width) || !image::create(out, shape, image::Paper::kUnwritten)) return false;
   clip_onto_frame(pixels, image::pixels_of(out), shape.bit_count / 8, corners);
   return true;
 }

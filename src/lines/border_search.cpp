@@ -74,12 +74,12 @@ bool hugs_the_edge(const BorderScene& scene, const Peak& strongest, int L1, int 
 }  // namespace
 
 BorderSearch::BorderSearch(const BorderScene& scene, Direction direction, const AngleTables& tables,
-                           const HorizontalRules& rules)
+                           const HorizontalRules& rules, std::optional<Rect> area)
     : scene_(scene),
       direction_(direction),
       rules_(rules),
       votes_(rows_of(scene), cols_of(scene), direction == Direction::kAcrossRows ? kHorizontalAngles : kVerticalVotes,
-             tables) {}
+             tables, area) {}
 
 bool BorderSearch::background_beyond(int L) const {
   const int rows = rows_of(scene_);
@@ -159,7 +159,7 @@ Border BorderSearch::accept() const {
 Border find_border(const BorderScene& scene, const EdgeMaps& maps, const Rect& band, Direction direction,
                    const AngleTables& tables) {
   if (!maps.has_points(band, direction, kLeastPoints)) return {};
-  BorderSearch search(scene, direction, tables, kTiltedBorders);
+  BorderSearch search(scene, direction, tables, kTiltedBorders, band);
   if (!search.ready()) return {.complete = false};
   vote_band(maps, band, direction, search);
   return search.accept();

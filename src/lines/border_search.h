@@ -5,6 +5,7 @@
 #ifndef VANTREL_LINES_BORDER_SEARCH_H
 #define VANTREL_LINES_BORDER_SEARCH_H
 
+#include <optional>
 #include <span>
 
 #include "geometry/line.h"
@@ -64,8 +65,10 @@ class BorderSearch {
   /**
    * @param direction that of the points; one that makes no border finds nothing to object to, and settles nothing.
    * @param rules     for horizontal borders.
+   * @param area      where the points lie, if that is known.
    */
-  BorderSearch(const BorderScene& scene, Direction direction, const AngleTables& tables, const HorizontalRules& rules);
+  BorderSearch(const BorderScene& scene, Direction direction, const AngleTables& tables, const HorizontalRules& rules,
+               std::optional<geometry::Rect> area = std::nullopt);
 
   bool ready() const { return votes_.ready(); }
   void vote(std::span<const EdgePoint> centred_points) { votes_.vote(centred_points); }

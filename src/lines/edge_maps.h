@@ -45,7 +45,7 @@ void for_each_edge(image::ConstPixels edge, image::ConstPixels direction, const 
 /** The edge and direction maps of a gray image. Their rows are padded to whole 32-bit words, the padding no edge. */
 class EdgeMaps {
  public:
-  /** Allocates maps without an edge; check `ready` before use. */
+  /** Allocates maps that show nothing yet; check `ready` before use. */
   explicit EdgeMaps(image::ConstPixels gray);
 
   bool ready() const { return edge_.ready() && direction_.ready(); }
@@ -66,6 +66,8 @@ class EdgeMaps {
   image::ConstPixels edge() const { return {edge_.get(), gray_.rows, gray_.cols, stride_}; }
 
  private:
+  void clear_frame(image::WorkArray<unsigned char>& map, int none) const;
+
   image::ConstPixels gray_;
   std::ptrdiff_t stride_;
   image::WorkArray<unsigned char> edge_;

@@ -22,9 +22,15 @@ constexpr int kSameLineAngles = 2;
 double single_precision(double value) { return static_cast<double>(static_cast<float>(value)); }
 
 /** Columns lie a little further apart than they are long: powers of two would all meet in a few places of a cache. */
-std::size_t cell_stride(int longer_side) {
+std::size_t cell_stride(int distances) {
   constexpr std::size_t kApart = 17;
-  return std::size_t{2} * static_cast<std::size_t>(std::max(longer_side, 0)) + kApart;
+  return static_cast<std::size_t>(std::max(distances, 0)) + kApart;
+}
+
+/** The distances that an image can have. */
+geometry::Span all_distances(int longer_side) {
+  constexpr int kMost = std::numeric_limits<int>::max() / 2;
+  return {0, longer_side <= kMost ? 2 * longer_side : 0};
 }
 
 /** How many cells there are; for an image that has no accumulator, more than there can be memory for. */
@@ -38,7 +44,7 @@ std::size_t cell_count(int longer_side, std::size_t stride, const Angles& angles
 }  // namespace
 
 std::int64_t bytes_per_angle(int rows, int cols) {
-  return static_cast<std::int64_t>(cell_stride(std::max(rows, cols)) * sizeof(double));
+  return static_cast<std::int64_t>(cell_stride(all_distances(std::max(rows, cols)).size()) * sizeof(double));
 }
 
 DegreeTables::DegreeTables() {
@@ -72,20 +78,22 @@ double plain::largest(const double* values, int count) {
   return largest;
 }
 
-HoughAccumulator::HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables)
+HoughAccumulator::HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables,
+                                   std::optional<geometry::Rect> area)
     : centre_(rows, cols),
       voted_(voted),
       tables_(tables),
       zero_(std::max(rows, cols)),
-      stride_(cell_stride(zero_)),
-      cells_(cell_count(zero_, stride_, voted), image::Fill::kZero),
-      distances_(cells_.ready() ? 2 * zero_ : 0) {
+      distances_(all_distances(zero_)) {
   for (const AngleSpan& span : {voted.low, voted.high}) {
     for (int t = span.first; t <= span.last; ++t) {
       cos_[static_cast<std::size_t>(column(t))] = tables.cos[t];
       sin_[static_cast<std::size_t>(column(t))] = tables.sin[t];
     }
   }
+  if (area) distances_ = distances_within(*area);
+  stride_ = cell_stride(distances_.size());
+  cells_ = image::WorkArray<double>(cell_count(zero_, stride_, voted), image::Fill::kZero);
 }
 
 int HoughAccumulator::column(int angle) const {
@@ -93,36 +101,58 @@ int HoughAccumulator::column(int angle) const {
 }
 
 VoteSheet HoughAccumulator::sheet() {
-  return {cells_.get(), static_cast<std::ptrdiff_t>(stride_), distances_, zero_, cos_.data(), sin_.data(),
+  return {cells_.get(),      static_cast<std::ptrdiff_t>(stride_),
+          distances_.size(), zero_ - distances_.first,
+          cos_.data(),       sin_.data(),
           voted_.size()};
 }
 
 /**
- * Notes where these points vote; false when that is not all on the sheet. Rounding keeps order, so no point's distance
- * lies outside what the corners of their bounding box have.
+ * The distances of all lines through points of a box, and those next to them; none when there are some without cells.
+ * Rounding keeps order, so no point's distance lies outside what the corners have.
  */
+geometry::Span HoughAccumulator::distances_of(const PointBox& box) const {
+  geometry::Span reached;
+  for (std::size_t t = 0; t < static_cast<std::size_t>(voted_.size()); ++t) {
+    const double x[] = {box.col_min * cos_[t], box.col_max * cos_[t]};
+    const double y[] = {box.row_min * sin_[t], box.row_max * sin_[t]};
+    const double first = std::floor(std::min(x[0], x[1]) + std::min(y[0], y[1])) + zero_;
+    const double last = std::floor(std::max(x[0], x[1]) + std::max(y[0], y[1])) + zero_ + 1;
+    if (!(first >= distances_.first && last < distances_.end)) return {};
+    reached.first = reached.empty() ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
+    reached.end = std::max(reached.end, static_cast<int>(last) + 1);
+  }
+  return reached;
+}
+
+/** The distances that lines through the pixels of an area have; all where that is not known. */
+geometry::Span HoughAccumulator::distances_within(const geometry::Rect& area) const {
+  const auto [rows, cols] = area;
+  if (rows.empty() || cols.empty()) return distances_;
+  const auto from_centre = [](int place, int centre) { return static_cast<double>(place) - centre; };
+  const geometry::Span reached =
+      distances_of({from_centre(rows.first, centre_.row), from_centre(rows.last(), centre_.row),
+                    from_centre(cols.first, centre_.col), from_centre(cols.last(), centre_.col)});
+  return reached.empty() ? distances_ : reached;
+}
+
+/** Notes where these points vote; false when that is not all on the sheet. */
 bool HoughAccumulator::reach(std::span<const EdgePoint> centred_points) {
-  double row_min = HUGE_VAL, row_max = -HUGE_VAL, col_min = HUGE_VAL, col_max = -HUGE_VAL;
+  PointBox box{HUGE_VAL, -HUGE_VAL, HUGE_VAL, -HUGE_VAL};
   for (const EdgePoint& point : centred_points) {
     if (!can_vote(point)) return false;
     const double row = std::trunc(point.row);
     const double col = std::trunc(point.col);
-    row_min = std::min(row_min, row);
-    row_max = std::max(row_max, row);
-    col_min = std::min(col_min, col);
-    col_max = std::max(col_max, col);
+    box.row_min = std::min(box.row_min, row);
+    box.row_max = std::max(box.row_max, row);
+    box.col_min = std::min(box.col_min, col);
+    box.col_max = std::max(box.col_max, col);
   }
-  geometry::Span reached = reached_;
-  for (std::size_t t = 0; t < static_cast<std::size_t>(voted_.size()); ++t) {
-    const double x[] = {col_min * cos_[t], col_max * cos_[t]};
-    const double y[] = {row_min * sin_[t], row_max * sin_[t]};
-    const double first = std::floor(std::min(x[0], x[1]) + std::min(y[0], y[1])) + zero_;
-    const double last = std::floor(std::max(x[0], x[1]) + std::max(y[0], y[1])) + zero_ + 1;
-    if (!(first >= 0 && last < distances_)) return false;
-    reached.first = reached.empty() ? static_cast<int>(first) : std::min(reached.first, static_cast<int>(first));
-    reached.end = std::max(reached.end, static_cast<int>(last) + 1);
-  }
-  reached_ = reached;
+  const geometry::Span reached = distances_of(box);
+  if (reached.empty()) return false;
+  reached_ = reached_.empty()
+                 ? reached
+                 : geometry::Span{std::min(reached_.first, reached.first), std::max(reached_.end, reached.end)};
   return true;
 }
 
@@ -130,7 +160,7 @@ void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
   const auto count = static_cast<int>(centred_points.size());
   if (count == 0) return;
   if (reach(centred_points)) return kernels->vote(sheet(), centred_points.data(), count);
-  reached_ = {0, distances_};
+  reached_ = distances_;
   plain::vote(sheet(), centred_points.data(), count);
 }
 
@@ -138,9 +168,10 @@ void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
 void HoughAccumulator::look_in(int angle, geometry::Span distances, Peak& best) const {
   if (distances.empty()) return;
   const double* cells = cells_.get() + static_cast<std::size_t>(column(angle)) * stride_;
-  const double votes = kernels->largest(cells + distances.first, distances.size());
+  const double* first = cells + (distances.first - distances_.first);
+  const double votes = kernels->largest(first, distances.size());
   if (votes == 0 || votes < best.votes) return;
-  const auto nearest = static_cast<int>(std::find(cells + distances.first, cells + distances.end, votes) - cells);
+  const auto nearest = distances.first + static_cast<int>(std::find(first, first + distances.size(), votes) - first);
   if (votes > best.votes || nearest < best.distance) best = {nearest, angle, votes};
 }
 

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "geometry/hough.h"
@@ -62,11 +63,24 @@ struct Centre {
 /** What the cells of one angle take for an image of that size. */
 std::int64_t bytes_per_angle(int rows, int cols);
 
+/** Where points lie, relative to the centre; bounds included. */
+struct PointBox {
+  double row_min;
+  double row_max;
+  double col_min;
+  double col_max;
+};
+
 /** The votes of edge points for the lines of one image. */
 class HoughAccumulator {
  public:
-  /** Allocates cells for lines of these angles; check `ready` before use. */
-  HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables);
+  /**
+   * Allocates cells for lines of these angles; check `ready` before use.
+   *
+   * @param area the pixels that may vote, where those outside do not: then there are no cells but for their lines.
+   */
+  HoughAccumulator(int rows, int cols, const Angles& voted, const AngleTables& tables,
+                   std::optional<geometry::Rect> area = std::nullopt);
 
   bool ready() const { return cells_.ready(); }
 
@@ -86,6 +100,8 @@ class HoughAccumulator {
  private:
   int column(int angle) const;
   VoteSheet sheet();
+  geometry::Span distances_of(const PointBox& box) const;
+  geometry::Span distances_within(const geometry::Rect& area) const;
   bool reach(std::span<const EdgePoint> centred_points);
   void look_in(int angle, geometry::Span distances, Peak& best) const;
 
@@ -94,10 +110,10 @@ class HoughAccumulator {
   AngleTables tables_;
   std::array<double, kMostAngles> cos_; /**< of the voted angles, one after the other */
   std::array<double, kMostAngles> sin_;
-  int zero_; /**< the distance index of rho = 0 */
+  int zero_;                 /**< the distance index of rho = 0 */
+  geometry::Span distances_; /**< those that have cells */
   std::size_t stride_;
   image::WorkArray<double> cells_;
-  int distances_;          /**< how many there are */
   geometry::Span reached_; /**< where votes may lie */
 };
 

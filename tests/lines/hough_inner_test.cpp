@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "lines/hough.h"
@@ -83,6 +84,38 @@ TEST(HoughAccumulator, PassesOverTheNeighbourhoodOfAPeak) {
   const Peak second = votes.strongest({{0, 0}}, &first);
   EXPECT_EQ(second.distance, 110);
   EXPECT_EQ(second.votes, 1.0);
+}
+
+TEST(HoughAccumulator, HasTheSamePeaksWithCellsForThePointsOfAnAreaOnly) {
+  const DegreeTables tables;
+  constexpr int kRows = 61, kCols = 90;
+  const geometry::Rect areas[] = {
+      {{0, 7}, {0, kCols}}, {{54, kRows}, {0, kCols}}, {{0, kRows}, {80, kCols}}, {{3, 4}, {5, 6}}};
+  const Angles angles[] = {{{75, 104}}, {{0, 19}, {160, 179}}, kAll};
+  for (const geometry::Rect& area : areas) {
+    for (const Angles& voted : angles) {
+      HoughAccumulator all(kRows, kCols, voted, tables), some(kRows, kCols, voted, tables, area);
+      for (HoughAccumulator* votes : {&all, &some}) {
+        ASSERT_TRUE(votes->ready());
+        PointFeed feed(*votes, kRows, kCols);
+        for (int r = area.rows.first; r < area.rows.end; ++r) {
+          for (int c = area.cols.first; c < area.cols.end; ++c) {
+            const bool corner =
+                (r == area.rows.first || r == area.rows.last()) && (c == area.cols.first || c == area.cols.last());
+            if (corner || (r * 7 + c * c) % 5 == 0) feed.add({static_cast<float>(r), static_cast<float>(c)});
+          }
+        }
+      }
+      const Peak wanted = all.strongest(voted), found = some.strongest(voted);
+      const Peak second = all.strongest(voted, &wanted), second_found = some.strongest(voted, &found);
+      for (const auto& [a, b] : {std::pair(wanted, found), {second, second_found}}) {
+        EXPECT_EQ(a.distance, b.distance);
+        EXPECT_EQ(a.angle, b.angle);
+        EXPECT_EQ(a.votes, b.votes);
+        EXPECT_EQ(all.distance(a), some.distance(b));
+      }
+    }
+  }
 }
 
 TEST(HoughAccumulator, IgnoresPointsThatCannotBeOnTheImage) {
