@@ -65,22 +65,24 @@ template <class Found>
 void for_each_run_of_bytes(const unsigned char* bytes, int width, Found found) {
   std::uint64_t foreground[kLongestSide / 64 + 1];
   kernels->find_foreground(bytes, width, foreground);
-  std::uint64_t before = 0;  // the last bit of the word before
+  bool open = false;  // whether a run goes on behind the word before
   int start = 0;
   for (int column = 0; column < width; column += 64) {
     const std::uint64_t word = foreground[column / 64];
-    // A bit is set where a run begins or has just ended; the next one of the row then is the other of the two.
-    for (std::uint64_t change = word ^ (word << 1 | before); change != 0; change &= change - 1) {
-      const int at = column + std::countr_zero(change);
-      if ((word >> (at - column) & 1) != 0) {
-        start = at;
-      } else {
-        found(geometry::Span{start, at});
+    const std::uint64_t shifted = word << 1 | (open ? 1 : 0);
+    std::uint64_t starts = word & ~shifted;
+    for (std::uint64_t ends = shifted & ~word; ends != 0; ends &= ends - 1) {
+      if (!open) {
+        start = column + std::countr_zero(starts);
+        starts &= starts - 1;
       }
+      open = false;
+      found(geometry::Span{start, column + std::countr_zero(ends)});
     }
-    before = word >> 63;
+    if (starts != 0) start = column + std::countr_zero(starts);
+    open = word >> 63 != 0;
   }
-  if (before != 0) found(geometry::Span{start, width});
+  if (open) found(geometry::Span{start, width});
 }
 
 /** The runs of two neighbouring rows, and how far those of the row before have been looked at. */
@@ -102,9 +104,10 @@ struct RowRuns {
  * `add(run, name, owner, rows)` appends a run to the row, of a new component where the name is null.
  */
 template <class Run, class Store, class Names>
-bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store, Names names) {
+[[gnu::always_inline]] inline bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store, Names names) {
   decltype(names.of(*rows.previous)) name = nullptr;
-  auto& [previous, current, previous_count, previous_index, current_count] = rows;
+  auto& [previous, current, previous_count, kept_index, current_count] = rows;
+  unsigned short previous_index = kept_index;
   // Diagonal neighbours touch: a run of the row before may start one column behind this one's last, or end one before
   // its first.
   for (; previous_index < previous_count && run.end >= previous[previous_index].start; ++previous_index) {
@@ -128,6 +131,7 @@ bool add_run(geometry::Span run, int row, RowRuns<Run> rows, Store& store, Names
       break;
     }
   }
+  kept_index = previous_index;
 
   auto* owner = name == nullptr ? store.create(run, row) : names.owner(name);
   if (owner == nullptr) return false;
@@ -220,10 +224,10 @@ class RunBuffers {
     for (int row = 0; row < height; ++row) {
       unsigned short previous_index = 0;
       unsigned short current_count = 0;
+      const RowRuns<Run> rows{previous_, current_, previous_count_, previous_index, current_count};
       for_each_run(row, [&](geometry::Span run) {
         // A run for which there is no room is dropped.
-        add_run<Run>(run, row, {previous_, current_, previous_count_, previous_index, current_count}, store,
-                     LinkedNames());
+        add_run<Run>(run, row, rows, store, LinkedNames());
       });
       leave_previous(current_count);
       std::swap(previous_, current_);

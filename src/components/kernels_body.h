@@ -55,7 +55,11 @@ inline std::uint64_t zeros_of_64(const unsigned char* bytes) {
 void find_foreground(const unsigned char* bytes, int count, std::uint64_t* foreground) {
   const int whole = count / 64;
   for (int i = 0; i < whole; ++i) foreground[i] = zeros_of_64(bytes + 64 * i);
-  plain::find_foreground(bytes + 64 * whole, count - 64 * whole, foreground + whole);
+  const int rest = count - 64 * whole;
+  if (rest == 0) return;
+  // The last 64 bytes, of which some were seen before, make the last word.
+  if (whole == 0) return plain::find_foreground(bytes, rest, foreground);
+  foreground[whole] = zeros_of_64(bytes + count - 64) >> (64 - rest);
 }
 
 constexpr Kernels kKernels{find_foreground};
