@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -127,10 +128,11 @@ RowVotes::RowVotes(HoughAccumulator& accumulator, int row, geometry::AngleSpan a
   for (std::size_t k = 0; k < kAngles; ++k) row_part_[k] = static_cast<float>(row) * accumulator.sine_[k];
 }
 
-RowVotes::Distances RowVotes::distances_at(int column) const {
-  const auto x = static_cast<float>(column - accumulator_.centre_);
+RowVotes::Distances RowVotes::distances_at(float across) const {
   Distances distances;
-  for (std::size_t k = 0; k < kAngles; ++k) distances[k] = rounded_distance(x * accumulator_.cosine_[k] + row_part_[k]);
+  for (std::size_t k = 0; k < kAngles; ++k) {
+    distances[k] = rounded_distance(across * accumulator_.cosine_[k] + row_part_[k]);
+  }
   return distances;
 }
 
@@ -141,22 +143,35 @@ void RowVotes::count(int angle, int distance, int votes) {
 
 /**
  * Rounding keeps the order of what it rounds, so where the first and the last column have one distance, those between
- * have it too. At these angles neighbours mostly do.
+ * have it too, and where these are neighbours, each column has one of the two. At these angles that is mostly so.
  */
 void RowVotes::count_all() {
   if (waiting_ == 0) return;
-  const auto columns = std::span(columns_).first(std::exchange(waiting_, 0));
-  const Distances first = distances_at(columns.front());
-  const Distances last = distances_at(columns.back());
+  const std::size_t waiting = std::exchange(waiting_, 0);
+  std::array<float, kMostWaiting> across;
+  for (std::size_t i = 0; i < across.size(); ++i) {
+    // Where fewer wait, the last stands in for the others.
+    across[i] = static_cast<float>(columns_[std::min(i, waiting - 1)] - accumulator_.centre_);
+  }
+  const Distances first = distances_at(across.front());
+  const Distances last = distances_at(across.back());
   for (int k = angles_.first; k <= angles_.last; ++k) {
     const auto at = static_cast<std::size_t>(k);
     if (first[at] == last[at]) {
-      count(k, first[at], static_cast<int>(columns.size()));
+      count(k, first[at], static_cast<int>(waiting));
       continue;
     }
-    for (const int column : columns) {
-      const auto x = static_cast<float>(column - accumulator_.centre_);
-      count(k, rounded_distance(x * accumulator_.cosine_[at] + row_part_[at]), 1);
+    std::array<int, kMostWaiting> distances;
+    for (std::size_t i = 0; i < across.size(); ++i) {
+      distances[i] = rounded_distance(across[i] * accumulator_.cosine_[at] + row_part_[at]);
+    }
+    if (std::abs(first[at] - last[at]) == 1) {
+      int nearer = 0;
+      for (const int distance : distances) nearer += distance == first[at] ? 1 : 0;
+      count(k, first[at], nearer);
+      count(k, last[at], static_cast<int>(waiting) - nearer);
+    } else {
+      for (std::size_t i = 0; i < waiting; ++i) count(k, distances[i], 1);
     }
   }
 }

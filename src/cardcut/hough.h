@@ -113,15 +113,16 @@ class RowVotes {
 
  private:
   using Distances = std::array<int, kAngles>;
+  static constexpr std::size_t kMostWaiting = 8;
 
-  Distances distances_at(int column) const;
+  Distances distances_at(float across) const;
   void count(int angle, int distance, int votes);
   void count_all();
 
   HoughAccumulator& accumulator_;
   geometry::AngleSpan angles_;
-  std::array<float, kAngles> row_part_;  // what the row adds to the distances
-  std::array<int, 8> columns_;           // that wait to be counted
+  std::array<float, kAngles> row_part_;    // what the row adds to the distances
+  std::array<int, kMostWaiting> columns_;  // that wait to be counted
   std::size_t waiting_ = 0;
 };
 
