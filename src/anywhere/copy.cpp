@@ -9,7 +9,22 @@ namespace {
 
 using image::WorkArray;
 
-constexpr int divide_rounded(int value, int by) { return (value >= 0 ? value + by / 2 : value - by / 2) / by; }
+/**
+ * Divides whole numbers by one that stays the same, rounding halves away from 0. With half of a unit more the quotient
+ * is never near a whole number: its distance is half of 1 / `by` at least, and what a product of doubles lacks is far
+ * less for values of 31 bits.
+ */
+class RoundedDivision {
+ public:
+  explicit RoundedDivision(int by) : up_(by / 2 + 0.5), reciprocal_(1.0 / by) {}
+  int operator()(int value) const {
+    return static_cast<int>((value + (value < 0 ? -up_ : up_)) * reciprocal_);
+  }
+
+ private:
+  double up_;
+  double reciprocal_;
+};
 
 /** Adds rows of bytes up, so that reading a large scan is one sweep that vectorises. */
 class ColumnSums {
@@ -37,16 +52,16 @@ struct Sums {
   int red = 0;
 };
 
-/** Writes one pixel of the copy from the sums over `count` pixels. */
-void put(Copy& copy, std::size_t at, const Sums& sums, int count) {
+/** Writes one pixel of the copy from the sums over as many pixels as `mean` divides by. */
+void put(Copy& copy, std::size_t at, const Sums& sums, const RoundedDivision& mean) {
   const PlaneSums planes = plane_sums(sums.blue, sums.green, sums.red);
-  const auto mean = [&](Plane plane, int sum) {
-    return static_cast<std::int16_t>(divide_rounded(sum * (kLevel / kPlaneParts[plane]), count));
+  const auto level = [&](Plane plane, int sum) {
+    return static_cast<std::int16_t>(mean(sum * (kLevel / kPlaneParts[plane])));
   };
-  copy.planes[kLight][at] = mean(kLight, planes.light);
+  copy.planes[kLight][at] = level(kLight, planes.light);
   if (copy.plane_count == 1) return;
-  copy.planes[kRedGreen][at] = mean(kRedGreen, planes.red_green);
-  copy.planes[kBlueYellow][at] = mean(kBlueYellow, planes.blue_yellow);
+  copy.planes[kRedGreen][at] = level(kRedGreen, planes.red_green);
+  copy.planes[kBlueYellow][at] = level(kBlueYellow, planes.blue_yellow);
 }
 
 template <class Pixels>
@@ -65,44 +80,73 @@ bool reduce_bytes(const image::ConstPixels& scan, Copy& copy) {
   const auto bytes = static_cast<std::size_t>(copy.cols) * static_cast<std::size_t>(copy.factor * Pixels::kBytes);
   ColumnSums columns(bytes);
   if (!columns.ready()) return false;
+  const RoundedDivision mean(copy.factor * copy.factor);
   std::size_t at = 0;
   for (int row = 0; row < copy.rows; ++row) {
     columns.clear();
     for (int i = 0; i < copy.factor; ++i) columns.add(scan.row(row * copy.factor + i));
     const std::uint16_t* column = columns.get();
     for (int col = 0; col < copy.cols; ++col, column += copy.factor * Pixels::kBytes)
-      put(copy, at++, block_sums<Pixels>(column, copy.factor), copy.factor * copy.factor);
+      put(copy, at++, block_sums<Pixels>(column, copy.factor), mean);
   }
   return true;
 }
 
 bool reduce_bits(const image::ConstPixels& scan, Copy& copy) {
+  const RoundedDivision mean(copy.factor * copy.factor);
   std::size_t at = 0;
   for (int row = 0; row < copy.rows; ++row) {
     for (int col = 0; col < copy.cols; ++col) {
       int sum = 0;
       for (int r = row * copy.factor; r < (row + 1) * copy.factor; ++r)
         for (int c = col * copy.factor; c < (col + 1) * copy.factor; ++c) sum += BilevelPixels::level(scan.row(r), c);
-      put(copy, at++, {sum, sum, sum}, copy.factor * copy.factor);
+      put(copy, at++, {sum, sum, sum}, mean);
     }
   }
   return true;
 }
 
-/** [1 2 1] / 4 along a line of values `step` apart, in place; the outermost values are repeated. */
-void smooth_line(std::int16_t* value, int count, int step) {
-  int before = *value;
-  for (int i = 0; i < count; ++i, value += step) {
-    const int here = *value;
-    const int after = i + 1 < count ? value[step] : here;
-    *value = static_cast<std::int16_t>((before + 2 * here + after + 2) >> 2);
-    before = here;
+/** [1 2 1] / 4 of three values. */
+constexpr std::int16_t smoothed(int before, int here, int after) {
+  return static_cast<std::int16_t>((before + 2 * here + after + 2) >> 2);
+}
+
+/** Values that are smoothed at once; they are kept as they were, for those that follow. */
+constexpr int kSpan = 64;
+
+/** Smooths along a row, in place; the outermost values are repeated. */
+void smooth_row(std::int16_t* row, int cols) {
+  std::array<std::int16_t, kSpan + 2> kept;
+  kept[0] = row[0];
+  for (int from = 0; from < cols; from += kSpan) {
+    const int count = std::min(kSpan, cols - from);
+    std::int16_t* values = row + from;
+    std::copy_n(values, count, kept.data() + 1);
+    kept[static_cast<std::size_t>(count) + 1] = values[from + count < cols ? count : count - 1];
+    const std::int16_t* before = kept.data();
+    for (int i = 0; i < count; ++i) values[i] = smoothed(before[i], before[i + 1], before[i + 2]);
+    kept[0] = kept[static_cast<std::size_t>(count)];
+  }
+}
+
+/** Smooths down some columns, at most kSpan. */
+void smooth_columns(Copy& copy, std::int16_t* top, int count) {
+  std::array<std::int16_t, kSpan> before;
+  std::copy_n(top, count, before.data());
+  for (int row = 0; row < copy.rows; ++row) {
+    std::int16_t* here = top + copy.index(row, 0);
+    const std::int16_t* after = row + 1 < copy.rows ? here + copy.cols : here;
+    for (int i = 0; i < count; ++i) {
+      const std::int16_t kept = here[i];
+      here[i] = smoothed(before[static_cast<std::size_t>(i)], kept, after[i]);
+      before[static_cast<std::size_t>(i)] = kept;
+    }
   }
 }
 
 void smooth(Copy& copy, std::int16_t* plane) {
-  for (int row = 0; row < copy.rows; ++row) smooth_line(plane + copy.index(row, 0), copy.cols, 1);
-  for (int col = 0; col < copy.cols; ++col) smooth_line(plane + col, copy.rows, copy.cols);
+  for (int row = 0; row < copy.rows; ++row) smooth_row(plane + copy.index(row, 0), copy.cols);
+  for (int col = 0; col < copy.cols; col += kSpan) smooth_columns(copy, plane + col, std::min(kSpan, copy.cols - col));
 }
 
 Copy make_copy(int factor, int rows, int cols, std::size_t plane_count) {
