@@ -17,9 +17,7 @@ using image::WorkArray;
 class RoundedDivision {
  public:
   explicit RoundedDivision(int by) : up_(by / 2 + 0.5), reciprocal_(1.0 / by) {}
-  int operator()(int value) const {
-    return static_cast<int>((value + (value < 0 ? -up_ : up_)) * reciprocal_);
-  }
+  int operator()(int value) const { return static_cast<int>((value + (value < 0 ? -up_ : up_)) * reciprocal_); }
 
  private:
   double up_;

@@ -20,32 +20,41 @@ constexpr int kMostStripe = 6 * kLevel;
 
 using Parts = std::array<int, kParts>;
 
+/** Values of a part; the last is there for whole vectors, and the same as the one before it. */
+using Values = std::array<std::int16_t, kSamples + 1>;
+
 /**
  * The middle one of the values in order: the least that more than half of them do not exceed. It is closed in on by
- * counting, which takes no turns that depend on the values.
+ * counting, which takes no turns that depend on the values. The last counts twice, on the side where it is.
  */
-std::int16_t median(const std::array<std::int16_t, kSamples>& values) {
-  const auto [first, last] = std::minmax_element(values.begin(), values.end());
-  int least = *first, most = *last;
+std::int16_t median(const Values& values) {
+  std::int16_t least = values[0], most = values[0];
+  for (const std::int16_t value : values) least = std::min(least, value);
+  for (const std::int16_t value : values) most = std::max(most, value);
+  const std::int16_t doubled = values[kSamples];
   while (least < most) {
-    const int middle = least + (most - least) / 2;
-    const auto limit = static_cast<std::int16_t>(middle);
+    const auto middle = static_cast<std::int16_t>(least + (most - least) / 2);
     std::int16_t within = 0;
-    for (const std::int16_t value : values) within = static_cast<std::int16_t>(within + (value <= limit ? 1 : 0));
-    (within > kSamples / 2 ? most : least) = within > kSamples / 2 ? middle : middle + 1;
+    for (const std::int16_t value : values) within = static_cast<std::int16_t>(within + (value <= middle ? 1 : 0));
+    if (within - (doubled <= middle ? 1 : 0) > kSamples / 2) {
+      most = middle;
+    } else {
+      least = static_cast<std::int16_t>(middle + 1);
+    }
   }
-  return static_cast<std::int16_t>(least);
+  return least;
 }
 
 /** The median of the places of each part of a line. */
 Parts medians(const Lattice& plane, int line) {
   Parts result{};
   for (int part = 0; part < kParts; ++part) {
-    std::array<std::int16_t, kSamples> values{};
+    Values values{};
     for (int i = 0; i < kSamples; ++i) {
       const int place = (part * kSamples + i) * (plane.places - 1) / (kParts * kSamples - 1);
       values[static_cast<std::size_t>(i)] = plane.at(line, place);
     }
+    values[kSamples] = values[kSamples - 1];
     result[static_cast<std::size_t>(part)] = median(values);
   }
   return result;
