@@ -27,7 +27,8 @@ void insert_behind(std::vector<int>& siblings, int previous, int node) {
 
 }  // namespace
 
-ListModel::ListModel(int initial, int step) : free_(descending(0, initial)), prepared_(initial), step_(step) {}
+ListModel::ListModel(int initial, int step)
+    : pool_(static_cast<std::size_t>(initial)), free_(descending(0, initial)), prepared_(initial), step_(step) {}
 
 int ListModel::request(MYRECT rect, int type) {
   if (free_.empty()) {
@@ -38,6 +39,7 @@ int ListModel::request(MYRECT rect, int type) {
     const int count = std::min(kPool - prepared_, step_);
     free_ = descending(prepared_, count);
     prepared_ += count;
+    pool_.resize(static_cast<std::size_t>(prepared_));
     support::tally::count("list: grown");
   }
   const int taken = free_.back();

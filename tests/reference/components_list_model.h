@@ -5,6 +5,7 @@
 #ifndef VANTREL_TESTS_REFERENCE_COMPONENTS_LIST_MODEL_H
 #define VANTREL_TESTS_REFERENCE_COMPONENTS_LIST_MODEL_H
 
+#include <deque>
 #include <vector>
 
 #include "components/exports.h"
@@ -54,7 +55,7 @@ class ListModel {
   void unlink(int node);
   void widen(int parent, const MYRECT& rect);
 
-  std::vector<ModelNode> pool_ = std::vector<ModelNode>(10000);
+  std::deque<ModelNode> pool_; /**< as many as are prepared */
   std::vector<int> groups_;
   std::vector<int> free_; /**< the next one to be handed out comes last */
   int prepared_ = 0;
