@@ -139,7 +139,8 @@ void pictures_of(Random& random, const vantrel_image& image) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   Random random(data, size);
-  const bool finds = random.one_in(2);
+  // A search takes as long as twenty pictures.
+  const bool finds = random.one_in(10);
   Memory memory = any_memory(random);
   const std::vector<unsigned char> before = memory.bytes();
   vantrel_image image = memory.image(any_double(random, 0, 1300));

@@ -1,0 +1,210 @@
+// Every form of every kernel that runs here against the plain one. Rows end with their last byte, so that the address
+// sanitizer sees what is read or written behind them.
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "fuzz/check.h"
+#include "kernels/form.h"
+#include "lines/hough.h"
+#include "support/random.h"
+
+namespace {
+
+using support::Random;
+using vantrel::image::ConstPixels;
+using vantrel::kernels::Form;
+using vantrel::kernels::kPlain;
+using Bytes = std::vector<unsigned char>;
+
+/** Calls `check` with every other form that runs here. */
+template <class Check>
+void for_each_other_form(Check check) {
+  for (const Form* form : vantrel::kernels::forms()) {
+    if (form != &kPlain && form->runs_here()) check(*form);
+  }
+}
+
+/** Noise, one level, two levels, or what the input says byte by byte. */
+void fill(Bytes& bytes, Random& random) {
+  const int kind = random.pick(0, 3);
+  const unsigned char one = random.byte();
+  const unsigned char other = random.byte();
+  std::uint32_t bits = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i, bits >>= 8) {
+    if (i % 4 == 0) bits = kind == 0 ? bits * 2654435761u + one + 1 : random.bits();
+    const auto noise = static_cast<unsigned char>(bits);
+    bytes[i] = kind == 1 ? one : kind == 2 ? (noise & 1 ? one : other) : noise;
+  }
+}
+
+Bytes any_bytes(Random& random, std::size_t count) {
+  Bytes bytes(count);
+  fill(bytes, random);
+  return bytes;
+}
+
+int any_length(Random& random) { return random.one_in(8) ? random.pick(0, 700) : random.pick(0, 140); }
+std::size_t size_of(int count) { return static_cast<std::size_t>(count); }
+
+void gray_row(Random& random) {
+  const int count = any_length(random);
+  const Bytes pixels = any_bytes(random, 3 * size_of(count));
+  const auto run = [&](const Form& form) {
+    Bytes levels(size_of(count));
+    form.image.gray_row(pixels.data(), levels.data(), count);
+    return levels;
+  };
+  const Bytes wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+}
+
+void any_far(Random& random) {
+  const int count = random.pick(0, vantrel::cardcut::kMostCompared);
+  const Bytes a = any_bytes(random, size_of(count));
+  Bytes b = a;
+  if (random.one_in(3)) {
+    fill(b, random);
+  } else {
+    for (int i = random.pick(0, 5); i > 0 && count > 0; --i) b[size_of(random.pick(0, count - 1))] = random.byte();
+  }
+  const int least = random.one_in(3) ? random.pick(1, 21609) : random.pick(1, 1500);
+  const bool wanted = kPlain.cardcut.any_far(a.data(), b.data(), count, least);
+  for_each_other_form(
+      [&](const Form& form) { FUZZ_CHECK(form.cardcut.any_far(a.data(), b.data(), count, least) == wanted); });
+}
+
+void find_foreground(Random& random) {
+  const int count = any_length(random);
+  Bytes bytes = any_bytes(random, size_of(count));
+  for (int i = random.pick(0, 9); i > 0 && count > 0; --i) bytes[size_of(random.pick(0, count - 1))] = 0;
+  const auto run = [&](const Form& form) {
+    std::vector<std::uint64_t> words(size_of((count + 63) / 64), ~std::uint64_t{0});
+    form.components.find_foreground(bytes.data(), count, words.data());
+    return words;
+  };
+  const std::vector<std::uint64_t> wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+}
+
+void mark_row(Random& random) {
+  const int cols = random.pick(2, 150);
+  const Bytes before = any_bytes(random, size_of(cols));
+  const Bytes here = any_bytes(random, size_of(cols));
+  const Bytes after = any_bytes(random, size_of(cols));
+  const int from = random.pick(1, cols - 1);
+  const int to = random.pick(from, cols - 1);
+  Bytes wanted_edge(size_of(cols), 9), wanted_direction(size_of(cols), 9);
+  const vantrel::lines::RowTriple rows{before.data(), here.data(), after.data()};
+  kPlain.lines.mark_row(rows, wanted_edge.data(), wanted_direction.data(), from, to);
+  for_each_other_form([&](const Form& form) {
+    Bytes edge(size_of(cols), 9), direction(size_of(cols), 9);
+    form.lines.mark_row(rows, edge.data(), direction.data(), from, to);
+    FUZZ_CHECK(edge == wanted_edge && direction == wanted_direction);
+  });
+}
+
+void vote(Random& random) {
+  static const vantrel::lines::DegreeTables tables;
+  // A smaller sheet has no room for all votes.
+  const int side = random.pick(3, 60);
+  const int angles = random.pick(1, random.one_in(4) ? vantrel::lines::kMostAngles : 20);
+  const int first = random.pick(0, vantrel::lines::kMostAngles - angles);
+  const int stride = 2 * side + random.pick(1, 9);
+  std::vector<vantrel::lines::EdgePoint> points;
+  for (int i = random.pick(0, 60); i > 0; --i) {
+    // Within half a side of the centre, so that all votes fall on the sheet.
+    const auto row = static_cast<float>(random.pick(-side, side)) / 2;
+    points.push_back({row, static_cast<float>(random.pick(-side, side)) / 2});
+  }
+  const auto run = [&](const Form& form) {
+    std::vector<double> cells(size_of(angles * stride));
+    const vantrel::lines::VoteSheet sheet{cells.data(),       stride, 2 * side, side, tables.cos + first,
+                                          tables.sin + first, angles};
+    form.lines.vote(sheet, points.data(), static_cast<int>(points.size()));
+    return cells;
+  };
+  const std::vector<double> wanted = run(kPlain);
+  const double largest = kPlain.lines.largest(wanted.data(), static_cast<int>(wanted.size()));
+  for_each_other_form([&](const Form& form) {
+    const std::vector<double> cells = run(form);
+    FUZZ_CHECK(std::memcmp(cells.data(), wanted.data(), cells.size() * sizeof cells[0]) == 0);
+    FUZZ_CHECK(form.lines.largest(cells.data(), static_cast<int>(cells.size())) == largest);
+  });
+}
+
+void count_below(Random& random) {
+  const int count = random.one_in(20) ? random.pick(0, 20000) : any_length(random);
+  const Bytes bytes = any_bytes(random, size_of(count));
+  const unsigned char level = random.byte();
+  const int wanted = kPlain.lines.count_below(bytes.data(), count, level);
+  for_each_other_form(
+      [&](const Form& form) { FUZZ_CHECK(form.lines.count_below(bytes.data(), count, level) == wanted); });
+}
+
+void mark_dark(Random& random) {
+  const int count = any_length(random);
+  const Bytes levels = any_bytes(random, size_of(count));
+  // Sums of up to 65536 bytes each, as the means of a window.
+  std::vector<int> sums(size_of(count)), before(size_of(count));
+  const int most = random.one_in(2) ? 255 * 64 : 255 * 1024;
+  for (std::vector<int>* row : {&sums, &before}) {
+    for (int& sum : *row) sum = random.pick(0, most);
+  }
+  const auto run = [&](const Form& form) {
+    Bytes row = levels;
+    form.segment.mark_dark(row.data(), sums.data(), before.data(), count);
+    return row;
+  };
+  const Bytes wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+}
+
+/** A coefficient near that one, or one that is odd. */
+double any_coefficient(Random& random, double near, double spread) {
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  constexpr std::array kOdd = {0.0, -0.0, 1e-300, 1e300, -1e9, 2147483648.0, 1e38, 1e-10, -0.3, kInfinite, -kInfinite};
+  if (random.one_in(24)) return random.one_in(6) ? std::nan("") : kOdd[random.bits() % kOdd.size()];
+  return near + random.real(-spread, spread);
+}
+
+void warp(Random& random) {
+  const int channels = std::array{1, 3, 4}[random.bits() % 3];
+  const int rows = random.pick(1, 12);
+  const int cols = random.pick(1, 40);
+  const std::ptrdiff_t stride = cols * channels + random.pick(0, 3);
+  const Bytes pixels = any_bytes(random, static_cast<std::size_t>(stride * (rows - 1) + cols * channels));
+  ConstPixels source{pixels.data(), rows, cols, stride};
+  if (random.one_in(3)) source = source.upside_down();
+  std::array<double, 8> mapping{};
+  const std::array near = {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0};
+  const std::array spread = {1.2, 0.5, 40.0, 0.3, 1.2, 12.0, 0.02, 0.02};
+  for (std::size_t i = 0; i < 8; ++i) mapping.at(i) = any_coefficient(random, near.at(i), spread.at(i));
+  const float first = random.one_in(2) ? 0.0f : -std::numeric_limits<float>::infinity();
+  const int count = any_length(random);
+  const int x = random.pick(-20, 40);
+  const int y = random.pick(-10, 20);
+  const auto run = [&](const Form& form) {
+    Bytes target(size_of(count * channels), 99);
+    const auto& kernels = form.autoclip;
+    const auto kernel = channels == 1 ? kernels.warp_1 : channels == 3 ? kernels.warp_3 : kernels.warp_4;
+    kernel({source, first}, {mapping.data(), x, y, count, target.data()});
+    return target;
+  };
+  const Bytes wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  constexpr std::array kKernels = {gray_row, any_far,     find_foreground, mark_row, vote,
+                                   warp,     count_below, mark_dark,       warp};
+  Random random(data, size);
+  kKernels[random.bits() % kKernels.size()](random);
+  return 0;
+}
