@@ -25,6 +25,25 @@
  * An image whose sides are negative, or whose row or pixel block does not fit in 2^31 - 1 bytes, cannot be made: it
  * is a failed allocation.
  *
+ * ## Work and memory
+ *
+ * Both are bounded by the size of an image, whatever it shows: every entry ends. For each pixel of its input an entry
+ * takes at most so many steps (basic blocks of the code without vectors, which take about a nanosecond each) and holds
+ * at most so many bytes, its result included:
+ *
+ * | entry                                                        | steps | bytes |
+ * | ------------------------------------------------------------ | ----- | ----- |
+ * | AutoClipRedundantImg, vantrel_auto_clip, vantrel_find_corners | 180   | 5     |
+ * | AutoDetectCorner, vantrel_find_gradient_corners              | 800   | 12    |
+ * | AutoClipRedundantImg_ORVA, AutoClipImg_Rect_ORVA             | 20    | 4     |
+ * | BiLinear, BiCubic                                            | 30    | 12    |
+ * | CutRectImage, for each pixel of the rectangle                | 5     | 4     |
+ * | CardSeg, ClipImg                                             | 2     | 2     |
+ *
+ * Besides, the first two hold up to 600 bytes for each pixel of the longer side, the third up to 40, and each up to a
+ * megabyte, that an image is searched at all. The gradient search needs its 800 only where a side is above 32767; else
+ * it needs 180. Where a second, larger image is cut, its pixels count.
+ *
  * ## Threads
  *
  * The library keeps no state between calls, starts no threads and takes no locks. All functions may be called from

@@ -1,6 +1,8 @@
 /**
  * @file exports.h
  * @brief Doors: image blocks made, copied and converted. (CutRectImage and FreeCardImg are declared in vantrel.h.)
+ *
+ * Time and memory are in proportion to the block that is made or read.
  */
 #ifndef VANTREL_IMAGE_EXPORTS_H
 #define VANTREL_IMAGE_EXPORTS_H

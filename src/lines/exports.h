@@ -8,6 +8,11 @@
  *
  * `line` is the line node of a block list whose children are the components of the edge map. In the tests L is the
  * candidate's memory row (sides 0 and 1) or column (sides 2 and 3); they only read.
+ *
+ * Marking and classifying take time in proportion to the area, a search in proportion to the points, the angles it
+ * tries (180 at most) and the cells it votes for (two for each angle and each pixel of the longer side), a test in
+ * proportion to the components or to the rows and columns it looks at. None takes memory but the cells and a number for
+ * each row.
  */
 #ifndef VANTREL_LINES_EXPORTS_H
 #define VANTREL_LINES_EXPORTS_H

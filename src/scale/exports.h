@@ -5,6 +5,8 @@
  * Both fill an existing image of twice the source's height and twice its width rounded up to a multiple of 4, of the
  * source's depth (24 bits, or anything else as one byte a pixel), as one stream of bytes. The source's width and height
  * are taken as signed 16-bit values. Distinct images may be resampled at the same time.
+ *
+ * Time is in proportion to the pixels made, memory to a row of them.
  */
 #ifndef VANTREL_SCALE_EXPORTS_H
 #define VANTREL_SCALE_EXPORTS_H

@@ -1,6 +1,9 @@
 /**
  * @file exports.h
  * @brief Doors: reduced gray copies by subsampling, and running-mean binarisation. (CardSeg is declared in vantrel.h.)
+ *
+ * Time is in proportion to the pixels that are made or binarised; besides the results there are eight numbers for each
+ * column.
  */
 #ifndef VANTREL_SEGMENT_EXPORTS_H
 #define VANTREL_SEGMENT_EXPORTS_H
