@@ -40,7 +40,7 @@ class Task {
     if (!job_.conflict.empty()) throw Failure(job_.conflict);
     const std::unique_ptr<OutputFile> overlay = open(job_.overlay);
     const std::unique_ptr<OutputFile> output = naming_ == Naming::kOneFile ? open(job_.output) : nullptr;
-    Scan scan = decode_image(read_file(job_.input), options_.page, options_.most_megapixels);
+    Scan scan = decode_image(read_file(job_.input, options_.limits.megabytes), options_.page, options_.limits);
     if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
     report_.scan.emplace(scan.image);
@@ -82,24 +82,31 @@ class Task {
   void write_overlay(const Scan& scan, const Finding& finding, OutputFile& file) {
     Canvas canvas(scan.image);
     if (finding.draw) finding.draw(canvas);
-    file.commit(encode_image(canvas.picture(), format_for(job_.overlay)));
+    Encoding quick = options_.encoding;
+    quick.quick = true;
+    file.commit(encode_image(canvas.picture(), format_for(job_.overlay), scan.metadata, quick));
     report_.overlay = job_.overlay;
   }
 
-  void write_picture(const Bitmap& picture, const std::string& path, OutputFile& file) {
-    file.commit(encode_image(picture, format_for(path)));
+  void tell_of_reduction(const Scan& scan) {
+    if (scan.reduced && report_.outputs.empty()) report_.message += ", its samples reduced to 8 bits";
+  }
+
+  void write_picture(const Scan& scan, const Bitmap& picture, const std::string& path, OutputFile& file) {
+    file.commit(encode_image(picture, format_for(path), scan.metadata, options_.encoding));
+    tell_of_reduction(scan);
     report_.outputs.push_back({path, PictureInfo(picture)});
   }
 
-  void write_pictures(const Scan&, const std::vector<Bitmap>& pictures, OutputFile* file) {
+  void write_pictures(const Scan& scan, const std::vector<Bitmap>& pictures, OutputFile* file) {
     if (naming_ == Naming::kOneFile) {
-      if (file != nullptr) write_picture(pictures.front(), job_.output, *file);
+      if (file != nullptr) write_picture(scan, pictures.front(), job_.output, *file);
       return;
     }
     int number = 0;
     for (const Bitmap& picture : pictures) {
       const std::string path = number_path(job_.output, ++number);
-      write_picture(picture, path, *open(path));
+      write_picture(scan, picture, path, *open(path));
     }
   }
 
@@ -107,7 +114,8 @@ class Task {
   void write_untouched(const Scan& scan, OutputFile& file) {
     const Format format = format_for(job_.output);
     const bool as_it_is = format == scan.format && scan.pages == 1 && options_.dpi == 0;
-    file.commit(as_it_is ? scan.file : encode_image(scan.image, format));
+    if (!as_it_is) tell_of_reduction(scan);
+    file.commit(as_it_is ? scan.file : encode_image(scan.image, format, scan.metadata, options_.encoding));
     report_.outputs.push_back({job_.output, PictureInfo(scan.image)});
   }
 

@@ -1,177 +1,124 @@
 #include "bitmap.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <limits>
 #include <new>
-
-#include "memory.h"
+#include <utility>
 
 namespace tool {
 namespace {
 
-constexpr l_uint32 kWhite = 0xffffff00;
+/** Where the pixels of an upright picture come from: of which place, and how far along for the next column and row. */
+struct Walk {
+  int x, y;
+  int right_x, right_y;
+  int down_x, down_y;
+};
 
-/** Lays colours that are multiplied with their opacity on white: what the opacity lacks is white. */
-PixPtr on_white_premultiplied(PixPtr pix) {
-  for (int y = 0; y < pixGetHeight(pix.get()); ++y) {
-    l_uint32* words = pixGetData(pix.get()) + std::ptrdiff_t{pixGetWpl(pix.get())} * y;
-    for (int x = 0; x < pixGetWidth(pix.get()); ++x) {
-      const l_uint32 lacking = 255 - (words[x] >> L_ALPHA_SHIFT & 0xff);
-      l_uint32 blended = 0;
-      for (const int shift : {L_RED_SHIFT, L_GREEN_SHIFT, L_BLUE_SHIFT}) {
-        blended |= std::min(l_uint32{255}, (words[x] >> shift & 0xff) + lacking) << shift;
-      }
-      words[x] = blended;
+/** Indexed by EXIF's numbers; whether width and height change places follows from `right_y`. */
+Walk walk_for(int orientation, int width, int height) {
+  const int r = width - 1;
+  const int b = height - 1;
+  const std::array<Walk, 9> walks = {{{0, 0, 1, 0, 0, 1},
+                                      {0, 0, 1, 0, 0, 1},
+                                      {r, 0, -1, 0, 0, 1},
+                                      {r, b, -1, 0, 0, -1},
+                                      {0, b, 1, 0, 0, -1},
+                                      {0, 0, 0, 1, 1, 0},
+                                      {0, b, 0, -1, 1, 0},
+                                      {r, b, 0, -1, -1, 0},
+                                      {r, 0, 0, 1, -1, 0}}};
+  return walks[static_cast<std::size_t>(orientation)];
+}
+
+bool bit(const unsigned char* row, int x) { return (row[x / 8] >> (7 - x % 8) & 1) != 0; }
+
+void set_bit(unsigned char* row, int x) { row[x / 8] |= static_cast<unsigned char>(0x80 >> x % 8); }
+
+void walk_bits(const Bitmap& from, const Walk& walk, Bitmap& to) {
+  for (int y = 0; y < to.height(); ++y) {
+    unsigned char* const row = to.row(y);
+    for (int x = 0; x < to.width(); ++x) {
+      const int source_x = walk.x + x * walk.right_x + y * walk.down_x;
+      if (bit(from.row(walk.y + x * walk.right_y + y * walk.down_y), source_x)) set_bit(row, x);
     }
   }
-  pixSetSpp(pix.get(), 3);
-  return pix;
 }
 
-PixPtr created(int width, int height, int depth) {
-  const ForeignCode foreign;
-  return checked(pixCreate(width, height, depth));
-}
-
-/** A picture of another depth with the size and resolution of this one; Leptonica's own conversions crash without
- * memory. */
-PixPtr created_like(PIX* pix, int depth) {
-  PixPtr result = created(pixGetWidth(pix), pixGetHeight(pix), depth);
-  pixSetResolution(result.get(), pixGetXRes(pix), pixGetYRes(pix));
-  return result;
-}
-
-l_uint8* row_of_24(PIX* pix, int y) {
-  return reinterpret_cast<l_uint8*>(pixGetData(pix) + std::ptrdiff_t{pixGetWpl(pix)} * y);
-}
-
-l_uint32* row_of_32(PIX* pix, int y) { return pixGetData(pix) + std::ptrdiff_t{pixGetWpl(pix)} * y; }
-
-/** Red, green and blue bytes from words. */
-PixPtr to_24(PIX* pix) {
-  PixPtr result = created_like(pix, 24);
-  for (int y = 0; y < pixGetHeight(pix); ++y) {
-    const l_uint32* from = row_of_32(pix, y);
-    l_uint8* to = row_of_24(result.get(), y);
-    for (int x = 0; x < pixGetWidth(pix); ++x) {
-      for (const int shift : {L_RED_SHIFT, L_GREEN_SHIFT, L_BLUE_SHIFT}) *to++ = from[x] >> shift & 0xff;
-    }
+template <int kBytes>
+void walk_bytes(const Bitmap& from, const Walk& walk, Bitmap& to) {
+  const std::ptrdiff_t right = walk.right_x * kBytes + walk.right_y * from.stride();
+  for (int y = 0; y < to.height(); ++y) {
+    const unsigned char* source =
+        from.row(walk.y + y * walk.down_y) + std::ptrdiff_t{kBytes} * (walk.x + y * walk.down_x);
+    unsigned char* const row = to.row(y);
+    for (int x = 0; x < to.width(); ++x, source += right) std::memcpy(row + std::ptrdiff_t{kBytes} * x, source, kBytes);
   }
-  return result;
-}
-
-PixPtr to_32(PIX* pix) {
-  PixPtr result = created_like(pix, 32);
-  for (int y = 0; y < pixGetHeight(pix); ++y) {
-    const l_uint8* from = row_of_24(pix, y);
-    l_uint32* to = row_of_32(result.get(), y);
-    for (int x = 0; x < pixGetWidth(pix); ++x, from += 3) {
-      to[x] = l_uint32{from[0]} << L_RED_SHIFT | l_uint32{from[1]} << L_GREEN_SHIFT | l_uint32{from[2]} << L_BLUE_SHIFT;
-    }
-  }
-  return result;
-}
-
-/** Turns black into white in a bilevel picture. */
-void exchange_levels(PIX* pix) {
-  if (pixInvert(pix, pix) == nullptr) throw std::bad_alloc();
 }
 
 }  // namespace
 
-PixPtr checked(PIX* pix) {
-  if (pix == nullptr) throw std::bad_alloc();
-  return PixPtr(pix);
-}
-
-PixPtr to_plain_depth(PixPtr pix, const PixNature& nature) {
-  const ForeignCode foreign;
-  if (pixGetColormap(pix.get()) != nullptr) pix = checked(pixRemoveColormap(pix.get(), REMOVE_CMAP_BASED_ON_SRC));
-  if (pixGetDepth(pix.get()) == 32 && pixGetSpp(pix.get()) == 4) {
-    pix = nature.premultiplied ? on_white_premultiplied(std::move(pix))
-                               : checked(pixAlphaBlendUniform(pix.get(), kWhite));
-  }
-  switch (pixGetDepth(pix.get())) {
-    case 2:
-    case 4:
-      return checked(pixConvertTo8(pix.get(), 0));
-    case 16:
-      return checked(pixConvert16To8(pix.get(), L_MS_BYTE));
-    case 24:
-      return to_32(pix.get());
-    case 32:
-      return nature.gray ? checked(pixGetRGBComponent(pix.get(), COLOR_RED)) : std::move(pix);
-    default:
-      return pix;
-  }
-}
-
 Bitmap::Bitmap(int width, int height, vantrel_format format, Resolution resolution)
-    : pix_(created(width, height, vantrel_format_bits(format))) {
+    : width_(width), height_(height), format_(format) {
+  stride_ = (std::ptrdiff_t{width} * vantrel_format_bits(format) + 31) / 32 * 4;
+  pixels_.reset(
+      static_cast<unsigned char*>(std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(stride_))));
+  if (!pixels_) throw std::bad_alloc();
   set_resolution(resolution);
-}
-
-Bitmap::Bitmap(PixPtr pix) : pix_(std::move(pix)) {
-  const ForeignCode foreign;
-  if (depth() == 32) {
-    // Of its own kinds only that of 24 bits lies in memory byte by byte.
-    pix_ = to_24(pix_.get());
-  } else {
-    if (depth() == 1) exchange_levels(pix_.get());
-    pixEndianByteSwap(pix_.get());
-  }
-  set_resolution(resolution());
-}
-
-PixPtr Bitmap::to_pix() const {
-  const ForeignCode foreign;
-  if (depth() == 24) return to_32(pix_.get());
-  PixPtr pix = checked(pixEndianByteSwapNew(pix_.get()));
-  if (depth() == 1) {
-    exchange_levels(pix.get());
-    // What lies behind the last pixel of a row is expected to be 0.
-    pixSetPadBits(pix.get(), 0);
-  }
-  return pix;
-}
-
-vantrel_format Bitmap::format() const {
-  switch (depth()) {
-    case 1:
-      return VANTREL_FORMAT_BILEVEL;
-    case 8:
-      return VANTREL_FORMAT_GRAY;
-    default:
-      return VANTREL_FORMAT_RGB;
-  }
 }
 
 void Bitmap::set_resolution(Resolution resolution) {
   // Some files say less than nothing, and twice of what others say would be no number.
   const auto plausible = [](int value) { return std::clamp(value, 0, std::numeric_limits<int>::max() / 2); };
-  pixSetXRes(pix_.get(), plausible(resolution.x));
-  pixSetYRes(pix_.get(), plausible(resolution.y));
+  resolution_ = {plausible(resolution.x), plausible(resolution.y)};
 }
 
 vantrel_image Bitmap::view() const {
-  const auto [x, y] = resolution();
-  return {pixGetData(pix_.get()), width(), height(), stride(), format(), static_cast<double>(std::min(x, y))};
+  return {pixels_.get(), width_,  height_,
+          stride_,       format_, static_cast<double>(std::min(resolution_.x, resolution_.y))};
 }
 
-vantrel_picture Bitmap::target() { return {pixGetData(pix_.get()), width(), height(), stride(), format(), nullptr}; }
+vantrel_picture Bitmap::target() { return {pixels_.get(), width_, height_, stride_, format_, nullptr}; }
 
 Bitmap bilevel_of(const Bitmap& gray) {
-  const ForeignCode foreign;
   constexpr int kHalf = 128;
-  return Bitmap(checked(pixThresholdToBinary(gray.to_pix().get(), kHalf)));
+  Bitmap result(gray.width(), gray.height(), VANTREL_FORMAT_BILEVEL, gray.resolution());
+  for (int y = 0; y < gray.height(); ++y) {
+    const unsigned char* const from = gray.row(y);
+    unsigned char* const to = result.row(y);
+    for (int x = 0; x < gray.width(); ++x) {
+      if (from[x] >= kHalf) set_bit(to, x);
+    }
+  }
+  return result;
 }
 
-Bitmap turned(const Bitmap& picture, int quarters) {
-  const ForeignCode foreign;
-  Bitmap result(checked(pixRotateOrth(picture.to_pix().get(), quarters)));
+Bitmap upright(Bitmap picture, int orientation) {
+  if (orientation <= 1 || orientation > 8) return picture;
+  const Walk walk = walk_for(orientation, picture.width(), picture.height());
+  const bool across = walk.right_y != 0;
   const auto [x, y] = picture.resolution();
-  result.set_resolution(quarters % 2 == 0 ? Resolution{x, y} : Resolution{y, x});
+  Bitmap result(across ? picture.height() : picture.width(), across ? picture.width() : picture.height(),
+                picture.format(), across ? Resolution{y, x} : Resolution{x, y});
+  switch (picture.depth()) {
+    case 1:
+      walk_bits(picture, walk, result);
+      break;
+    case 8:
+      walk_bytes<1>(picture, walk, result);
+      break;
+    default:
+      walk_bytes<3>(picture, walk, result);
+      break;
+  }
   return result;
+}
+
+Bitmap turned(Bitmap picture, int quarters) {
+  constexpr std::array kOrientations = {1, 6, 3, 8};
+  return upright(std::move(picture), kOrientations[static_cast<std::size_t>(quarters)]);
 }
 
 }  // namespace tool

@@ -42,11 +42,7 @@ PixPtr text_mask(const std::string& text, int factor) {
 
 }  // namespace
 
-Canvas::Canvas(const Bitmap& scan) {
-  const ForeignCode foreign;
-  const PixPtr pix = scan.to_pix();
-  pix_ = checked(pixConvertTo32(pix.get()));
-}
+Canvas::Canvas(const Bitmap& scan) : pix_(colour_pix_of(scan)) {}
 
 int Canvas::stroke(Stroke breadth) const {
   const int thick = std::max(2, std::max(width(), height()) / 400);

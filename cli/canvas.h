@@ -8,6 +8,7 @@
 #include <string>
 
 #include "bitmap.h"
+#include "leptonica_pix.h"
 
 namespace tool {
 
@@ -41,7 +42,7 @@ class Canvas {
   /** Marks a point with a dot and writes a text beside it, towards the middle of the picture. */
   void label(double x, double y, const std::string& text, Colour colour);
 
-  Bitmap picture() const { return Bitmap(checked(pixClone(pix_.get()))); }
+  Bitmap picture() const { return bitmap_of(checked(pixClone(pix_.get()))); }
 
  private:
   int stroke(Stroke breadth = Stroke::kThick) const;

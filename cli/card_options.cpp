@@ -79,7 +79,7 @@ Bitmap oriented(Bitmap picture, const Orientation& orientation) {
   const bool stands = picture.height() > picture.width();
   const bool turns = (orientation.portrait && lies) || (orientation.landscape && stands);
   const int quarters = turns ? 1 : orientation.degrees / 90;
-  return quarters == 0 ? std::move(picture) : turned(picture, quarters);
+  return turned(std::move(picture), quarters);
 }
 
 }  // namespace tool

@@ -1,182 +1,152 @@
 #include "image_file.h"
 
-#include <tiff.h>
-
 #include <algorithm>
 #include <array>
-#include <memory>
-#include <new>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
-#include "announced.h"
+#include "colours.h"
 #include "console.h"
 #include "failure.h"
-#include "leptonica_quirks.h"
-#include "memory.h"
-#include "tiff_pages.h"
 
 namespace tool {
 namespace {
 
-constexpr int kJpegQuality = 95;
+/** What a file of a format begins with; a dot is any byte. */
+struct Signature {
+  std::string_view start;
+  Format format;
+};
 
-std::string name_of(Format format) {
-  constexpr std::array kNames = {"PNG", "JPEG", "TIFF", "BMP", "PNM", "WebP"};
-  return kNames[static_cast<std::size_t>(format)];
+constexpr std::array kSignatures = {Signature{"\x89PNG\r\n\x1a\n", Format::kPng},
+                                    Signature{"\xff\xd8\xff", Format::kJpeg},
+                                    Signature{{"II*\0", 4}, Format::kTiff},
+                                    Signature{{"MM\0*", 4}, Format::kTiff},
+                                    Signature{{"II+\0", 4}, Format::kTiff},
+                                    Signature{{"MM\0+", 4}, Format::kTiff},
+                                    Signature{"BM", Format::kBmp},
+                                    Signature{"RIFF....WEBP", Format::kWebp}};
+
+/** Kinds of files that people have, too, of which this build reads none. */
+struct Foreign {
+  std::string_view start;
+  const char* name;
+};
+
+constexpr std::array kForeign = {Foreign{"%PDF-", "PDF"},
+                                 Foreign{"GIF8", "GIF"},
+                                 Foreign{{"\0\0\0\x0cjP  ", 8}, "JPEG 2000"},
+                                 Foreign{"\xff\x4f\xff\x51", "JPEG 2000"},
+                                 Foreign{"....ftypheic", "HEIC"},
+                                 Foreign{"....ftypheix", "HEIC"},
+                                 Foreign{"....ftypmif1", "HEIC"},
+                                 Foreign{"....ftypavif", "AVIF"}};
+
+bool begins_with(const Bytes& file, std::string_view start) {
+  return file.size() >= start.size() && std::equal(start.begin(), start.end(), file.begin(), [](char wanted, int byte) {
+           return wanted == '.' || static_cast<unsigned char>(wanted) == byte;
+         });
+}
+
+/** P1 to P7, and a blank or a comment. */
+bool is_pnm(const Bytes& file) {
+  constexpr std::string_view kAfter = " \t\r\n#";
+  return file.size() > 2 && file[0] == 'P' && file[1] >= '1' && file[1] <= '7' &&
+         kAfter.find(static_cast<char>(file[2])) != std::string_view::npos;
 }
 
 Format format_of_content(const Bytes& file) {
   if (file.empty()) throw Failure("the file is empty");
-  const ForeignCode foreign;
-  // The longest signature has 12 bytes, and that many are always read.
-  std::array<l_uint8, 16> start{};
-  std::copy_n(file.begin(), std::min(file.size(), start.size()), start.begin());
-  l_int32 found = IFF_UNKNOWN;
-  findFileFormatBuffer(start.data(), &found);
-  switch (found) {
-    case IFF_PNG:
-      return Format::kPng;
-    case IFF_JFIF_JPEG:
-      return Format::kJpeg;
-    case IFF_BMP:
-      return Format::kBmp;
-    case IFF_PNM:
-      return Format::kPnm;
-    case IFF_WEBP:
-      return Format::kWebp;
+  for (const Signature& known : kSignatures) {
+    if (begins_with(file, known.start)) return known.format;
+  }
+  if (is_pnm(file)) return Format::kPnm;
+  for (const Foreign& foreign : kForeign) {
+    if (begins_with(file, foreign.start)) throw Failure(std::string(foreign.name) + " is not read by this build");
+  }
+  throw Failure(std::string("not an image (") + kFormatNames + ")");
+}
+
+Picture read_picture(const Bytes& file, Format format, int page, const Limits& limits) {
+  if (format == Format::kTiff) return read_tiff(file, page, limits);
+  if (page > 1) refuse_page(page, 1);
+  switch (format) {
+    case Format::kPng:
+      return read_png(file, limits);
+    case Format::kJpeg:
+      return read_jpeg(file, limits);
+    case Format::kBmp:
+      return read_bmp(file, limits);
+    case Format::kPnm:
+      return read_pnm(file, limits);
     default:
-      if (L_FORMAT_IS_TIFF(found)) return Format::kTiff;
-      throw Failure(std::string("not an image (") + kFormatNames + ")");
+      return read_webp(file, limits);
   }
 }
 
-[[noreturn]] void refuse_page(int page, int pages) {
-  throw Failure("no page " + std::to_string(page) + " (it has " + std::to_string(pages) + ")");
-}
-
-[[noreturn]] void refuse_damaged(Format format) {
-  throw Failure("the " + name_of(format) + " data is truncated or damaged, or of an unknown kind");
-}
-
-/** Reads the picture as Leptonica has it. A JPEG codec's warning counts as damage. */
-PixPtr decode(Format format, const Bytes& file, int page) {
-  const QuietCodecs quiet;
-  const ForeignCode foreign;
-  PixPtr pix(format == Format::kTiff ? pixReadMemTiff(file.data(), file.size(), page - 1)
-                                     : pixReadMem(file.data(), file.size()));
-  if (!pix) {
-    if (foreign.missed_memory()) throw std::bad_alloc();
-    refuse_damaged(format);
+Profiles profiles_of(Format format) {
+  switch (format) {
+    case Format::kPng:
+    case Format::kJpeg:
+    case Format::kTiff:
+      return Profiles::kOwn;
+    case Format::kWebp:
+      return Profiles::kColourOnly;
+    default:
+      return Profiles::kNone;
   }
-  return repaired(std::move(pix), format, file);
 }
 
-/** Whether a PNG file is gray, which Leptonica hands out as colour when there is transparency. */
-bool is_gray_png(const Bytes& file) {
-  const ForeignCode foreign;
-  l_int32 samples = 0;
-  l_int32 palette = 0;
-  return readHeaderMemPng(file.data(), file.size(), nullptr, nullptr, nullptr, &samples, &palette) == 0 &&
-         samples <= 2 && palette == 0;
-}
-
-Scan decode_tiff(Bytes file, int page, int most_megapixels) {
-  const ForeignCode foreign;
-  const int pages = tiff_page_count(file);
-  if (pages > 0 && page > pages) refuse_page(page, pages);
-  const TiffSize size = tiff_size(file, page);
-  check_size(size.width, size.height, most_megapixels);
-  const TiffPage facts = tiff_page(file, page);
-  if (!facts.complete) {
-    if (foreign.missed_memory()) throw std::bad_alloc();
-    refuse_damaged(Format::kTiff);
+Bytes write_picture(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding) {
+  switch (format) {
+    case Format::kPng:
+      return write_png(image, metadata, encoding);
+    case Format::kJpeg:
+      return write_jpeg(image, metadata, encoding);
+    case Format::kTiff:
+      return write_tiff(image, metadata);
+    case Format::kBmp:
+      return write_bmp(image);
+    case Format::kPnm:
+      return write_pnm(image);
+    case Format::kWebp:
+      return write_webp(image, metadata, encoding);
   }
-  PixPtr plain = to_plain_depth(decode(Format::kTiff, file, page), {facts.gray, facts.premultiplied});
-  Scan scan{Bitmap(std::move(plain)), Format::kTiff, page, pages, std::move(file)};
-  if (!facts.has_resolution) scan.image.set_resolution({0, 0});
-  return scan;
-}
-
-struct NumaRelease {
-  void operator()(NUMA* numbers) const { numaDestroy(&numbers); }
-};
-struct SarrayRelease {
-  void operator()(SARRAY* strings) const { sarrayDestroy(&strings); }
-};
-
-/** TIFF tags that Leptonica writes over its own. */
-class TiffTags {
- public:
-  void add(int tag, const char* value, const char* type) {
-    numaAddNumber(tags_.get(), static_cast<l_float32>(tag));
-    sarrayAddString(values_.get(), value, L_COPY);
-    sarrayAddString(types_.get(), type, L_COPY);
-  }
-  NUMA* tags() { return tags_.get(); }
-  SARRAY* values() { return values_.get(); }
-  SARRAY* types() { return types_.get(); }
-
- private:
-  std::unique_ptr<NUMA, NumaRelease> tags_{numaCreate(0)};
-  std::unique_ptr<SARRAY, SarrayRelease> values_{sarrayCreate(0)};
-  std::unique_ptr<SARRAY, SarrayRelease> types_{sarrayCreate(0)};
-};
-
-/** Leptonica would invent a resolution where there is none: then it is written as square pixels without a unit. */
-l_ok write_tiff(PIX* pix, l_uint8** data, std::size_t* size) {
-  const int compression = pixGetDepth(pix) == 1 ? IFF_TIFF_G4 : IFF_TIFF_LZW;
-  if (pixGetXRes(pix) != 0) return pixWriteMemTiff(data, size, pix, compression);
-  TiffTags tags;
-  tags.add(TIFFTAG_XRESOLUTION, "1.0", "l_float64");
-  tags.add(TIFFTAG_YRESOLUTION, "1.0", "l_float64");
-  tags.add(TIFFTAG_RESOLUTIONUNIT, "1", "l_uint16");
-  return pixWriteMemTiffCustom(data, size, pix, compression, tags.tags(), tags.values(), tags.types(), nullptr);
+  refuse_to_write(format);
 }
 
 }  // namespace
 
-Scan decode_image(Bytes file, int page, int most_megapixels) {
+Scan decode_image(Bytes file, int page, const Limits& limits) {
   const Format format = format_of_content(file);
-  if (format == Format::kTiff) return decode_tiff(std::move(file), page, most_megapixels);
-  if (page > 1) refuse_page(page, 1);
-  {
-    const QuietCodecs quiet;
-    const ForeignCode foreign;
-    check_announced(format, file, most_megapixels);
-  }
-  const PixNature nature{format == Format::kPng && is_gray_png(file), false};
-  return {Bitmap(to_plain_depth(decode(format, file, page), nature)), format, page, 1, std::move(file)};
+  const QuietCodecs quiet;
+  Picture picture = read_picture(file, format, page, limits);
+  const ExifFacts facts = facts_of(picture.metadata.exif);
+  const auto [x, y] = picture.image.resolution();
+  if ((x == 0 || y == 0) && format != Format::kTiff) picture.image.set_resolution(facts.resolution);
+  const int orientation = picture.orientation != 0 ? picture.orientation : facts.orientation;
+  return {upright(std::move(picture.image), orientation),
+          format,
+          page,
+          picture.pages,
+          std::move(file),
+          picture.sample_bits > 8,
+          std::move(picture.metadata)};
 }
 
-Bytes encode_image(const Bitmap& image, Format format) {
-  const PixPtr pix = image.to_pix();
+Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding) {
   const QuietCodecs quiet;
-  const ForeignCode foreign(Large::kCrashes);
-  l_uint8* data = nullptr;
-  std::size_t size = 0;
-  const auto write = [&]() -> l_ok {
-    switch (format) {
-      case Format::kPng:
-        return pixWriteMemPng(&data, &size, pix.get(), 0.0F);
-      case Format::kJpeg:
-        return pixWriteMemJpeg(&data, &size, pix.get(), kJpegQuality, 0);
-      case Format::kTiff:
-        return write_tiff(pix.get(), &data, &size);
-      case Format::kBmp:
-        return pixWriteMemBmp(&data, &size, pix.get());
-      case Format::kPnm:
-        return pixWriteMemPnm(&data, &size, pix.get());
-      case Format::kWebp:
-        return pixWriteMemWebP(&data, &size, pix.get(), 100, 1);
-    }
-    return 1;
-  };
-  const bool written = write() == 0 && data != nullptr;
-  Bytes file;
-  if (written) file.assign(data, data + size);
-  lept_free(data);
-  if (!written) throw Failure("the picture cannot be written as " + name_of(format));
-  return file;
+  const Profiles held = profiles_of(format);
+  Metadata fitting;
+  if (held != Profiles::kNone) {
+    fitting.exif = exif_for(metadata.exif, image);
+    fitting.xmp = xmp_for(metadata.xmp);
+  }
+  const FittingColours colours = fit_colours(image, metadata.icc, held);
+  if (colours.profile_stays) fitting.icc = metadata.icc;
+  return write_picture(colours.converted ? *colours.converted : image, format, fitting, encoding);
 }
 
 }  // namespace tool

@@ -5,44 +5,44 @@
 #ifndef VANTREL_CLI_IMAGE_FILE_H
 #define VANTREL_CLI_IMAGE_FILE_H
 
-#include <vector>
-
 #include "bitmap.h"
+#include "formats/codecs.h"
 #include "image_format.h"
+#include "metadata.h"
+#include "size_limits.h"
 
 namespace tool {
 
-using Bytes = std::vector<unsigned char>;
-
 /** A decoded input. */
 struct Scan {
-  Bitmap image; /**< 1, 8 or 24 bits; resolution 0 when the file has none */
+  Bitmap image; /**< upright, of 1, 8 or 24 bits; resolution 0 when the file has none */
   Format format;
-  int page;   /**< from 1 */
-  int pages;  /**< in the file */
-  Bytes file; /**< the file as it was read */
+  int page;          /**< from 1 */
+  int pages;         /**< in the file */
+  Bytes file;        /**< the file as it was read */
+  bool reduced;      /**< from more than 8 bits a sample */
+  Metadata metadata; /**< as it is in the file */
 };
 
 /**
  * Decodes one page (from 1) of an image file.
  *
- * @param most_megapixels larger pictures are refused before they are decoded.
- *
  * Bilevel pictures stay 1 bit, gray ones 8 bits, everything else becomes 24 bits; palettes and transparency are
- * resolved on white, 16 bits a sample reduced to 8.
+ * resolved on white, more than 8 bits a sample reduced to 8, and the picture is brought upright.
  *
  * @throws Failure no image, a truncated or damaged one, one too large, or no such page.
  */
-Scan decode_image(Bytes file, int page, int most_megapixels);
+Scan decode_image(Bytes file, int page, const Limits& limits);
 
 /**
- * Encodes a 1-, 8- or 24-bit image with its resolution, as far as the format holds one (PNM and WebP do not).
+ * Encodes a 1-, 8- or 24-bit image with its resolution, and with the metadata of the scan that it comes from, as far as
+ * the format holds them; colours of a profile that it does not hold are converted to sRGB.
  *
- * TIFF is compressed by CCITT group 4 for 1 bit and LZW otherwise; WebP is lossless; JPEG has quality 95.
+ * TIFF is compressed by CCITT group 4 for 1 bit and LZW otherwise.
  *
  * @throws Failure the format cannot hold the image.
  */
-Bytes encode_image(const Bitmap& image, Format format);
+Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding = {});
 
 }  // namespace tool
 

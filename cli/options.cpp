@@ -28,10 +28,17 @@ void add_input_options(CLI::App& command, Options& options) {
       ->type_name("N")
       ->check(CLI::Range(1, 1024));
   command
-      .add_option("--most-megapixels", options.most_megapixels,
-                  "Refuse larger pictures, before they are decoded (default " + std::to_string(kMostMegapixels) + ")")
+      .add_option(
+          "--most-megapixels", options.limits.megapixels,
+          "Refuse larger pictures, before they are decoded (default " + std::to_string(Limits{}.megapixels) + ")")
       ->type_name("N")
       ->check(CLI::Range(1, 2000));
+  command
+      .add_option("--most-megabytes", options.limits.megabytes,
+                  "Refuse larger files, and pictures that take more memory (default " +
+                      std::to_string(Limits{}.megabytes) + ")")
+      ->type_name("N")
+      ->check(CLI::Range(1, 16000));
 }
 
 void add_output_options(CLI::App& command, Options& options) {
@@ -47,6 +54,17 @@ void add_output_options(CLI::App& command, Options& options) {
       ->type_name("FORMAT")
       ->check(CLI::Validator(
           [](const std::string& name) { return format_of_name(name) ? "" : "unknown format '" + name + "'"; }, ""));
+  command
+      .add_option_function<int>(
+          "--quality",
+          [&options](int quality) {
+            options.encoding.quality = quality;
+            options.encoding.lossy = true;
+          },
+          "Quality of JPEG files (default " + std::to_string(Encoding{}.quality) +
+              "), and write WebP files with loss, of that quality")
+      ->type_name("N")
+      ->check(CLI::Range(1, 100));
 }
 
 void add_overlay_option(CLI::App& command, Options& options) {

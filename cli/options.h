@@ -10,8 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "announced.h"
+#include "formats/codecs.h"
 #include "image_format.h"
+#include "size_limits.h"
 
 namespace tool {
 
@@ -28,13 +29,14 @@ struct Options {
   int page = 1;
   int dpi = 0; /**< 0: that of the file */
   int jobs = 1;
-  int most_megapixels = kMostMegapixels;
+  Limits limits;
+  Encoding encoding;
 };
 
-/** Adds INPUT..., --page, --dpi, --json, --jobs and --most-megapixels. */
+/** Adds INPUT..., --page, --dpi, --json, --jobs, --most-megapixels and --most-megabytes. */
 void add_input_options(CLI::App& command, Options& options);
 
-/** Adds -o, --force and --format. */
+/** Adds -o, --force, --format and --quality. */
 void add_output_options(CLI::App& command, Options& options);
 
 /** Adds --overlay. */

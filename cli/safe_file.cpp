@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "failure.h"
+#include "size_limits.h"
 
 namespace tool {
 namespace {
@@ -113,25 +114,50 @@ sigset_t ending_signals() {
   _exit(128 + signal);
 }
 
+/** A file that is read, or standard input. */
+class Input {
+ public:
+  explicit Input(const std::string& path)
+      : pipe_(path == kPipe), descriptor_(pipe_ ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) throw Failure(reason_of(errno));
+  }
+  ~Input() {
+    if (!pipe_) close(descriptor_);
+  }
+  Input(const Input&) = delete;
+  Input& operator=(const Input&) = delete;
+
+  int descriptor() const { return descriptor_; }
+
+  /** Its size; 0 where it is not known. @throws Failure it is larger than allowed */
+  std::uint64_t size(int most_megabytes) const {
+    struct stat facts {};
+    if (fstat(descriptor_, &facts) != 0 || !S_ISREG(facts.st_mode)) return 0;
+    check_file_size(static_cast<std::uint64_t>(facts.st_size), most_megabytes);
+    return static_cast<std::uint64_t>(facts.st_size);
+  }
+
+ private:
+  bool pipe_;
+  int descriptor_;
+};
+
 }  // namespace
 
-std::vector<unsigned char> read_file(const std::string& path) {
-  const bool pipe = path == kPipe;
-  const int descriptor = pipe ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) throw Failure(reason_of(errno));
-  std::vector<unsigned char> content;
+std::vector<unsigned char> read_file(const std::string& path, int most_megabytes) {
+  const Input input(path);
+  // One more, so that the end is seen without asking for more memory.
+  std::vector<unsigned char> content(static_cast<std::size_t>(input.size(most_megabytes)) + 1);
   std::size_t size = 0;
-  int error = 0;
   for (;;) {
-    if (content.size() - size < 65536) content.resize(size + std::max<std::size_t>(size, 1 << 20));
-    const ssize_t count = read(descriptor, content.data() + size, content.size() - size);
+    if (size == content.size()) content.resize(2 * size + (1 << 16));
+    const ssize_t count = read(input.descriptor(), content.data() + size, content.size() - size);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) error = errno;
-    if (count <= 0) break;
+    if (count < 0) throw Failure(reason_of(errno));
+    if (count == 0) break;
     size += static_cast<std::size_t>(count);
+    check_file_size(size, most_megabytes);
   }
-  if (!pipe) close(descriptor);
-  if (error != 0) throw Failure(reason_of(error));
   content.resize(size);
   return content;
 }

@@ -22,9 +22,9 @@ inline constexpr const char* kPipe = "-";
 /**
  * Reads a file, or standard input for "-".
  *
- * @throws Failure with the system's reason.
+ * @throws Failure with the system's reason, or that it is larger than allowed.
  */
-std::vector<unsigned char> read_file(const std::string& path);
+std::vector<unsigned char> read_file(const std::string& path, int most_megabytes);
 
 /** Writes everything to a descriptor; false when the system refuses. */
 bool write_all(int descriptor, const void* data, std::size_t size);

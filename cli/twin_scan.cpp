@@ -23,7 +23,7 @@ std::string size_of(const Bitmap& image) {
 
 Bitmap read_twin(const Options& options, const std::string& path, const Bitmap& scan, TwinRole role, int scale) {
   try {
-    Bitmap twin = decode_image(read_file(path), 1, options.most_megapixels).image;
+    Bitmap twin = decode_image(read_file(path, options.limits.megabytes), 1, options.limits).image;
     const Bitmap& reduced = role == TwinRole::kReduced ? twin : scan;
     const Bitmap& full = role == TwinRole::kReduced ? scan : twin;
     if (!fits(reduced.width(), full.width(), scale) || !fits(reduced.height(), full.height(), scale)) {

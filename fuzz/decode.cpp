@@ -10,16 +10,16 @@
 
 namespace {
 
-constexpr int kMostMegapixels = 1;
+constexpr tool::Limits kLimits{1, 10};
 
 void decode(tool::Bytes file, int page) {
-  const tool::Scan scan = tool::decode_image(std::move(file), page, kMostMegapixels);
+  const tool::Scan scan = tool::decode_image(std::move(file), page, kLimits);
   const int depth = scan.image.depth();
   FUZZ_CHECK(depth == 1 || depth == 8 || depth == 24);
   FUZZ_CHECK(scan.image.width() > 0 && scan.image.height() > 0);
   if (scan.image.width() > 200 || scan.image.height() > 200) return;
   // Without loss it comes back as it was.
-  const tool::Scan again = tool::decode_image(tool::encode_image(scan.image, tool::Format::kPng), 1, kMostMegapixels);
+  const tool::Scan again = tool::decode_image(tool::encode_image(scan.image, tool::Format::kPng, {}), 1, kLimits);
   FUZZ_CHECK(again.image.width() == scan.image.width() && again.image.height() == scan.image.height());
   FUZZ_CHECK(again.image.depth() == depth);
 }

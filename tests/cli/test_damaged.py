@@ -120,14 +120,17 @@ def test_damaged_content_does_no_harm(tool, tmp_path):
         (b"", "empty"),
         (b"x", "not an image"),
         (b"This is a letter, not a picture.\n" * 20, "not an image"),
-        (b"%PDF-1.4\n" + b"0" * 400, "not an image"),
-        (b"GIF89a" + b"\0" * 100, "not an image"),
+        (b"%PDF-1.4\n" + b"0" * 400, "PDF"),
+        (b"GIF89a" + b"\0" * 100, "GIF"),
+        (b"\0\0\0\x0cjP  \r\n\x87\n" + b"\0" * 100, "JPEG 2000"),
+        (b"\0\0\0\x18ftypheic" + b"\0" * 100, "HEIC"),
         (b"\x89PNG\r\n\x1a\n", "truncated or damaged"),
         (b"BM" + b"\0" * 30, "truncated or damaged"),
         (b"BM and some text that only begins like a picture" * 9, "truncated or damaged"),
         (b"\xff\xd8\xff\xe0" + b"\0" * 60, "truncated or damaged"),
         (b"II*\0\x08\0\0\0" + b"\0" * 40, "truncated or damaged"),
-        (b"P6 100000 100000 255\n" + b"\0" * 100, "truncated or damaged"),
+        (b"P6 100000 100000 255\n" + b"\0" * 100, "more than 300 megapixels"),
+        (b"P6 1000 1000 255\n" + b"\0" * 100, "truncated or damaged"),
         (b"RIFF\xff\xff\xff\x7fWEBPVP8 " + b"\0" * 60, "truncated or damaged"),
     ],
 )
@@ -185,7 +188,8 @@ def test_huge_pictures_in_tiny_files_are_refused_at_once(tmp_path, megapixels):
             continue  # of the others only decoding tells that there is not so much
         path = tmp_path / name
         path.write_bytes(content)
-        command = f"ulimit -v 300000; exec '{TOOL}' clip '{path}' --detect-only --most-megapixels {megapixels} -j 1"
+        command = f"ulimit -v 300000; exec '{TOOL}' clip '{path}' --detect-only -j 1 --most-megapixels {megapixels}"
+        command += " --most-megabytes 10000" if megapixels == 2000 else ""
         process = subprocess.run(["sh", "-c", command], capture_output=True, text=True)
         assert process.returncode == 1, (name, process.stderr)
         assert "truncated or damaged" in process.stderr or "megapixels" in process.stderr, (name, process.stderr)

@@ -186,6 +186,78 @@ def test_16_bit_png_is_reduced(tool, tmp_path, gray):
     assert np.array_equal(scans.load(tmp_path / "out.pnm"), pixels)
 
 
+def test_the_reduction_is_told(tool, tmp_path):
+    (tmp_path / "in.png").write_bytes(png_of_16_bits(picture().astype(np.uint16) * 256 + 77))
+    for name, told in (("in.png", True), ("out.png", False)):
+        arguments = (tmp_path / name, "--rect", "0,0,60,36", "-o", tmp_path / f"out{'' if told else '2'}.png")
+        assert ("reduced to 8 bits" in tool("crop", *arguments, ok=True).text) == told
+
+
+def tiled(samples, bits, kind, photometric, side=32):
+    """An uncompressed TIFF file in tiles, whatever its samples are."""
+    height, width, count = samples.shape
+    across, down = -(-width // side), -(-height // side)
+    padded = np.zeros((down * side, across * side, count), samples.dtype)
+    padded[:height, :width] = samples
+    tiles = [padded[y : y + side, x : x + side].tobytes() for y in range(0, down * side, side) for x in range(0, across * side, side)]
+    tags = {256: (3, [width]), 257: (3, [height]), 258: (3, [bits] * count), 259: (3, [1]), 262: (3, [photometric]),
+            277: (3, [count]), 322: (3, [side]), 323: (3, [side]), 324: (4, [0] * len(tiles)),
+            325: (4, [len(t) for t in tiles]), 339: (3, [kind] * count)}
+    start = 8 + 2 + 12 * len(tags) + 4
+    values, where = b"", {}
+    packed = lambda kind, numbers: struct.pack(f"<{len(numbers)}{'H' if kind == 3 else 'I'}", *numbers)
+    for tag, (size, numbers) in tags.items():
+        if len(packed(size, numbers)) > 4:
+            where[tag] = start + len(values)
+            values += packed(size, numbers)
+    data = start + len(values)
+    offsets = [data + sum(len(t) for t in tiles[:i]) for i in range(len(tiles))]
+    tags[324] = (4, offsets)
+    if 324 in where:
+        at = where[324] - start
+        values = values[:at] + packed(4, offsets) + values[at + 4 * len(tiles) :]
+    entries = b"".join(
+        struct.pack("<HHI", tag, size, len(numbers))
+        + (struct.pack("<I", where[tag]) if tag in where else packed(size, numbers).ljust(4, b"\0"))
+        for tag, (size, numbers) in sorted(tags.items())
+    )
+    return b"II*\0" + struct.pack("<IH", 8, len(tags)) + entries + bytes(4) + values + b"".join(tiles)
+
+
+@pytest.mark.parametrize("gray", [False, True])
+@pytest.mark.parametrize("white", [1, 255, 65535])
+def test_floating_point_tiff_in_tiles(tool, tmp_path, gray, white):
+    samples = picture()[:, :, :1] if gray else picture()
+    samples[0, 0] = 255
+    file = tiled((samples * (white / 255)).astype("<f4"), 32, 3, 1 if gray else 2)
+    (tmp_path / "in.tif").write_bytes(file)
+    untouched(tool, tmp_path / "in.tif", tmp_path / "out.pnm")
+    assert np.array_equal(scans.load(tmp_path / "out.pnm"), samples[:, :, 0] if gray else samples)
+
+
+@pytest.mark.parametrize("bits, gray", [(8, True), (8, False), (16, True), (16, False), (32, True)])
+def test_tiff_in_tiles(tool, tmp_path, bits, gray):
+    samples = picture()[:, :, :1] if gray else picture()
+    deep = (samples.astype(np.uint64) * ((2**bits - 1) // 255)).astype(f"<u{bits // 8}")
+    (tmp_path / "in.tif").write_bytes(tiled(deep, bits, 1, 1 if gray else 2))
+    untouched(tool, tmp_path / "in.tif", tmp_path / "out.pnm")
+    assert np.array_equal(scans.load(tmp_path / "out.pnm"), samples[:, :, 0] if gray else samples)
+
+
+def test_samples_that_no_white_is_known_for_are_refused(tool, tmp_path):
+    (tmp_path / "in.tif").write_bytes(tiled(np.full((8, 8, 1), 1e6, "<f4"), 32, 3, 1))
+    tool("clip", tmp_path / "in.tif", "--detect-only").fails_with("this kind of TIFF is not read", "beyond 65535")
+
+
+@pytest.mark.parametrize("ending, least", [("jpg", 3), ("webp", 3)])
+def test_quality_makes_files_smaller(tool, drawn, tmp_path, ending, least):
+    for quality in (30, 95):
+        tool("clip", drawn[2], "-o", tmp_path / f"{quality}.{ending}", "--quality", quality, ok=True)
+    sizes = [(tmp_path / f"{quality}.{ending}").stat().st_size for quality in (30, 95)]
+    assert least * sizes[0] < sizes[1]
+    tool("clip", drawn[2], "-o", tmp_path / f"c.{ending}", "--quality", 0).fails_with("--quality", code=2)
+
+
 def test_16_bit_gray_tiff_and_pgm_are_reduced(tool, tmp_path):
     pixels = picture()[:, :, 0]
     Image.fromarray(pixels.astype(np.uint16) * 256 + 77).save(tmp_path / "in.tif")

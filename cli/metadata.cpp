@@ -1,0 +1,162 @@
+#include "metadata.h"
+
+#include <algorithm>
+#include <array>
+#include <exiv2/exiv2.hpp>
+#include <mutex>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "memory.h"
+
+namespace tool {
+namespace {
+
+/** Of the tags of a picture those that are as true of a part of it; all others describe how its file is made. */
+constexpr std::array kKeptOfPicture = {
+    "Exif.Image.DocumentName", "Exif.Image.ImageDescription", "Exif.Image.Make",      "Exif.Image.Model",
+    "Exif.Image.Software",     "Exif.Image.DateTime",         "Exif.Image.Artist",    "Exif.Image.HostComputer",
+    "Exif.Image.Copyright",    "Exif.Image.Rating",           "Exif.Image.XPTitle",   "Exif.Image.XPComment",
+    "Exif.Image.XPAuthor",     "Exif.Image.XPKeywords",       "Exif.Image.XPSubject", "Exif.Image.PageName"};
+
+/** The library's data of XMP, and its messages, are the whole process's. */
+std::mutex exiv2_mutex;
+
+/** Runs what asks Exiv2, which throws for damaged data; missing memory stays what it is. */
+template <class Result, class Ask>
+Result asked(Result otherwise, Ask ask) {
+  const ForeignCode foreign(Large::kCrashes);
+  const std::lock_guard lock(exiv2_mutex);
+  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+  try {
+    return ask();
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception&) {
+    return otherwise;
+  }
+}
+
+Exiv2::ExifData decoded(const Bytes& exif, Exiv2::ByteOrder* order = nullptr) {
+  Exiv2::ExifData data;
+  const auto found = Exiv2::ExifParser::decode(data, exif.data(), static_cast<std::uint32_t>(exif.size()));
+  if (order != nullptr) *order = found == Exiv2::invalidByteOrder ? Exiv2::littleEndian : found;
+  return data;
+}
+
+/** A number of a tag, or another where it is not given. */
+double number_of(const Exiv2::ExifData& data, const char* key, double otherwise) {
+  const auto tag = data.findKey(Exiv2::ExifKey(key));
+  if (tag == data.end() || tag->count() == 0) return otherwise;
+  const double value = static_cast<double>(tag->toFloat());
+  return value >= 0 && value < 1e6 ? value : otherwise;
+}
+
+bool is_kept(const Exiv2::Exifdatum& tag) {
+  const std::string group = tag.groupName();
+  if (group != "Image") return group.rfind("SubImage", 0) != 0 && group != "Thumbnail";
+  return std::find(kKeptOfPicture.begin(), kKeptOfPicture.end(), tag.key()) != kKeptOfPicture.end();
+}
+
+Exiv2::ExifData kept_of(const Exiv2::ExifData& data) {
+  Exiv2::ExifData kept;
+  for (const Exiv2::Exifdatum& tag : data) {
+    if (is_kept(tag)) kept.add(tag);
+  }
+  return kept;
+}
+
+Bytes encoded(const Exiv2::ExifData& data, Exiv2::ByteOrder order) {
+  Exiv2::Blob blob;
+  if (!data.empty()) Exiv2::ExifParser::encode(blob, order, data);
+  return {blob.begin(), blob.end()};
+}
+
+/** What is kept of the data; nothing at all when no tag is. */
+Exiv2::ExifData for_output(const Exiv2::ExifData& data, const Bitmap& output) {
+  Exiv2::ExifData kept = kept_of(data);
+  if (kept.empty()) return kept;
+  const auto size = [&](const char* key, int value) {
+    if (kept.findKey(Exiv2::ExifKey(key)) != kept.end()) kept[key] = static_cast<std::uint32_t>(value);
+  };
+  size("Exif.Photo.PixelXDimension", output.width());
+  size("Exif.Photo.PixelYDimension", output.height());
+  constexpr std::uint16_t kUpright = 1;
+  constexpr std::uint16_t kInch = 2;
+  kept["Exif.Image.Orientation"] = kUpright;
+  if (const auto [x, y] = output.resolution(); x > 0 && y > 0) {
+    kept["Exif.Image.XResolution"] = Exiv2::Rational(x, 1);
+    kept["Exif.Image.YResolution"] = Exiv2::Rational(y, 1);
+    kept["Exif.Image.ResolutionUnit"] = kInch;
+  }
+  return kept;
+}
+
+}  // namespace
+
+ExifFacts facts_of(const Bytes& exif) {
+  if (exif.empty()) return {};
+  return asked(ExifFacts{}, [&] {
+    const Exiv2::ExifData data = decoded(exif);
+    constexpr double kNotKnown = 72;
+    constexpr double kCentimetre = 3;
+    const double unit = number_of(data, "Exif.Image.ResolutionUnit", 2) == kCentimetre ? 2.54 : 1.0;
+    const auto resolution = [&](const char* key) {
+      const double value = number_of(data, key, kNotKnown) * unit;
+      return value == kNotKnown ? 0 : static_cast<int>(value + 0.5);
+    };
+    ExifFacts facts{static_cast<int>(number_of(data, "Exif.Image.Orientation", 1)),
+                    {resolution("Exif.Image.XResolution"), resolution("Exif.Image.YResolution")}};
+    if (facts.resolution.x == 0 || facts.resolution.y == 0) facts.resolution = {};
+    return facts;
+  });
+}
+
+Bytes exif_of_tiff(const Bytes& file) {
+  return asked(Bytes{}, [&] { return encoded(kept_of(decoded(file)), Exiv2::littleEndian); });
+}
+
+Bytes exif_for(const Bytes& exif, const Bitmap& output) {
+  if (exif.empty()) return {};
+  return asked(Bytes{}, [&] {
+    auto order = Exiv2::littleEndian;
+    const Exiv2::ExifData data = for_output(decoded(exif, &order), output);
+    return encoded(data, order);
+  });
+}
+
+Bytes xmp_for(Bytes xmp) {
+  // In place, so that the packet stays as long as it says.
+  const std::string text(xmp.begin(), xmp.end());
+  std::size_t at = text.find("tiff:Orientation");
+  for (; at != std::string::npos; at = text.find("tiff:Orientation", at + 1)) {
+    const std::size_t digit = text.find_first_of("0123456789", at);
+    if (digit != std::string::npos && digit - at < 24) xmp[digit] = '1';
+  }
+  return xmp;
+}
+
+Bytes with_metadata(Bytes tiff, const Bytes& exif, const Bytes& xmp) {
+  if (exif.empty() && xmp.empty()) return tiff;
+  Bytes result = asked(Bytes{}, [&] {
+    const auto image = Exiv2::ImageFactory::open(tiff.data(), static_cast<long>(tiff.size()));
+    image->readMetadata();
+    Exiv2::ExifData all = image->exifData();
+    for (const Exiv2::Exifdatum& tag : decoded(exif)) {
+      if (all.findKey(Exiv2::ExifKey(tag.key())) == all.end()) all.add(tag);
+    }
+    image->setExifData(all);
+    if (!xmp.empty()) {
+      Exiv2::XmpData data;
+      if (Exiv2::XmpParser::decode(data, std::string(xmp.begin(), xmp.end())) == 0) image->setXmpData(data);
+    }
+    image->writeMetadata();
+    Exiv2::BasicIo& file = image->io();
+    const Exiv2::byte* const bytes = file.mmap();
+    return Bytes(bytes, bytes + file.size());
+  });
+  return result.empty() ? std::move(tiff) : std::move(result);
+}
+
+}  // namespace tool
