@@ -63,9 +63,14 @@ void walk_bytes(const Bitmap& from, const Walk& walk, Bitmap& to) {
 Bitmap::Bitmap(int width, int height, vantrel_format format, Resolution resolution)
     : width_(width), height_(height), format_(format) {
   stride_ = (std::ptrdiff_t{width} * vantrel_format_bits(format) + 31) / 32 * 4;
-  pixels_.reset(
-      static_cast<unsigned char*>(std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(stride_))));
+  const auto bytes = static_cast<std::size_t>(stride_) * static_cast<std::size_t>(height);
+  const bool zeros = format == VANTREL_FORMAT_BILEVEL;
+  pixels_.reset(static_cast<unsigned char*>(zeros ? std::calloc(bytes, 1) : std::malloc(bytes)));
   if (!pixels_) throw std::bad_alloc();
+  // Nothing old is to come out behind the last pixel of a row.
+  if (!zeros) {
+    for (int y = 0; y < height; ++y) std::memset(row(y) + stride_ - 4, 0, 4);
+  }
   set_resolution(resolution);
 }
 

@@ -25,7 +25,8 @@ class Bitmap {
   /** An empty one. */
   Bitmap() = default;
 
-  /** A picture of zeros to be written through row() or target(). @throws std::bad_alloc */
+  /** A picture to be written through row() or target(), each pixel of it unless it is bilevel. @throws std::bad_alloc
+   */
   Bitmap(int width, int height, vantrel_format format, Resolution resolution = {});
 
   bool empty() const { return pixels_ == nullptr; }

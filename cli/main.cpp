@@ -55,8 +55,10 @@ int parse_and_run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   tool::begin_own_code();
+  tool::keep_memory();
   tool::open_console();
-  std::signal(SIGPIPE, SIG_IGN);
+  // A write that is refused is told of, and its file is removed.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
   try {
     tool::clean_up_on_signals();
     return parse_and_run(argc, argv);

@@ -1,6 +1,7 @@
 #include "memory.h"
 
 #include <dlfcn.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -58,6 +59,14 @@ ForeignCode::~ForeignCode() {
 bool ForeignCode::missed_memory() const { return missed != missed_before_; }
 
 void begin_own_code() { own_code_began = true; }
+
+void keep_memory() {
+#if defined(__GLIBC__)
+  // The most that the allocator takes from one heap; what is larger comes and goes by itself.
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);
+  mallopt(M_TRIM_THRESHOLD, 256 << 20);
+#endif
+}
 
 void end_without_memory() {
   remove_temporaries();

@@ -39,6 +39,11 @@ class ForeignCode {
 /** To be called first in main: before that everything counts as foreign code, as what other libraries do at loading. */
 void begin_own_code();
 
+/**
+ * Keeps the memory of one picture for the next: to give it back and to ask for it again costs more than to read a file.
+ */
+void keep_memory();
+
 /** Ends the tool: one line on standard error, no temporary file, status 1. Needs no memory. */
 [[noreturn]] void end_without_memory();
 

@@ -49,15 +49,16 @@ Temporaries& temporaries() {
   return *all;
 }
 
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) { throw Failure(path + ": " + reason); }
+
 /** Follows a link to what it names, so that the link itself stays. */
 fs::path real_target(const std::string& path) {
   std::error_code error;
   if (!fs::is_symlink(path, error)) return path;
   const fs::path target = fs::weakly_canonical(path, error);
-  return error ? fs::path(path) : target;
+  if (error) refuse(path, "cannot be written: " + error.message());
+  return target;
 }
-
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) { throw Failure(path + ": " + reason); }
 
 [[noreturn]] void refuse_existing(const std::string& path) { refuse(path, "exists already (--force replaces it)"); }
 
@@ -76,11 +77,33 @@ mode_t mode_for(const fs::path& target) {
   return stat(target.c_str(), &old) == 0 ? old.st_mode & 07777 : new_file_mode();
 }
 
-/** Fills, finishes and closes an open file; 0 or an error number. */
+/** Fills and finishes an open file; 0 or an error number. */
 int fill(int descriptor, const std::vector<unsigned char>& content, mode_t mode) {
   const bool filled = write_all(descriptor, content.data(), content.size()) && fchmod(descriptor, mode) == 0;
-  const int error = filled ? 0 : errno;
-  return close(descriptor) == 0 || error != 0 ? error : errno;
+  return filled ? 0 : errno;
+}
+
+fs::path folder_of(const fs::path& target) {
+  const fs::path folder = target.parent_path();
+  return folder.empty() ? "." : folder;
+}
+
+/** The name under which the system knows an open file that has none. */
+std::string name_of_open(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+/** Opens a file without a name in a folder; -1 where the system has no such files, or could not name them later. */
+int open_unnamed(const fs::path& folder) {
+#ifdef O_TMPFILE
+  static const bool nameable = access("/proc/self/fd", X_OK) == 0;
+  if (nameable) return open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+#endif
+  return -1;
+}
+
+/** Gives an open file without a name one that is free; 0 or an error number. */
+int link_unnamed(int descriptor, const std::string& name) {
+  const std::string open_name = name_of_open(descriptor);
+  return linkat(AT_FDCWD, open_name.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
 }
 
 int replace(const std::string& temporary, const fs::path& target) {
@@ -206,16 +229,24 @@ void remove_temporaries() {
 OutputFile::OutputFile(const std::string& path, const std::vector<std::string>& protect, bool force)
     : path_(path), force_(force) {
   if (path == kPipe) return;
+  struct stat existing {};
+  const bool exists = stat(path.c_str(), &existing) == 0;
   for (const std::string& input : protect) {
+    if (!exists) break;
     if (same_file(path, input)) refuse(path, "is an input (" + input + ") and stays as it is");
   }
   target_ = real_target(path);
   check_target(target_, force, path);
+  descriptor_ = open_unnamed(folder_of(target_));
+  if (descriptor_ < 0) create_named();
+}
+
+void OutputFile::create_named() {
   // From the moment on at which there is a file it is known to those who clean up: nothing may fail in between.
-  std::list<std::string> own{(target_.parent_path() / ".vantrel-XXXXXX").string()};
+  std::list<std::string> own{(folder_of(target_) / ".vantrel-XXXXXX").string()};
   const std::lock_guard lock(temporaries().mutex);
   descriptor_ = mkostemp(own.front().data(), O_CLOEXEC);
-  if (descriptor_ < 0) refuse(path, "cannot be written: " + reason_of(errno));
+  if (descriptor_ < 0) refuse(path_, "cannot be written: " + reason_of(errno));
   temporary_ = own.begin();
   has_temporary_ = true;
   temporaries().paths.splice(temporaries().paths.end(), own);
@@ -230,23 +261,52 @@ void OutputFile::commit(const std::vector<unsigned char>& content) {
     }
     return;
   }
-  const int write_error = fill(std::exchange(descriptor_, -1), content, mode_for(target_));
-  if (write_error != 0) refuse(path_, "cannot be written: " + reason_of(write_error));
-
-  const std::lock_guard lock(temporaries().mutex);
-  const int error = force_ ? replace(*temporary_, target_) : link_to_name(*temporary_, target_);
+  int error = fill(descriptor_, content, mode_for(target_));
+  // Some file systems tell only now that there was no room.
+  if (error == 0 && has_temporary_ && close(std::exchange(descriptor_, -1)) != 0) error = errno;
+  if (error == 0) error = give_name();
   if (error == EEXIST) refuse_existing(path_);
   if (error != 0) refuse(path_, "cannot be written: " + reason_of(error));
+}
+
+/** Gives the complete file its name; 0 or an error number. */
+int OutputFile::give_name() {
+  if (!has_temporary_) {
+    const int error = link_unnamed(descriptor_, target_.string());
+    return error == EEXIST && force_ ? give_name_of_another() : error;
+  }
+  const std::lock_guard lock(temporaries().mutex);
+  const int error = force_ ? replace(*temporary_, target_) : link_to_name(*temporary_, target_);
+  if (error == 0) forget_temporary();
+  return error;
+}
+
+/** A file without a name cannot take that of another: it gets one of its own first. */
+int OutputFile::give_name_of_another() {
+  static std::atomic<unsigned> next = 0;
+  const std::string start = (folder_of(target_) / ".vantrel-").string() + std::to_string(getpid()) + "-";
+  for (;;) {
+    std::list<std::string> own{start + std::to_string(next++)};
+    const std::lock_guard lock(temporaries().mutex);
+    int error = link_unnamed(descriptor_, own.front());
+    if (error == EEXIST) continue;
+    if (error == 0) error = replace(own.front(), target_);
+    if (error != 0) unlink(own.front().c_str());
+    return error;
+  }
+}
+
+void OutputFile::forget_temporary() {
   temporaries().paths.erase(temporary_);
   has_temporary_ = false;
 }
 
 void OutputFile::discard() {
-  if (!has_temporary_) return;
   if (descriptor_ >= 0) close(descriptor_);
+  if (!has_temporary_) return;
   const std::lock_guard lock(temporaries().mutex);
   unlink(temporary_->c_str());
-  temporaries().paths.erase(temporary_);
+  forget_temporary();
 }
 
 }  // namespace tool

@@ -2,8 +2,9 @@
  * @file safe_file.h
  * @brief Reading whole inputs, and writing outputs so that nobody loses a file.
  *
- * An output grows in a temporary file beside its target and takes the target's name when it is complete. Whatever goes
- * wrong before that, an interrupt included, leaves neither a temporary file nor a half-written target.
+ * An output grows in a file without a name, which the system forgets with the process, and gets its name when it is
+ * complete; or, where the system has no such files, in a temporary file beside its target. Whatever goes wrong before
+ * that, an interrupt included, leaves neither a temporary file nor a half-written target.
  */
 #ifndef VANTREL_CLI_SAFE_FILE_H
 #define VANTREL_CLI_SAFE_FILE_H
@@ -44,7 +45,7 @@ void remove_temporaries();
 /**
  * A file that is being written, or standard output for "-".
  *
- * Making one creates the temporary file, so an unwritable target shows before the work begins.
+ * Making one creates the file that it grows in, so an unwritable target shows before the work begins.
  */
 class OutputFile {
  public:
@@ -66,14 +67,18 @@ class OutputFile {
   void commit(const std::vector<unsigned char>& content);
 
  private:
+  void create_named();
+  int give_name();
+  int give_name_of_another();
+  void forget_temporary();
   void discard();
 
   std::string path_;
   bool force_;
   int descriptor_ = -1;
   std::filesystem::path target_;
-  std::list<std::string>::iterator temporary_; /**< its path, while there is one */
-  bool has_temporary_ = false;                 /**< not for standard output, nor once committed or discarded */
+  std::list<std::string>::iterator temporary_; /**< the path of a temporary file, while there is one */
+  bool has_temporary_ = false;
 };
 
 }  // namespace tool
