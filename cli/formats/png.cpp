@@ -253,6 +253,8 @@ void set_head(const Codec& codec, const Bitmap& image, const Encoding& encoding)
   }
   if (encoding.quick) {
     png_set_compression_level(codec.png, 1);
+    // Photographs have few repetitions but runs: looking for others costs most of the time.
+    png_set_compression_strategy(codec.png, Z_RLE);
     png_set_filter(codec.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
   }
 }
