@@ -15,6 +15,11 @@
 namespace tool {
 namespace {
 
+Outcome outcome_of(Certainty certainty) {
+  if (certainty == Certainty::kSure) return Outcome::kDone;
+  return certainty == Certainty::kLikely ? Outcome::kLikely : Outcome::kDoubtful;
+}
+
 /** The work on one input, from its file to its results. */
 class Task {
  public:
@@ -49,6 +54,7 @@ class Task {
     Finding finding = work(scan);
     report_.milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     report_.message = finding.message;
+    report_.advice = finding.advice;
     if (options_.json && finding.details) {
       const ForeignCode json(Large::kCrashes);
       report_.details = finding.details();
@@ -56,7 +62,7 @@ class Task {
     if (overlay) write_overlay(scan, finding, *overlay);
     if (finding.found) {
       write_pictures(scan, finding.pictures, output.get());
-      report_.outcome = Outcome::kDone;
+      report_.outcome = outcome_of(finding.certainty);
     } else if (options_.keep_unclipped && output) {
       write_untouched(scan, *output);
       report_.outcome = Outcome::kKept;
@@ -99,9 +105,14 @@ class Task {
   }
 
   void write_pictures(const Scan& scan, const std::vector<Bitmap>& pictures, OutputFile* file) {
-    if (naming_ == Naming::kOneFile) {
-      if (file != nullptr) write_picture(scan, pictures.front(), job_.output, *file);
+    if (pictures.empty() || job_.output.empty()) return;
+    if (naming_ == Naming::kOneFile || (naming_ == Naming::kOneOrMoreFiles && pictures.size() == 1)) {
+      const std::unique_ptr<OutputFile> late = file == nullptr ? open(job_.output) : nullptr;
+      write_picture(scan, pictures.front(), job_.output, late ? *late : *file);
       return;
+    }
+    if (job_.output == kPipe) {
+      throw Failure(std::to_string(pictures.size()) + " cards do not go to standard output (try --cards 1)");
     }
     int number = 0;
     for (const Bitmap& picture : pictures) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "canvas.h"
+#include "certainty.h"
 #include "image_file.h"
 #include "options.h"
 #include "report.h"
@@ -20,10 +21,12 @@ namespace tool {
 /** What a command found on one scan. */
 struct Finding {
   bool found = false;
-  std::string message;               /**< what was found, or why nothing was */
-  std::function<Json()> details;     /**< the command's own members of the JSON, made where it is asked for */
-  std::vector<Bitmap> pictures;      /**< to be written; one, or for numbered files any number */
-  std::function<void(Canvas&)> draw; /**< draws what was seen onto the overlay; may be empty */
+  Certainty certainty = Certainty::kSure; /**< of what was found */
+  std::string advice;                     /**< what to try where nothing was found */
+  std::string message;                    /**< what was found, or why nothing was */
+  std::function<Json()> details;          /**< the command's own members of the JSON, made where it is asked for */
+  std::vector<Bitmap> pictures;           /**< to be written; one, or for numbered files any number */
+  std::function<void(Canvas&)> draw;      /**< draws what was seen onto the overlay; may be empty */
 };
 
 /** A command's work on one scan. Called from several threads; may throw Failure or std::bad_alloc. */

@@ -63,6 +63,7 @@ void add_card_options(CLI::App& command, CardOptions& options) {
                   "Tell of N other quadrilaterals a card, nested in it or its rivals, and draw them on the overlay")
       ->type_name("N")
       ->check(CLI::Range(0, kMostAlternatives));
+  add_demand_options(command, options.demands);
   CLI::Option* portrait =
       command.add_flag("--portrait", options.orientation.portrait, "Turn cards that lie by a quarter, clockwise");
   CLI::Option* landscape =
@@ -72,6 +73,17 @@ void add_card_options(CLI::App& command, CardOptions& options) {
                             ->check(CLI::IsMember({0, 90, 180, 270}));
   portrait->excludes(landscape)->excludes(rotate);
   landscape->excludes(rotate);
+}
+
+void add_demand_options(CLI::App& command, Demands& demands) {
+  command
+      .add_option("--min-sides", demands.sides,
+                  "A card of whose four sides fewer than N were found counts as not found")
+      ->type_name("N")
+      ->check(CLI::Range(0, 4));
+  command.add_option("--min-confidence", demands.confidence, "A card with a confidence below X counts as not found")
+      ->type_name("X")
+      ->check(CLI::Range(0.0, 1.0));
 }
 
 Bitmap oriented(Bitmap picture, const Orientation& orientation) {

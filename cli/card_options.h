@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "bitmap.h"
+#include "certainty.h"
 #include "options.h"
 
 namespace tool {
@@ -24,14 +25,18 @@ struct CardOptions : Options {
   int cards = 0;                        /**< the most that are looked for; 0: all */
   int alternatives = 0;
   Orientation orientation;
+  Demands demands;
 };
 
 /** Adds --method, with the names of the one method or the other that the command takes beside "auto" and "anywhere". */
 void add_method_option(CLI::App& command, CardOptions& options, const std::vector<std::string>& others,
                        const std::string& help);
 
-/** Adds --cards, --alternatives, --portrait, --landscape and --rotate. */
+/** Adds --cards, --alternatives, --min-sides, --min-confidence, --portrait, --landscape and --rotate. */
 void add_card_options(CLI::App& command, CardOptions& options);
+
+/** Adds --min-sides and --min-confidence. */
+void add_demand_options(CLI::App& command, Demands& demands);
 
 /** A picture turned as asked for; a quarter turn that brings it upright or to lie goes clockwise. */
 Bitmap oriented(Bitmap picture, const Orientation& orientation);

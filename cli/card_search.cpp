@@ -5,20 +5,24 @@
 #include <cmath>
 #include <cstdio>
 
+#include "blankness.h"
+#include "flat_card.h"
 #include "library.h"
 #include "words.h"
 
 namespace tool {
 namespace {
 
-/** From here on a card found anywhere is no guess, and a side of it is no guess either. */
-constexpr double kSure = 0.5;
+/** From here on a side is no guess. */
+constexpr double kWeak = 0.5;
+
+constexpr const char* kCornersFound = "corners-found";
 
 enum class SideState { kFound, kWeak, kGuessed };
 
 SideState state_of(const vantrel_side& side) {
   if (side.found != 0) return SideState::kFound;
-  return side.confidence >= kSure ? SideState::kWeak : SideState::kGuessed;
+  return side.confidence >= kWeak ? SideState::kWeak : SideState::kGuessed;
 }
 
 const char* name_of(SideState state) {
@@ -29,30 +33,6 @@ const char* name_of(SideState state) {
 Colour colour_of(SideState state) {
   constexpr std::array kColours = {kGreen, kAmber, kRed};
   return kColours[static_cast<std::size_t>(state)];
-}
-
-int sides_found(const vantrel_card& card) {
-  int count = 0;
-  for (const vantrel_side& side : card.sides) count += side.found;
-  return count;
-}
-
-/**
- * Whether a card may be cut. On dark glass, and on a flat ground that was asked for, one side is enough, since the
- * method says what stands in for the others. A flat ground that was not asked for is a guess, for a page of text has
- * such a rectangle too; and the place of a card on a sheet is none of a single card's.
- */
-bool is_sure(const vantrel_card& card, const CardRequest& request) {
-  switch (card.method) {
-    case VANTREL_METHOD_ANYWHERE:
-      return card.confidence >= kSure;
-    case VANTREL_METHOD_FLAT_LIGHT:
-      return request.method && sides_found(card) > 0;
-    case VANTREL_METHOD_SHEET:
-      return false;
-    default:
-      return true;
-  }
 }
 
 std::string rounded(double value, const char* format) {
@@ -79,14 +59,18 @@ std::string words_of_card(const vantrel_card& card) {
          rounded(card.tilt, "%.1f") + " degrees, confidence " + rounded(card.confidence, "%.2f");
 }
 
-/** Why there is no card that is sure: on dark glass, or else anywhere; and what is only a guess. */
+std::string words_of_guess(const FoundCard& found) {
+  if (found.card.method == VANTREL_METHOD_SHEET) return "only marks, as on a sheet of cards that is split";
+  const std::string why = found.judgement.refusal.empty() ? "" : "; " + found.judgement.refusal;
+  return "only a guess (" + words_of_card(found.card) + why + ")";
+}
+
+/** Why nothing is claimed: on dark glass, or else anywhere; and what is only a guess. */
 std::string words_without_card(const CardSearch& search) {
+  if (search.blank) return "the scan is blank";
   const bool on_glass = search.glass && search.glass->reason != VANTREL_REASON_BILEVEL;
-  if (on_glass && search.cards.empty()) return words_of(search.glass->reason);
-  if (search.cards.empty()) return words_of(search.reason);
-  const vantrel_card& card = search.cards.front().card;
-  const std::string guess = card.method == VANTREL_METHOD_SHEET ? "only marks, as on a sheet of cards that is split"
-                                                                : "only a guess (" + words_of_card(card) + ")";
+  if (search.cards.empty()) return words_of(on_glass ? search.glass->reason : search.reason);
+  const std::string guess = words_of_guess(search.cards.front());
   return on_glass && !search.glass->has_card() ? words_of(search.glass->reason) + "; " + guess : guess;
 }
 
@@ -103,7 +87,8 @@ Json json_of_card(const vantrel_card& card, const CardSearch& search) {
 }
 
 Json json_of_found(const FoundCard& found, const CardSearch& search) {
-  Json json = {{"method", vantrel_method_name(found.card.method)}, {"sure", found.sure}};
+  Json json = {{"method", vantrel_method_name(found.card.method)}, {"certainty", name_of(found.judgement.certainty)}};
+  json["refusal"] = found.judgement.refusal.empty() ? Json() : Json(found.judgement.refusal);
   json.update(json_of_card(found.card, search));
   json["alternatives"] = Json::array();
   for (const vantrel_card& other : found.alternatives) json["alternatives"].push_back(json_of_card(other, search));
@@ -122,7 +107,7 @@ Json box_of(const vantrel_quad& q) {
 /** The members that describe one card, for another method than that for dark glass. */
 Json members_of(const FoundCard* found, const CardSearch& search) {
   Json json = {{"result", found != nullptr ? 1 : 0},
-               {"verdict", found != nullptr ? Json("corners-found") : Json()},
+               {"verdict", found != nullptr ? Json(kCornersFound) : Json()},
                {"sides_found", found != nullptr ? sides_found(found->card) : 0},
                {"sides", Json()},
                {"corners", Json()},
@@ -140,7 +125,7 @@ Json members_of(const FoundCard* found, const CardSearch& search) {
 
 /** Whether it is the search on dark glass that counts: its card was taken, or no other one. */
 bool glass_counts(const CardSearch& search) {
-  const FoundCard* first = search.first_sure();
+  const FoundCard* first = search.first_claimed();
   return search.glass && (first == nullptr || first->card.method == VANTREL_METHOD_DARK_GLASS);
 }
 
@@ -163,32 +148,56 @@ void draw_card(const FoundCard& found, const std::string& text, const CardSearch
   const vantrel_quad q = search.corners(found.card);
   draw_sides(q, canvas, Stroke::kThick, [&](std::size_t side) { return colour_of(state_of(found.card.sides[side])); });
   canvas.label((q.top_left.x + q.bottom_right.x) / 2, (q.top_left.y + q.bottom_right.y) / 2, text,
-               found.sure ? kGreen : kRed);
+               found.claimed() ? kGreen : kRed);
 }
 
-vantrel_find_options options_of(const CardRequest& request) {
-  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
-  options.most_cards = request.most_cards;
-  return options;
+bool needs_confirmation(vantrel_method method) {
+  return method == VANTREL_METHOD_DARK_GLASS || method == VANTREL_METHOD_FLAT_LIGHT;
+}
+
+/**
+ * A flat ground that was not asked for is a guess, for a page of text has such a rectangle too; and the place of a card
+ * on a sheet is none of a single card's.
+ */
+Judgement judge(const vantrel_card& card, const CardRequest& request, const std::vector<vantrel_card>& anywhere) {
+  switch (card.method) {
+    case VANTREL_METHOD_ANYWHERE:
+      return {certainty_anywhere(card), ""};
+    case VANTREL_METHOD_DARK_GLASS:
+      return judged_by(anywhere, card, request.method.has_value());
+    case VANTREL_METHOD_FLAT_LIGHT:
+      return request.method ? judged_by(anywhere, card, true) : Judgement{Certainty::kGuess, ""};
+    default:
+      return {Certainty::kGuess, ""};
+  }
 }
 
 }  // namespace
 
-std::size_t CardSearch::sure_cards() const {
+std::size_t CardSearch::claimed_cards() const {
   return static_cast<std::size_t>(
-      std::count_if(cards.begin(), cards.end(), [](const FoundCard& found) { return found.sure; }));
+      std::count_if(cards.begin(), cards.end(), [](const FoundCard& found) { return found.claimed(); }));
 }
 
-const FoundCard* CardSearch::first_sure() const {
-  const auto first = std::find_if(cards.begin(), cards.end(), [](const FoundCard& found) { return found.sure; });
+const FoundCard* CardSearch::first_claimed() const {
+  const auto first = std::find_if(cards.begin(), cards.end(), [](const FoundCard& found) { return found.claimed(); });
   return first == cards.end() ? nullptr : &*first;
 }
 
 vantrel_quad CardSearch::corners(const vantrel_card& card) const { return scaled(card.corners, scale); }
 
+Certainty CardSearch::certainty() const {
+  Certainty least = Certainty::kSure;
+  for (const FoundCard& found : cards) {
+    if (found.claimed()) least = std::min(least, found.judgement.certainty);
+  }
+  return least;
+}
+
 CardSearch search_cards(const Bitmap& scan, const CardRequest& request) {
   vantrel_image view = scan.view();
-  vantrel_find_options options = options_of(request);
+  vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
+  options.most_cards = request.most_cards;
   choose_analysis(request.analysis, view, options);
   const Cards cards = find(view, request.method, options);
   CardSearch search{{},
@@ -196,29 +205,45 @@ CardSearch search_cards(const Bitmap& scan, const CardRequest& request) {
                     {},
                     scan.width(),
                     scan.height(),
-                    request.scale};
+                    request.scale,
+                    request.method.has_value(),
+                    false};
   if (vantrel_cards_reason(cards.get(), VANTREL_METHOD_DARK_GLASS) != VANTREL_REASON_NOT_TRIED) {
     search.glass = corner_search_of(cards, scan, request.scale);
   }
-  for (std::size_t i = 0; i < vantrel_cards_count(cards.get()); ++i) {
-    const vantrel_card card = card_at(cards, i);
+  std::vector<vantrel_card> found = all_cards(cards);
+  const bool unconfirmed = !found.empty() && needs_confirmation(found.front().method);
+  const std::vector<vantrel_card> anywhere =
+      unconfirmed ? all_cards(find(scan.view(), VANTREL_METHOD_ANYWHERE)) : std::vector<vantrel_card>();
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    const vantrel_card card = on_frame(found[i], scan);
     std::vector<vantrel_card> others = alternatives_of(cards, i);
+    Judgement judgement = held_to(request.demands, card, judge(card, request, anywhere));
     others.resize(std::min(others.size(), static_cast<std::size_t>(request.alternatives)));
-    search.cards.push_back({card, std::move(others), is_sure(card, request)});
+    search.cards.push_back({card, std::move(others), std::move(judgement)});
   }
+  search.blank = search.claimed_cards() == 0 && is_blank(scan);
   return search;
 }
 
 std::string words_of(const CardSearch& search) {
-  const std::size_t sure = search.sure_cards();
+  const std::size_t sure = search.claimed_cards();
   if (sure == 0) return words_without_card(search);
-  const FoundCard& first = *search.first_sure();
+  const FoundCard& first = *search.first_claimed();
   if (sure > 1) return std::to_string(sure) + " cards";
   return first.card.method == VANTREL_METHOD_DARK_GLASS ? words_of(*search.glass) : words_of_card(first.card);
 }
 
+std::string advice_of(const CardSearch& search) {
+  if (search.blank || search.claimed_cards() > 0) return "";
+  if (search.glass && search.asked && !search.glass->has_card()) return advice_for(search.glass->reason);
+  if (search.cards.empty()) return advice_for(search.reason);
+  if (search.cards.front().card.method == VANTREL_METHOD_SHEET) return "split --method sheet";
+  return advice_for(VANTREL_REASON_NOTHING_LIKE_A_CARD);
+}
+
 std::string words_of_guesses(const CardSearch& search) {
-  const std::size_t guesses = search.cards.size() - search.sure_cards();
+  const std::size_t guesses = search.cards.size() - search.claimed_cards();
   if (guesses == 0) return "";
   return std::to_string(guesses) + (guesses == 1 ? " guess" : " guesses") + " left out";
 }
@@ -230,8 +255,9 @@ Json json_of_cards(const CardSearch& search) {
 }
 
 Json json_of(const CardSearch& search) {
-  const FoundCard* first = search.first_sure();
+  const FoundCard* first = search.first_claimed();
   Json json = glass_counts(search) ? json_of(*search.glass) : members_of(first, search);
+  if (first == nullptr && json["verdict"] == kCornersFound) json["verdict"] = "refused";
   json["method"] = first != nullptr ? Json(vantrel_method_name(first->card.method)) : Json();
   json["confidence"] = first != nullptr ? Json(thousandths(first->card.confidence)) : Json();
   json["cards"] = json_of_cards(search);
@@ -250,7 +276,7 @@ void draw(const CardSearch& search, Canvas& canvas) {
   const bool glass = glass_counts(search);
   if (glass) draw(*search.glass, canvas);
   // The card on dark glass is what the lines of its sides show.
-  if (!glass || search.sure_cards() == 0) draw_cards(search, canvas);
+  if (!glass || search.claimed_cards() == 0) draw_cards(search, canvas);
 }
 
 }  // namespace tool

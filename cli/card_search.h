@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "certainty.h"
 #include "corner_search.h"
 
 namespace tool {
@@ -19,14 +20,18 @@ struct CardRequest {
   Analysis analysis = Analysis::kReduced;
   int scale = 1;        /**< from the searched scan to the scan that is cut */
   int most_cards = 0;   /**< 0: as many as there are */
-  int alternatives = 0; /**< so many are kept of each card */
+  int alternatives = 0; /**< so many are told of each card */
+  Demands demands;
 };
 
 /** A card, in the coordinates of the searched scan. */
 struct FoundCard {
   vantrel_card card;
   std::vector<vantrel_card> alternatives;
-  bool sure; /**< false: a guess, which is told of but never cut */
+  Judgement judgement;
+
+  /** Whether it may be cut. */
+  bool claimed() const { return judgement.certainty != Certainty::kGuess; }
 };
 
 struct CardSearch {
@@ -36,10 +41,14 @@ struct CardSearch {
   int width; /**< of the searched scan */
   int height;
   int scale;
+  bool asked; /**< whether one method alone was asked for */
+  bool blank; /**< nothing was found, for there is nothing at all on the scan */
 
-  std::size_t sure_cards() const;
+  std::size_t claimed_cards() const;
   /** The first card that is not a guess; null without one. */
-  const FoundCard* first_sure() const;
+  const FoundCard* first_claimed() const;
+  /** That of the least certain card that is claimed. */
+  Certainty certainty() const;
   /** The corners of a card in the scan that is cut. */
   vantrel_quad corners(const vantrel_card& card) const;
 };
@@ -50,13 +59,16 @@ CardSearch search_cards(const Bitmap& scan, const CardRequest& request);
 /** "3 of 4 sides found (left: weak), tilt 3.1 degrees, confidence 0.87"; of several cards how many; else why none. */
 std::string words_of(const CardSearch& search);
 
+/** What may help where nothing is claimed; empty where nothing does. */
+std::string advice_of(const CardSearch& search);
+
 /** "1 guess left out", or nothing. */
 std::string words_of_guesses(const CardSearch& search);
 
-/** For each card its method, confidence, tilt, corners, sides and alternatives. */
+/** For each card its method, certainty, confidence, tilt, corners, sides and alternatives. */
 Json json_of_cards(const CardSearch& search);
 
-/** What `clip` tells: of the first card that was found for sure, else of the search on dark glass; and all cards. */
+/** What `clip` tells: of the first card that is claimed, else of the search on dark glass; and all cards. */
 Json json_of(const CardSearch& search);
 
 /** Draws each card's sides by how they were found, its number and confidence, and its alternatives with thin lines. */

@@ -13,8 +13,9 @@ namespace {
 Json verdict_of(vantrel_reason reason) {
   switch (reason) {
     case VANTREL_REASON_FOUND:
-    case VANTREL_REASON_NO_SIDE:
       return "corners-found";
+    case VANTREL_REASON_NO_SIDE:
+      return "no-side";
     case VANTREL_REASON_TOO_SMALL:
       return "corners-too-small";
     case VANTREL_REASON_DEGENERATE:
@@ -129,9 +130,9 @@ Json json_of(const vantrel_quad& corners) {
 
 Json json_of(const CornerSearch& search) {
   const vantrel_dark_glass& seen = search.seen;
-  const Json verdict = verdict_of(search.reason);
-  Json json = {{"result", verdict == "corners-found" ? 1 : 0},
-               {"verdict", verdict},
+  const bool corners = search.has_card() || search.reason == VANTREL_REASON_NO_SIDE;
+  Json json = {{"result", corners ? 1 : 0},
+               {"verdict", verdict_of(search.reason)},
                {"sides_found", search.sides_found()},
                {"sides", Json()},
                {"corners", Json()},

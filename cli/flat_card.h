@@ -14,11 +14,16 @@ struct FlatCard {
   vantrel_reason reason;
   vantrel_flat_light seen;
 
+  vantrel_card card; /**< as seen, where any side was found */
+
   bool searched() const { return seen.reduction != 0; }
   int sides_found() const;
 };
 
-/** Searches a scan for the card. @throws Failure, std::bad_alloc */
+/** A card on flat light whose sides that were not found lie on the frame of the scan; any other as it is. */
+vantrel_card on_frame(const vantrel_card& card, const Bitmap& scan);
+
+/** Searches a scan for the card; a side not found is the frame of the scan. @throws Failure, std::bad_alloc */
 FlatCard find_flat_card(const Bitmap& scan);
 
 /** For each side whether it was found. */

@@ -60,6 +60,12 @@ vantrel_card card_at(const Cards& cards, std::size_t index) {
   return card;
 }
 
+std::vector<vantrel_card> all_cards(const Cards& cards) {
+  std::vector<vantrel_card> all;
+  for (std::size_t i = 0; i < vantrel_cards_count(cards.get()); ++i) all.push_back(card_at(cards, i));
+  return all;
+}
+
 std::vector<vantrel_card> alternatives_of(const Cards& cards, std::size_t index) {
   std::vector<vantrel_card> all;
   vantrel_card card = VANTREL_CARD_INIT;

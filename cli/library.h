@@ -28,6 +28,8 @@ Cards find(const vantrel_image& scan, std::optional<vantrel_method> method,
 
 vantrel_card card_at(const Cards& cards, std::size_t index);
 
+std::vector<vantrel_card> all_cards(const Cards& cards);
+
 /** The quadrilaterals that a card was preferred to, the likeliest first. */
 std::vector<vantrel_card> alternatives_of(const Cards& cards, std::size_t index);
 

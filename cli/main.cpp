@@ -1,10 +1,12 @@
 #include <vantrel_cards.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "commands/commands.h"
@@ -12,6 +14,7 @@
 #include "failure.h"
 #include "memory.h"
 #include "safe_file.h"
+#include "usage.h"
 
 namespace {
 
@@ -27,24 +30,25 @@ int run(const CLI::App& parser, const std::vector<tool::Command>& commands) {
 /** --help and --version end well; everything else that the parser throws is wrong usage. */
 int end_of_parsing(const CLI::App& parser, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) return parser.exit(error);
-  const std::vector<std::string> rest = parser.remaining();
-  const std::string reason =
-      parser.get_subcommands().empty() && !rest.empty() ? "unknown subcommand '" + rest.front() + "'" : error.what();
-  tool::print_error("vantrel: " + reason + " (see vantrel --help)\n");
+  const bool known = !parser.get_subcommands().empty();
+  const std::string page = known ? parser.get_subcommands().front()->get_name() + " --help" : "--help";
+  tool::print_error("vantrel: " + tool::words_of(parser, error) + " (see vantrel " + page + ")\n");
   return kWrongUsage;
 }
 
 /** What the command line asks for: parsed and done. Throws what the commands throw. */
 int parse_and_run(int argc, char** argv) {
   CLI::App parser("Image pre-processing for scanned business cards", "vantrel");
-  parser.set_version_flag("--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
+  parser.set_version_flag("-V,--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
   parser.set_help_flag("-h,--help", "Print this help and end");
   parser.require_subcommand(1);
-  const std::vector<tool::Command> commands = {tool::add_clip(parser),  tool::add_cut(parser),
-                                               tool::add_split(parser), tool::add_enlarge(parser),
-                                               tool::add_crop(parser),  tool::add_detect(parser)};
+  const std::vector<tool::Command> commands = {
+      tool::add_auto(parser),    tool::add_clip(parser), tool::add_cut(parser),   tool::add_split(parser),
+      tool::add_enlarge(parser), tool::add_crop(parser), tool::add_detect(parser)};
   try {
-    parser.parse(argc, argv);
+    std::vector<std::string> arguments = tool::meant_arguments(parser, {argv + 1, argv + argc});
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    parser.parse(std::move(arguments));
     return run(parser, commands);
   } catch (const CLI::ParseError& error) {
     return end_of_parsing(parser, error);

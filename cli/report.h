@@ -18,10 +18,12 @@ namespace tool {
 using Json = nlohmann::ordered_json;
 
 enum class Outcome {
-  kDone,    /**< found, and written unless only detection was asked for */
-  kKept,    /**< nothing found, the scan written as it is on request */
-  kNothing, /**< nothing found, nothing written */
-  kFailed   /**< an error */
+  kDone,     /**< found for sure, and written unless only detection was asked for */
+  kLikely,   /**< the same, not quite as sure */
+  kDoubtful, /**< the same; somebody should look at it */
+  kKept,     /**< nothing found, the scan written as it is on request */
+  kNothing,  /**< nothing found, nothing written */
+  kFailed    /**< an error */
 };
 
 /** Sizes of a picture, in pixels and bits, and its resolution. */
@@ -45,13 +47,14 @@ struct Report {  // NOLINT(bugprone-exception-escape): no null JSON throws
   int pages = 0; /**< 0 when the file could not be read */
   Outcome outcome = Outcome::kFailed;
   std::string message; /**< what was found, or why nothing came of it */
+  std::string advice;  /**< what to try where nothing was found */
   Json details;        /**< the command's own members, where JSON is asked for */
   std::optional<PictureInfo> scan;
   std::vector<WrittenPicture> outputs;
   std::string overlay;
   double milliseconds = 0; /**< of finding and cutting, without reading and writing files */
 
-  bool succeeded() const { return outcome == Outcome::kDone || outcome == Outcome::kKept; }
+  bool succeeded() const { return outcome != Outcome::kNothing && outcome != Outcome::kFailed; }
 };
 
 /** One readable line, with its end. */

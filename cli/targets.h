@@ -22,8 +22,9 @@ struct Job {
 
 /** How a command names its results. */
 enum class Naming {
-  kOneFile,      /**< OUT is a file, or a folder of files */
-  kNumberedFiles /**< OUT is a folder; number_path gives the files' names */
+  kOneFile,        /**< OUT is a file, or a folder of files */
+  kOneOrMoreFiles, /**< the same; number_path gives the names of several files */
+  kNumberedFiles   /**< OUT is a folder; number_path gives the files' names */
 };
 
 /**

@@ -18,6 +18,9 @@ inline constexpr std::array kSideNames = {"top", "bottom", "left", "right"};
 /** Why there is no card: the library's sentence, with the number that bounds what it takes. */
 std::string words_of(vantrel_reason reason);
 
+/** What to try where there is no card for this reason; empty where nothing helps. */
+std::string advice_for(vantrel_reason reason);
+
 }  // namespace tool
 
 #endif

@@ -3,12 +3,12 @@
 
 #include "batch.h"
 #include "card_options.h"
+#include "card_picture.h"
 #include "card_search.h"
 #include "commands/commands.h"
 #include "failure.h"
 #include "given_entries.h"
 #include "library.h"
-#include "rectangle.h"
 #include "twin_scan.h"
 
 namespace tool {
@@ -73,26 +73,20 @@ Bitmap stretch(const Bitmap& searched, const Bitmap& target, const CornerSearch&
                         : stretched_card(reduced(searched, reduction), target, glass.scale * reduction);
 }
 
-/** The pixels of an upright card; on a larger scan its corners are pixels too. */
-vantrel_rect rectangle_of(const vantrel_quad& q) {
-  const auto whole = [](double position) { return static_cast<int>(position); };
-  return {whole(q.top_left.x), whole(q.top_left.y), whole(q.bottom_right.x), whole(q.bottom_right.y)};
-}
-
 Bitmap cut_card(const ClipOptions& options, const Bitmap& searched, const Bitmap& target, const CardSearch& search,
                 const vantrel_card& card) {
-  const vantrel_quad corners = search.corners(card);
-  if (options.size == "scan") {
-    return card.method == VANTREL_METHOD_DARK_GLASS ? stretch(searched, target, *search.glass)
-                                                    : cut_onto_frame(target, corners);
-  }
-  return card.method == VANTREL_METHOD_FLAT_LIGHT ? crop(target, clamped(rectangle_of(corners), target))
-                                                  : cut(target, corners);
+  if (options.size != "scan") return card_picture(target, search, card);
+  return card.method == VANTREL_METHOD_DARK_GLASS ? stretch(searched, target, *search.glass)
+                                                  : cut_onto_frame(target, search.corners(card));
 }
 
 CardRequest request_of(const ClipOptions& options) {
-  return {options.method, options.scale ? Analysis::kAsItIs : Analysis::kReduced, options.scale.value_or(1),
-          options.cards, options.alternatives};
+  return {options.method,
+          options.scale ? Analysis::kAsItIs : Analysis::kReduced,
+          options.scale.value_or(1),
+          options.cards,
+          options.alternatives,
+          options.demands};
 }
 
 Finding clip(const ClipOptions& options, Scan& scan) {
@@ -104,7 +98,9 @@ Finding clip(const ClipOptions& options, Scan& scan) {
   const CardSearch search = search_cards(searched, request_of(options));
 
   Finding finding;
-  finding.found = search.first_sure() != nullptr;
+  finding.found = search.first_claimed() != nullptr;
+  finding.certainty = search.certainty();
+  finding.advice = advice_of(search);
   finding.message = words_of(search);
   finding.details = [search] { return json_of(search); };
   finding.draw = [shown = on_overlay(options, search)](Canvas& canvas) { draw(shown, canvas); };
@@ -113,7 +109,7 @@ Finding clip(const ClipOptions& options, Scan& scan) {
   if (!guesses.empty()) finding.message += ", " + guesses;
   if (options.detect_only) return finding;
   for (const FoundCard& found : search.cards) {
-    if (!found.sure) continue;
+    if (!found.claimed()) continue;
     finding.pictures.push_back(oriented(cut_card(options, searched, target, search, found.card), options.orientation));
   }
   const Bitmap& card = finding.pictures.front();

@@ -16,6 +16,7 @@ struct Command {
   std::function<int()> run;
 };
 
+Command add_auto(CLI::App& tool);
 Command add_clip(CLI::App& tool);
 Command add_crop(CLI::App& tool);
 Command add_cut(CLI::App& tool);

@@ -54,7 +54,7 @@ def test_card_is_found_wherever_it_lies(tool, small, tmp_path, method):
 
 def test_text_tells_how_sure_it_is(tool, small, tmp_path):
     text = tool("clip", small[0], "-o", tmp_path / "card.png", ok=True).text
-    assert "of 4 sides found" in text and re.search(r"tilt 10\.0 degrees, confidence (0\.[5-9]\d|1\.00) ->", text)
+    assert "of 4 sides found" in text and re.search(r"tilt 10\.0 degrees, confidence (0\.[5-9]\d|1\.00)( \((likely|doubtful)\))? ->", text)
 
 
 def test_box_holds_the_corners(tool, small):
@@ -86,7 +86,7 @@ def test_flat_ground_is_looked_at_when_asked(tool, tmp_path, name):
 
 def test_sides_are_told_as_found_weak_or_guessed(tool, small):
     for card in tool("clip", small[0], "--detect-only", "--method", "anywhere", "--json", ok=True).json[0]["cards"]:
-        assert card["method"] == "anywhere" and card["sure"] == (card["confidence"] >= 0.5)
+        assert card["method"] == "anywhere" and (card["certainty"] == "guess") == (card["confidence"] < 0.5)
         assert list(card["sides"]) == ["top", "bottom", "left", "right"]
         for side in card["sides"].values():
             share = side["confidence"]
@@ -102,7 +102,7 @@ def test_guess_is_no_success(tool, tmp_path):
         report = result.json[0]
         assert result.code == 1 and report["outcome"] == "nothing-found" and not (tmp_path / "c.png").exists()
         assert report["method"] is None and report["confidence"] is None
-        assert not any(card["sure"] for card in report["cards"])
+        assert all(card["certainty"] == "guess" for card in report["cards"])
         tool("clip", path, "-o", tmp_path / "c.png", "--method", method).fails_with(path)
 
 

@@ -76,7 +76,7 @@ def test_second_input_of_the_same_name_is_an_error(tool, scan, tmp_path):
         result = tool("clip", tmp_path / "a" / "card.png", tmp_path / "b" / "card.png", "-o", out, "--json", *force)
         assert result.code == 1
         first, second = result.json
-        assert first["outcome"] == "done" and second["outcome"] == "failed"
+        assert first["outcome"] in ("done", "likely") and second["outcome"] == "failed"
         assert "is written for" in second["error"] and "a/card.png" in second["error"]
         (out / "card.png").unlink()
 

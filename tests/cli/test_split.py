@@ -62,7 +62,7 @@ def test_split_straightens_cards(tool, tmp_path):
 def test_split_straightens_nothing_on_a_bilevel_sheet(tool, tmp_path):
     path = SAMPLES / "sheets" / "two-columns.png"
     result = tool("split", path, "-o", tmp_path, "--method", "sheet", "--straighten", ok=True)
-    assert "8 cards, 0 straightened" in result.text
+    assert "8 cards by their marks" in result.text and ", 0 straightened" in result.text
 
 
 @pytest.mark.parametrize("name", ["two-columns.png", "one-column.png", "dark-strip.jpg"])
@@ -123,7 +123,7 @@ def test_split_needs_a_resolution(tool, tmp_path):
 
 def test_split_of_a_blank_sheet(tool, tmp_path):
     path = scans.save(scans.blank_scan(1500, 2000, 255), tmp_path / "blank.png")
-    tool("split", path, "-o", tmp_path).fails_with(path, "no card")
+    tool("split", path, "-o", tmp_path).fails_with(path, "blank")
 
 
 def test_split_detects_and_draws(tool, tmp_path):

@@ -1,0 +1,119 @@
+#include "usage.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "failure.h"
+#include "image_format.h"
+#include "safe_file.h"
+
+namespace tool {
+namespace {
+
+std::vector<std::string> subcommands_of(const CLI::App& parser) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : parser.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+std::vector<std::string> options_of(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+  }
+  return names;
+}
+
+/** Insertions, deletions, exchanges and swaps of neighbours between two words. */
+std::size_t distance(const std::string& a, const std::string& b) {
+  std::vector<std::vector<std::size_t>> d(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
+  for (std::size_t i = 0; i <= a.size(); ++i) d[i][0] = i;
+  for (std::size_t j = 0; j <= b.size(); ++j) d[0][j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (swapped) d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+    }
+  }
+  return d[a.size()][b.size()];
+}
+
+bool exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+/** Whether a word is an input rather than a subcommand that there is not. */
+bool looks_like_input(const std::string& word) {
+  return word == kPipe || word.find('/') != std::string::npos || format_of_path(word) || exists(word);
+}
+
+std::string did_you_mean(const std::string& word, const std::vector<std::string>& names) {
+  const std::string name = nearest(word, names);
+  return name.empty() ? "" : " (did you mean '" + name + "'?)";
+}
+
+bool asks_for_tool(const std::string& word) {
+  return word == "-h" || word == "--help" || word == "-V" || word == "--version";
+}
+
+/** The subcommand that was asked for, else the tool itself. */
+const CLI::App& active(const CLI::App& parser) {
+  const std::vector<CLI::App*> used = parser.get_subcommands();
+  return used.empty() ? parser : *used.front();
+}
+
+std::string words_of_unknown(const CLI::App& parser, const std::vector<std::string>& words) {
+  for (const std::string& word : words) {
+    if (word.size() < 2 || word.front() != '-') continue;
+    const std::string name = word.substr(0, word.find('='));
+    return "unknown option '" + name + "'" + did_you_mean(name, options_of(active(parser)));
+  }
+  return words.empty() ? "what is meant?" : "'" + words.front() + "' is not expected here";
+}
+
+}  // namespace
+
+std::string nearest(const std::string& word, const std::vector<std::string>& names) {
+  const auto least = std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+    return distance(word, a) < distance(word, b);
+  });
+  if (least == names.end()) return "";
+  const std::size_t most = std::max<std::size_t>(1, least->size() / 3);
+  return distance(word, *least) <= most ? *least : "";
+}
+
+std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vector<std::string>& given) {
+  if (given.empty() || asks_for_tool(given.front())) return given;
+  const std::vector<std::string> names = subcommands_of(parser);
+  const auto is_subcommand = [&](const std::string& word) {
+    return std::find(names.begin(), names.end(), word) != names.end();
+  };
+  const std::string& first = given.front();
+  if (is_subcommand(first)) return given;
+  if (first == "help") {
+    if (given.size() == 1) return {"--help"};
+    if (is_subcommand(given[1])) return {given[1], "--help"};
+    throw WrongUsage("unknown subcommand '" + given[1] + "'" + did_you_mean(given[1], names) + " (see vantrel --help)");
+  }
+  if (first.front() != '-' && !looks_like_input(first)) {
+    throw WrongUsage("unknown subcommand '" + first + "'" + did_you_mean(first, names) + " (see vantrel --help)");
+  }
+  std::vector<std::string> meant = {"auto"};
+  meant.insert(meant.end(), given.begin(), given.end());
+  return meant;
+}
+
+std::string words_of(const CLI::App& parser, const CLI::ParseError& error) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return words_of_unknown(parser, parser.remaining(true));
+  if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) return error.what();
+  if (parser.get_subcommands().empty()) return "a subcommand or an INPUT is needed";
+  const std::string what = error.what();
+  return what.substr(0, what.find(' ')) + " is needed";
+}
+
+}  // namespace tool

@@ -1,0 +1,157 @@
+"""`vantrel auto`, and the tool without a subcommand: what it chooses, and how sure it is."""
+
+import numpy as np
+import pytest
+
+import scans
+from geometry import corners_of, lengths
+from sample_scans import SAMPLES
+from test_anywhere import small_card, two_cards
+
+pytestmark = pytest.mark.usefixtures("leftovers")
+
+
+@pytest.fixture
+def small(tmp_path):
+    pixels, truth = small_card()
+    return scans.save(pixels, tmp_path / "small.png"), truth
+
+
+def test_one_card_takes_the_name_that_was_given(tool, small, tmp_path):
+    path, truth = small
+    for arguments in (("auto", path), (path,)):
+        report = tool(*arguments, "-o", tmp_path / "card.png", "--force", "--json", ok=True).json[0]
+        assert [output["path"] for output in report["outputs"]] == [str(tmp_path / "card.png")]
+        assert np.abs(corners_of(report) - truth).max() < 1.5
+        assert (report["method"], report["ground"]) == ("anywhere", "dark")
+        width, height = lengths(truth)
+        assert abs(report["outputs"][0]["width"] - width) <= 3
+
+
+def test_several_cards_are_numbered(tool, tmp_path):
+    path = scans.save(two_cards()[0], tmp_path / "two.png")
+    text = tool(path, "-o", tmp_path / "card.png", ok=True).text
+    assert "2 cards, on a dark ground: found by borders anywhere" in text
+    assert sorted(p.name for p in tmp_path.iterdir()) == ["card-1.png", "card-2.png", "two.png"]
+    tool(path, "-o", tmp_path / "one.png", "--cards", 1, ok=True)
+    assert (tmp_path / "one.png").exists()
+    tool(path, "-o", "-").fails_with("--cards 1")
+
+
+def test_ground_is_told(tool):
+    files = [SAMPLES / "anywhere" / name for name in ("white-on-white.jpg", "dark-on-gray.jpg", "wood.jpg")]
+    reports = tool(*files, "--detect-only", "--json", ok=True).json
+    assert [report["ground"] for report in reports] == ["light", "gray", "coloured"]
+
+
+def test_a_sheet_of_print_is_taken_apart_with_doubt(tool, tmp_path):
+    report = tool(SAMPLES / "sheets" / "two-columns.png", "-o", tmp_path, "--json", ok=True).json[0]
+    assert (report["method"], report["outcome"], len(report["outputs"])) == ("sheet", "doubtful", 8)
+
+
+def test_a_page_of_text_and_an_empty_lid_give_nothing(tool, tmp_path):
+    for name in ("text-page.jpg", "empty-lid.jpg"):
+        result = tool(SAMPLES / "anywhere" / name, "-o", tmp_path / "c.png", "--json")
+        report = result.json[0]
+        assert (result.code, report["outcome"], report["outputs"]) == (1, "nothing-found", [])
+        assert ("blank" in report["error"]) == (name == "empty-lid.jpg")
+
+
+def test_outcome_and_certainty_agree(tool):
+    names = {"done": "sure", "likely": "likely", "doubtful": "doubtful"}
+    files = sorted((SAMPLES / "anywhere").iterdir())
+    for report in tool("auto", *files, "--detect-only", "--json", "--cards", 1).json:
+        certainties = [card["certainty"] for card in report["cards"] if card["certainty"] != "guess"]
+        found = report["outcome"] in names
+        assert found == bool(certainties) == (report["verdict"] == "corners-found")
+        assert not found or names[report["outcome"]] == certainties[0]
+
+
+def test_doubt_is_told_and_is_no_failure(tool, tmp_path):
+    path = SAMPLES / "anywhere" / "cut-off.jpg"
+    assert "(doubtful)" in tool(path, "-o", tmp_path / "c.png", ok=True).text
+
+
+@pytest.mark.parametrize("demand, refusal", [(("--min-sides", 4), "--min-sides"), (("--min-confidence", 0.9), "--min-confidence")])
+@pytest.mark.parametrize("command", ["auto", "clip", "split"])
+def test_what_is_demanded_is_found_or_nothing_is(tool, tmp_path, command, demand, refusal):
+    path = SAMPLES / "anywhere" / "cut-off.jpg"
+    result = tool(command, path, "-o", tmp_path, *demand, "--json")
+    report = result.json[0]
+    assert (result.code, report["outcome"], report["outputs"]) == (1, "nothing-found", [])
+    assert refusal in report["error"] and report["cards"][0]["certainty"] == "guess"
+    assert refusal in report["cards"][0]["refusal"] and report.get("verdict") != "corners-found"
+
+
+
+
+def test_dark_glass_is_contradicted_by_borders_elsewhere(tool, tmp_path):
+    """A small card and one long dark edge: the method for dark glass takes that for a side, and the frame for the rest."""
+    pixels, _ = scans.draw_scan(900, 700, 12, fill=0.45, seed=7)
+    pixels[:, 880:] = 250
+    path = scans.save(pixels, tmp_path / "s.png")
+    report = tool("clip", path, "--method", "dark-glass", "--detect-only", "--json").json[0]
+    assert report["outcome"] == "nothing-found" and report["verdict"] != "corners-found"
+    assert tool(path, "--detect-only", "--json", ok=True).json[0]["method"] == "anywhere"
+
+
+@pytest.mark.parametrize("level", [0, 128, 255])
+def test_split_finds_no_cards_on_empty_pages(tool, tmp_path, level):
+    random = np.random.default_rng(level)
+    page = np.clip(random.normal(level, 2, (3300, 2550)), 0, 255).astype(np.uint8)
+    path = scans.save(page, tmp_path / "page.png")
+    for method in ("auto", "sheet"):
+        tool("split", path, "--method", method, "-o", tmp_path).fails_with(path, "blank")
+
+
+def test_split_leaves_the_empty_glass_beside_a_card_alone(tool, tmp_path):
+    random = np.random.default_rng(3)
+    page = np.clip(random.normal(238, 2, (3300, 2550)), 0, 255).astype(np.uint8)
+    page[1200:1850, 300:1330] = 120
+    page[1300:1340, 400:900] = page[1500:1520, 400:1000] = 20
+    path = scans.save(page, tmp_path / "page.png")
+    for method in ("auto", "sheet"):
+        report = tool("split", path, "--method", method, "--detect-only", "--json", ok=True).json[0]
+        assert len(report["cards"]) == 1, (method, report["cards"])
+
+
+def test_cut_keeps_to_the_frame_where_it_saw_no_side(tool, tmp_path):
+    slip = np.full((900, 700), 245, np.uint8)
+    slip[:640, 120:600] = 150
+    path = scans.save(slip, tmp_path / "slip.png")
+    result = tool("cut", path, "--detect-only", "--json", ok=True)
+    report = result.json[0]
+    missed = [side for side, found in report["sides"].items() if not found]
+    assert "top" in missed and report["rectangle"]["top"] == 0
+    assert "top" in report["sides"] and ": the frame of the scan)" in tool("cut", path, "--detect-only", ok=True).text
+    tool("cut", path, "--detect-only", "--min-sides", 4).fails_with("--min-sides")
+
+
+# Without a subcommand.
+
+
+def test_options_may_come_first(tool, small, tmp_path):
+    tool("--json", small[0], "-o", tmp_path / "c.png", ok=True)
+    assert (tmp_path / "c.png").exists()
+
+
+@pytest.mark.parametrize(
+    "arguments, parts",
+    [
+        (("clpi", "a.png"), ("unknown subcommand 'clpi'", "did you mean 'clip'")),
+        (("hlep",), ("unknown subcommand 'hlep'",)),
+        (("clip", "a.png", "--detct-only"), ("unknown option '--detct-only'", "did you mean '--detect-only'", "vantrel clip --help")),
+        (("a.png", "--outptu", "b.png"), ("unknown option '--outptu'", "did you mean '--output'")),
+        (("help", "splitt"), ("did you mean 'split'",)),
+        (("clip",), ("INPUT is needed",)),
+        ((), ("subcommand",)),
+    ],
+)
+def test_slips_of_the_pen(tool, tmp_path, arguments, parts):
+    tool(*arguments, cwd=tmp_path).fails_with(*parts, code=2)
+
+
+def test_help_comes_in_every_way(tool):
+    assert tool("help", ok=True).text == tool("--help", ok=True).text
+    assert tool("help", "clip", ok=True).text == tool("clip", "--help", ok=True).text
+    assert tool("-V", ok=True).text == tool("--version", ok=True).text
