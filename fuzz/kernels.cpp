@@ -146,22 +146,53 @@ void count_below(Random& random) {
       [&](const Form& form) { FUZZ_CHECK(form.lines.count_below(bytes.data(), count, level) == wanted); });
 }
 
-void mark_dark(Random& random) {
-  const int count = any_length(random);
-  const Bytes levels = any_bytes(random, size_of(count));
-  // Sums of up to 65536 bytes each, as the means of a window.
-  std::vector<int> sums(size_of(count)), before(size_of(count));
-  const int most = random.one_in(2) ? 255 * 64 : 255 * 1024;
-  for (std::vector<int>* row : {&sums, &before}) {
-    for (int& sum : *row) sum = random.pick(0, most);
+/** Rows that a running mean walks along, with the sums it comes with. */
+class MeanLines {
+ public:
+  explicit MeanLines(Random& random) : cols_(any_length(random)), backwards_(random.one_in(2)) {
+    levels_ = any_bytes(random, size_of(cols_) * vantrel::segment::kLines);
+    for (vantrel::segment::LineSums* sums : {&first_, &second_}) {
+      for (std::uint16_t& sum : *sums) sum = static_cast<std::uint16_t>(random.pick(0, 65280));
+    }
   }
-  const auto run = [&](const Form& form) {
-    Bytes row = levels;
-    form.segment.mark_dark(row.data(), sums.data(), before.data(), count);
-    return row;
-  };
-  const Bytes wanted = run(kPlain);
-  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+
+  /** What two walks leave, and then a third one that marks what is dark by the sums that the second one noted. */
+  Bytes walked(const Form& form) const {
+    MeanLines own = *this;
+    std::vector<std::uint16_t> noted(own.levels_.size());
+    form.segment.follow(own.lines(), own.first_, own.second_);
+    form.segment.note(own.lines(), own.first_, noted.data());
+    form.segment.mark(own.lines(), own.second_, noted.data());
+    Bytes left = own.levels_;
+    const auto append = [&left](const auto* sums, std::size_t count) {
+      for (std::size_t i = 0; i < count; ++i) {
+        left.push_back(static_cast<unsigned char>(sums[i]));
+        left.push_back(static_cast<unsigned char>(sums[i] >> 8));
+      }
+    };
+    append(own.first_, vantrel::segment::kLines);
+    append(own.second_, vantrel::segment::kLines);
+    return left;
+  }
+
+ private:
+  vantrel::segment::Lines lines() {
+    vantrel::segment::Lines lines{.levels = {}, .cols = cols_, .backwards = backwards_};
+    for (std::size_t i = 0; i < vantrel::segment::kLines; ++i) lines.levels[i] = levels_.data() + i * size_of(cols_);
+    return lines;
+  }
+
+  int cols_;
+  bool backwards_;
+  Bytes levels_;
+  vantrel::segment::LineSums first_{};
+  vantrel::segment::LineSums second_{};
+};
+
+void mean_lines(Random& random) {
+  const MeanLines lines(random);
+  const Bytes wanted = lines.walked(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(lines.walked(form) == wanted); });
 }
 
 /** A coefficient near that one, or one that is odd. */
@@ -203,7 +234,7 @@ void warp(Random& random) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   constexpr std::array kKernels = {gray_row, any_far,     find_foreground, mark_row, vote,
-                                   warp,     count_below, mark_dark,       warp};
+                                   warp,     count_below, mean_lines,      warp};
   Random random(data, size);
   kKernels[random.bits() % kKernels.size()](random);
   return 0;
