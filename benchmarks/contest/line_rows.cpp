@@ -1,6 +1,5 @@
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 #include "components/exports.h"
@@ -25,6 +24,7 @@ Image scan_on_glass(const Size& size) {
 }
 
 void enter_edges(const Size& size) {
+  if (!takes_part("edges", size)) return;
   const auto maps = shared(EdgeMaps(scan_on_glass(size), Passed::kNothing));
   enter("edges", size, "vantrel", size.pixels(), [=] {
     maps->detect();
@@ -32,16 +32,7 @@ void enter_edges(const Size& size) {
     const auto below = maps->edge.begin() + std::ptrdiff_t{maps->stride} * (maps->rows / 10 - 4) + maps->cols / 2;
     return *below == 255;
   });
-  // Reading the scan and writing both maps.
-  enter("edges", size, "limit", size.pixels(), [=] {
-    for (std::ptrdiff_t r = 0; r < maps->rows; ++r) {
-      const std::ptrdiff_t at = r * maps->stride;
-      std::memcpy(maps->edge.data() + at, maps->gray.row(static_cast<int>(r)), static_cast<std::size_t>(maps->stride));
-      std::memcpy(maps->direction.data() + at, maps->gray.row(static_cast<int>(r)),
-                  static_cast<std::size_t>(maps->stride));
-    }
-    return true;
-  });
+  enter_limit("edges", size, size.pixels(), size.pixels(), 2 * size.pixels());
 #ifdef WITH_OPENCV
   // Both gradients only, without a magnitude or a direction: less than is asked for.
   enter("edges", size, "opencv-sobel", size.pixels(), [=] {
@@ -59,8 +50,10 @@ void enter_edges(const Size& size) {
 }
 
 void enter_components(const Size& size) {
+  if (!takes_part("components", size)) return;
   const auto maps = shared(EdgeMaps(scan_on_glass(size), Passed::kNothing));
   const auto list = std::make_shared<benchmark_scans::ComponentList>();
+  enter_limit("components", size, size.pixels(), size.pixels(), 0);
   enter("components", size, "vantrel", size.pixels(),
         [=] { return Gray2Bin(maps->edge.data(), list->list(), maps->rows, maps->cols) && list->clear(); });
 #ifdef WITH_OPENCV
@@ -90,6 +83,7 @@ void enter_components(const Size& size) {
 
 /** Two level lines among the angles of 70 to 109 degrees. Units are votes: a point and an angle. */
 void enter_votes(const Size& size) {
+  if (!takes_part("votes", size)) return;
   constexpr int kFirstAngle = 70, kAngles = 40;
   const auto maps = shared(EdgeMaps(scan_on_glass(size), Passed::kInside));
   const auto points = shared(maps->points(0, maps->rows, 0, maps->cols, 0));

@@ -34,6 +34,8 @@ struct Task {
 
 void enter_warp(const Size& size, int bit_count) {
   const std::string row = "warp " + std::to_string(bit_count);
+  if (!takes_part(row, size)) return;
+  enter_limit(row, size, size.pixels(), bit_count / 8 * size.pixels(), bit_count / 8 * size.pixels());
   const auto scan = shared(scan_on_glass(size, bit_count));
   const auto task = shared(Task(size));
   const auto shown = shared(Image(size.width, size.height, bit_count));
@@ -90,23 +92,32 @@ bool near_card(const Size& size, const std::vector<cv::Point2f>& found) {
 
 /** From the scan to the card on its own: find it, and map it onto the frame. */
 void enter_main(const Size& size) {
+  if (!takes_part("main 24", size)) return;
+  // The scan is read to find the card and to map it.
+  enter_limit("main 24", size, size.pixels(), 6 * size.pixels(), 3 * size.pixels());
   const auto scan = shared(scan_on_glass(size, 24));
-  enter("main 24", size, "vantrel", size.pixels(), [=] {
-    Image card;
-    return AutoClipRedundantImg(scan->handle(), nullptr, card.ptr(), 1) == 1;
-  });
+  enter(
+      "main 24", size, "vantrel", size.pixels(),
+      [=] {
+        Image card;
+        return AutoClipRedundantImg(scan->handle(), nullptr, card.ptr(), 1) == 1;
+      },
+      3);
 #ifdef WITH_OPENCV
-  enter("main 24", size, "opencv", size.pixels(), [=] {
-    const std::vector<cv::Point2f> corners = outlined_card(mat_of(*scan));
-    if (!near_card(size, corners)) return false;
-    // In the order in which they were met, round the card.
-    const auto w = static_cast<float>(size.width), h = static_cast<float>(size.height);
-    const std::vector<cv::Point2f> frame = {{1, 1}, {1, h - 2}, {w - 2, h - 2}, {w - 2, 1}};
-    cv::Mat card;
-    cv::warpPerspective(mat_of(*scan), card, cv::getPerspectiveTransform(corners, frame),
-                        cv::Size(size.width, size.height), cv::INTER_LINEAR, cv::BORDER_REPLICATE);
-    return !card.empty();
-  });
+  enter(
+      "main 24", size, "opencv", size.pixels(),
+      [=] {
+        const std::vector<cv::Point2f> corners = outlined_card(mat_of(*scan));
+        if (!near_card(size, corners)) return false;
+        // In the order in which they were met, round the card.
+        const auto w = static_cast<float>(size.width), h = static_cast<float>(size.height);
+        const std::vector<cv::Point2f> frame = {{1, 1}, {1, h - 2}, {w - 2, h - 2}, {w - 2, 1}};
+        cv::Mat card;
+        cv::warpPerspective(mat_of(*scan), card, cv::getPerspectiveTransform(corners, frame),
+                            cv::Size(size.width, size.height), cv::INTER_LINEAR, cv::BORDER_REPLICATE);
+        return !card.empty();
+      },
+      3);
 #endif
 }
 

@@ -49,6 +49,7 @@ void copy_rectangle(ConstPixels source, Pixels target, int left, int first_row, 
     if (bit_count == 1) {
       copy_bits(source, r, target.row(k), left, target.cols);
     } else {
+      whiten_row_end(target, k);
       copy_pixels(source.row(r), source.cols, target.row(k), left, target.cols, bit_count / 8);
     }
   }

@@ -49,14 +49,9 @@ void write_palette(RGBQUAD* palette, int bit_count) {
   }
 }
 
-/**
- * Whitens what lies behind the pixels of each row, which no caller writes and a host may compare: with the whole last
- * word of the row, whose pixels are yet to be written.
- */
+/** Whitens what lies behind the pixels of each row, which no caller writes and a host may compare. */
 void whiten_padding(Pixels pixels) {
-  constexpr std::ptrdiff_t kWord = 4;
-  if (pixels.stride < kWord) return;
-  for (int r = 0; r < pixels.rows; ++r) std::memset(pixels.row(r) + pixels.stride - kWord, 0xFF, kWord);
+  for (int r = 0; r < pixels.rows; ++r) whiten_row_end(pixels, r);
 }
 
 }  // namespace
@@ -96,7 +91,7 @@ bool create(BITMAPPTR& image, const Shape& shape, Paper paper) {
   write_palette(image.pPalette, bit_count);
   if (paper == Paper::kWhite) {
     std::memset(image.pBits, 0xFF, pixels);
-  } else {
+  } else if (paper == Paper::kUnwritten) {
     whiten_padding(pixels_of(image));
   }
   return true;
@@ -135,7 +130,7 @@ bool cut(const BITMAPPTR& src, BITMAPPTR& dst, const MYRECT& rect) {
   const int depth = shape.bit_count;
   const bool all_written = (depth == 8 || depth == 24) && rect.left >= 0 && rect.bottom >= 0 &&
                            rect.left + shape.width <= source.cols && rect.bottom + shape.height <= source.rows;
-  if (!create(dst, shape, all_written ? Paper::kUnwritten : Paper::kWhite)) return false;
+  if (!create(dst, shape, all_written ? Paper::kBare : Paper::kWhite)) return false;
   if (depth != 1 && depth != 8 && depth != 24) return false;
   copy_rectangle(source, pixels_of(dst), rect.left, rect.bottom, depth);
   return true;

@@ -43,7 +43,8 @@ inline Shape shape_of(const BITMAPPTR& image) {
 /** What a new image shows before anything is written to it. */
 enum class Paper {
   kWhite,
-  kUnwritten /**< anything but for the rows' padding, which is white: for whole bytes that are all written at once */
+  kUnwritten, /**< anything but for the rows' padding, which is white: for whole bytes that are all written at once */
+  kBare       /**< anything: for whom writes the padding, too */
 };
 
 /** Makes a white image: what CreateImage does. */
