@@ -197,10 +197,11 @@ inline void share_out(const VoteSheet& sheet, double row, double col, Votes& vot
 void vote(const VoteSheet& sheet, const EdgePoint* points, int count) {
   using Pair = double __attribute__((vector_size(16)));
   Votes votes;
+  const VoteSheet kept = sheet;  // which no vote can be written to
   for (int i = 0; i < count; ++i) {
-    share_out(sheet, __builtin_truncf(points[i].row), __builtin_truncf(points[i].col), votes);
-    double* column = sheet.cells;
-    for (int t = 0; t < sheet.angles; ++t, column += sheet.stride) {
+    share_out(kept, __builtin_truncf(points[i].row), __builtin_truncf(points[i].col), votes);
+    double* column = kept.cells;
+    for (int t = 0; t < kept.angles; ++t, column += kept.stride) {
       double* cells = column + votes.cell[t];
       Pair sums, shares;
       __builtin_memcpy(&sums, cells, sizeof sums);
