@@ -1,0 +1,106 @@
+"""Small files of pictures too large: refused at once, before anything is decoded or memory taken for it.
+
+Within a second of processor time and 100 MB, of any format; and the limits can be raised and lowered.
+"""
+
+import os
+import resource
+import struct
+import subprocess
+import zlib
+
+import numpy as np
+import pytest
+from PIL import Image
+
+import scans
+from conftest import TOOL
+
+SANITIZED = bool(os.environ.get("VANTREL_PRELOAD"))
+SIDE = 30000
+ZEROS = zlib.compress(bytes(4 << 20), 9)
+
+
+def png(width, height, depth, colour, interlaced=0):
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    head = struct.pack(">IIBBBBB", width, height, depth, colour, 0, 0, interlaced)
+    palette = chunk(b"PLTE", bytes(6)) if colour == 3 else b""
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + palette + chunk(b"IDAT", ZEROS) + chunk(b"IEND", b"")
+
+
+def tiff(width, height, bits, samples, compression, rows, tile=None):
+    data = ZEROS
+    tags = {256: width, 257: height, 258: bits, 259: compression, 262: 2 if samples == 3 else 1, 277: samples}
+    tags.update({322: tile, 323: tile, 324: 8, 325: len(data)} if tile else {273: 8, 278: rows, 279: len(data)})
+    entries = b"".join(struct.pack("<HHII", tag, 4, 1, value) for tag, value in sorted(tags.items()))
+    return b"II*\0" + struct.pack("<I", 8 + len(data)) + data + struct.pack("<H", len(tags)) + entries + bytes(4)
+
+
+def patched(name, options, at, kind, values, folder):
+    """A file of a picture of 64 x 64 whose header says otherwise."""
+    path = folder / f"small.{name}"
+    Image.new("RGB", (64, 64), (90, 120, 200)).save(path, **options)
+    file = bytearray(path.read_bytes())
+    place = at(file)
+    file[place : place + struct.calcsize(kind)] = struct.pack(kind, *values)
+    return bytes(file)
+
+
+def bombs(folder):
+    yield "gray.png", png(SIDE, SIDE, 8, 0)
+    yield "deep.png", png(SIDE, SIDE, 16, 6)
+    yield "bits.png", png(4 * SIDE, SIDE, 1, 0)
+    yield "palette.png", png(SIDE, SIDE, 1, 3, interlaced=1)
+    yield "wide.png", png(0x7FFFFFFF, 1, 8, 2)
+    yield "strip.tif", tiff(SIDE, SIDE, 8, 1, 8, SIDE)
+    yield "rows.tif", tiff(SIDE, SIDE, 8, 3, 8, 1)
+    yield "tile.tif", tiff(64, 64, 8, 1, 8, 0, tile=SIDE + 400 - SIDE % 16)
+    yield "huge.tif", tiff(0xFFFFFFFF, 0xFFFFFFFF, 8, 1, 8, 1)
+    yield "group4.tif", tiff(4 * SIDE, SIDE, 1, 1, 4, SIDE)
+    start_of_frame = {"baseline": b"\xff\xc0", "progressive": b"\xff\xc2"}
+    for kind, marker in start_of_frame.items():
+        options = {"progressive": kind == "progressive"}
+        yield f"{kind}.jpg", patched("jpg", options, lambda f, m=marker: f.index(m) + 5, ">HH", (60000, 60000), folder)
+    # The widest there can be: 14 bits less 1 for width and height, and for the lossy kind 14 bits.
+    yield "lossless.webp", patched("webp", {"lossless": True}, lambda f: f.index(b"VP8L") + 9, "<I", (16381 | 16381 << 14,), folder)
+    yield "lossy.webp", patched("webp", {}, lambda f: f.index(b"\x9d\x01\x2a") + 3, "<HH", (16382, 16382), folder)
+    for name, head in (("raw.pgm", b"P5 30000 30000 255\n"), ("deep.ppm", b"P6 20000 20000 65535\n"),
+                       ("text.pgm", b"P2 30000 30000 255\n"), ("bits.pbm", b"P4 120000 30000\n")):
+        yield name, head + bytes(1000)
+    yield "head.bmp", patched("bmp", {}, lambda f: 18, "<ii", (SIDE, SIDE), folder)
+    yield "run.bmp", patched("bmp", {}, lambda f: 28, "<HI", (8, 1), folder)
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+def test_bombs_are_refused_at_once(tmp_path):
+    told = {}
+    for name, content in bombs(tmp_path):
+        (tmp_path / name).write_bytes(content)
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        process = subprocess.run(["/usr/bin/env", TOOL, "clip", tmp_path / name, "--detect-only", "-j", "1"], capture_output=True, text=True)
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        assert process.returncode == 1, name
+        told[name] = process.stderr
+        assert after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime < 1, name
+        assert after.ru_maxrss < 100 << 10, name  # the most of all children so far
+        assert any(reason in process.stderr for reason in ("megapixels", "megabytes", "truncated or damaged")), told[name]
+    for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "lossless.webp", "lossy.webp", "raw.pgm"):
+        assert "allows more" in told[name], told[name]
+
+
+def test_a_file_may_be_too_large(tool, tmp_path):
+    pixels = np.random.default_rng(1).integers(0, 256, (800, 800, 3), np.uint8)
+    scans.save(pixels, tmp_path / "in.png")
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", "-", "--most-megabytes")
+    for source, given in ((tmp_path / "in.png", {}), ("-", {"input": (tmp_path / "in.png").read_bytes()})):
+        tool(*arguments, 1, source, **given).fails_with("the file has more than 1 megabytes", "--most-megabytes")
+        tool(*arguments, 2, source, ok=True, **given)
+
+
+def test_a_picture_may_take_too_much_memory(tool, tmp_path):
+    scans.save(scans.blank_scan(1200, 1000), tmp_path / "in.png")
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", "-", "--most-megabytes")
+    tool(*arguments, 3, tmp_path / "in.png").fails_with("1200 x 1000 in 24 bits a pixel take more than 3 megabytes")
+    tool(*arguments, 4, tmp_path / "in.png", ok=True)
