@@ -1,7 +1,11 @@
 #include "batch.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <system_error>
@@ -9,7 +13,9 @@
 
 #include "failure.h"
 #include "memory.h"
+#include "printable.h"
 #include "progress.h"
+#include "review.h"
 #include "safe_file.h"
 
 namespace tool {
@@ -20,17 +26,37 @@ Outcome outcome_of(Certainty certainty) {
   return certainty == Certainty::kLikely ? Outcome::kLikely : Outcome::kDoubtful;
 }
 
+bool is_there(const std::string& path) {
+  std::error_code error;
+  return !path.empty() && path != kPipe && std::filesystem::exists(path, error);
+}
+
+/** The output of an earlier run, of several cards the first; empty where there is none. */
+std::string existing_output(const Job& job, Naming naming) {
+  if (naming != Naming::kNumberedFiles && is_there(job.output)) return job.output;
+  const std::string first = job.output.empty() ? "" : number_path(job.output, 1);
+  return naming != Naming::kOneFile && is_there(first) ? first : "";
+}
+
+bool is_done(const Job& job, Naming naming) { return !existing_output(job, naming).empty(); }
+
 /** The work on one input, from its file to its results. */
 class Task {
  public:
-  Task(const Options& options, Naming naming, const std::vector<std::string>& protect, const Job& job)
-      : options_(options), naming_(naming), protect_(protect), job_(job) {
+  Task(const Options& options, Naming naming, const std::vector<std::string>& protect, const Job& job, Review& review,
+       std::size_t index)
+      : options_(options), naming_(naming), protect_(protect), job_(job), review_(review), index_(index) {
     report_.input = job.input;
-    report_.page = options.page;
+    report_.page = job.page;
   }
 
   Report run(const Work& work) {
     try {
+      if (options_.skip_existing && is_done(job_, naming_)) {
+        report_.outcome = Outcome::kSkipped;
+        report_.message = "skipped, there is " + existing_output(job_, naming_);
+        return std::move(report_);
+      }
       work_on_input(work);
     } catch (const std::bad_alloc&) {
       fail(kNotEnoughMemory);
@@ -45,7 +71,7 @@ class Task {
     if (!job_.conflict.empty()) throw Failure(job_.conflict);
     const std::unique_ptr<OutputFile> overlay = open(job_.overlay);
     const std::unique_ptr<OutputFile> output = naming_ == Naming::kOneFile ? open(job_.output) : nullptr;
-    Scan scan = decode_image(read_file(job_.input, options_.limits.megabytes), options_.page, options_.limits);
+    Scan scan = decode_image(read_file(job_.input, options_.limits.megabytes), job_.page, options_.limits);
     if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
     report_.scan.emplace(scan.image);
@@ -55,7 +81,7 @@ class Task {
     report_.milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     report_.message = finding.message;
     report_.advice = finding.advice;
-    if (options_.json && finding.details) {
+    if ((options_.json || options_.json_lines) && finding.details) {
       const ForeignCode json(Large::kCrashes);
       report_.details = finding.details();
     }
@@ -69,11 +95,13 @@ class Task {
     } else {
       report_.outcome = Outcome::kNothing;
     }
+    review_.add(index_, report_, scan, finding);
   }
 
   void fail(const std::string& reason) {
     report_.outcome = Outcome::kFailed;
     report_.message = reason;
+    review_.add_failed(index_, report_);
   }
 
   std::unique_ptr<OutputFile> open(const std::string& path) const {
@@ -114,11 +142,12 @@ class Task {
     if (job_.output == kPipe) {
       throw Failure(std::to_string(pictures.size()) + " cards do not go to standard output (try --cards 1)");
     }
-    int number = 0;
-    for (const Bitmap& picture : pictures) {
-      const std::string path = number_path(job_.output, ++number);
-      write_picture(scan, picture, path, *open(path));
+    // The first one last: where it is, all are, also after the tool was killed on the way.
+    for (int number = static_cast<int>(pictures.size()); number > 0; --number) {
+      const std::string path = number_path(job_.output, number);
+      write_picture(scan, pictures[static_cast<std::size_t>(number - 1)], path, *open(path));
     }
+    std::reverse(report_.outputs.begin(), report_.outputs.end());
   }
 
   /** The input's own bytes where they fit the output, so that nothing of the scan is lost. */
@@ -134,11 +163,14 @@ class Task {
   Naming naming_;
   const std::vector<std::string>& protect_;
   const Job& job_;
+  Review& review_;
+  std::size_t index_;
   Report report_;
 };
 
 Progress::Style style_of(const Options& options) {
   if (options.json) return Progress::Style::kJson;
+  if (options.json_lines) return Progress::Style::kJsonLines;
   const bool picture = options.output == kPipe || options.overlay == kPipe;
   return picture ? Progress::Style::kLinesOnConsole : Progress::Style::kLines;
 }
@@ -159,15 +191,40 @@ void in_parallel(std::size_t count, int threads, const std::function<void(std::s
   steps();
 }
 
+/** What a job would write, on a line. */
+std::string plan_of(const Options& options, const Job& job, Naming naming) {
+  std::string output = job.output.empty() ? "nothing" : job.output;
+  if (!job.output.empty() && naming != Naming::kOneFile) {
+    const std::string numbered = number_path(job.output, 1) + " and so on";
+    output = naming == Naming::kNumberedFiles ? numbered : output + ", or " + numbered;
+  }
+  std::string line = job.input + (options.all_pages ? ", page " + std::to_string(job.page) : "") + " -> " + output;
+  if (!job.overlay.empty()) line += ", overlay " + job.overlay;
+  if (!job.conflict.empty()) return line + ": fails, " + job.conflict;
+  const std::string existing = existing_output(job, naming);
+  if (existing.empty() || options.force) return line;
+  return line + (options.skip_existing ? ": skipped, there is " : ": fails without --force, there is ") + existing;
+}
+
+int tell_plan(const Options& options, Naming naming, const std::vector<Job>& jobs) {
+  std::string text;
+  for (const Job& job : jobs) text += printable(plan_of(options, job, naming)) + "\n";
+  return write_all(STDOUT_FILENO, text.data(), text.size()) ? 0 : 1;
+}
+
 }  // namespace
 
 int run_batch(const Options& options, Naming naming, const std::vector<std::string>& also_read, const Work& work) {
   const std::vector<Job> jobs = plan_jobs(options, naming);
-  std::vector<std::string> protect = options.inputs;
-  protect.insert(protect.end(), also_read.begin(), also_read.end());
-  Progress progress(jobs.size(), style_of(options));
+  if (options.dry_run) return tell_plan(options, naming, jobs);
+  make_folders(jobs);
+  std::vector<std::string> protect = also_read;
+  for (const Job& job : jobs) protect.push_back(job.input);
+  Review review(options.review, options.review_below);
+  Progress progress(jobs.size(), style_of(options), options.quiet);
   in_parallel(jobs.size(), options.jobs,
-              [&](std::size_t i) { progress.finish(i, Task(options, naming, protect, jobs[i]).run(work)); });
+              [&](std::size_t i) { progress.finish(i, Task(options, naming, protect, jobs[i], review, i).run(work)); });
+  review.conclude(jobs.size());
   return progress.conclude() ? 0 : 1;
 }
 

@@ -22,6 +22,7 @@ namespace tool {
 struct Finding {
   bool found = false;
   Certainty certainty = Certainty::kSure; /**< of what was found */
+  double confidence = 1;                  /**< the least of what was found */
   std::string advice;                     /**< what to try where nothing was found */
   std::string message;                    /**< what was found, or why nothing was */
   std::function<Json()> details;          /**< the command's own members of the JSON, made where it is asked for */

@@ -194,6 +194,14 @@ Certainty CardSearch::certainty() const {
   return least;
 }
 
+double CardSearch::confidence() const {
+  double least = claimed_cards() > 0 ? 1 : 0;
+  for (const FoundCard& found : cards) {
+    if (found.claimed()) least = std::min(least, found.card.confidence);
+  }
+  return least;
+}
+
 CardSearch search_cards(const Bitmap& scan, const CardRequest& request) {
   vantrel_image view = scan.view();
   vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;

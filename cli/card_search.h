@@ -49,6 +49,8 @@ struct CardSearch {
   const FoundCard* first_claimed() const;
   /** That of the least certain card that is claimed. */
   Certainty certainty() const;
+  /** The least one of a card that is claimed; 0 without one. */
+  double confidence() const;
   /** The corners of a card in the scan that is cut. */
   vantrel_quad corners(const vantrel_card& card) const;
 };

@@ -13,6 +13,7 @@
 #include "console.h"
 #include "failure.h"
 #include "memory.h"
+#include "printable.h"
 #include "safe_file.h"
 #include "usage.h"
 
@@ -32,7 +33,7 @@ int end_of_parsing(const CLI::App& parser, const CLI::ParseError& error) {
   if (error.get_exit_code() == 0) return parser.exit(error);
   const bool known = !parser.get_subcommands().empty();
   const std::string page = known ? parser.get_subcommands().front()->get_name() + " --help" : "--help";
-  tool::print_error("vantrel: " + tool::words_of(parser, error) + " (see vantrel " + page + ")\n");
+  tool::print_error("vantrel: " + tool::printable(tool::words_of(parser, error)) + " (see vantrel " + page + ")\n");
   return kWrongUsage;
 }
 
@@ -67,12 +68,12 @@ int main(int argc, char** argv) {
     tool::clean_up_on_signals();
     return parse_and_run(argc, argv);
   } catch (const tool::WrongUsage& error) {
-    tool::print_error(std::string("vantrel: ") + error.what() + "\n");
+    tool::print_error("vantrel: " + tool::printable(error.what()) + "\n");
     return kWrongUsage;
   } catch (const std::bad_alloc&) {
     tool::end_without_memory();
   } catch (const std::exception& error) {
-    tool::print_error(std::string("vantrel: ") + error.what() + "\n");
+    tool::print_error("vantrel: " + tool::printable(error.what()) + "\n");
     return 1;
   }
 }

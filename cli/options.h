@@ -25,6 +25,14 @@ struct Options {
   bool keep_unclipped = false;
   bool detect_only = false;
   bool json = false;
+  bool json_lines = false;
+  bool quiet = false;
+  bool dry_run = false;
+  bool recursive = false;
+  bool all_pages = false;
+  bool skip_existing = false;
+  std::string review; /**< a folder for what somebody should look at; empty: none */
+  double review_below = 0.9;
   bool page_given = false;
   int page = 1;
   int dpi = 0; /**< 0: that of the file */
@@ -33,14 +41,17 @@ struct Options {
   Encoding encoding;
 };
 
-/** Adds INPUT..., --page, --dpi, --json, --jobs, --most-megapixels and --most-megabytes. */
+/** Adds INPUT..., what says which scans they are, what is decoded of them, how they are worked on and told of. */
 void add_input_options(CLI::App& command, Options& options);
 
-/** Adds -o, --force, --format and --quality. */
+/** Adds -o, --force, --skip-existing, --dry-run, --format and --quality. */
 void add_output_options(CLI::App& command, Options& options);
 
 /** Adds --overlay. */
 void add_overlay_option(CLI::App& command, Options& options);
+
+/** Adds --review and --review-below. */
+void add_review_options(CLI::App& command, Options& options);
 
 /** Adds --detect-only, which excludes -o. */
 void add_detect_only_option(CLI::App& command, Options& options);

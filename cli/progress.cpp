@@ -14,10 +14,15 @@ namespace {
 
 constexpr std::size_t kBarCells = 30;
 
+/** File names need not be UTF-8; JSON must be. */
+std::string text_of(const Json& json, int indent) {
+  return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
 }  // namespace
 
-Progress::Progress(std::size_t inputs, Style style)
-    : style_(style), bar_(inputs > 1 && console_is_terminal()), reports_(inputs) {
+Progress::Progress(std::size_t inputs, Style style, bool quiet)
+    : style_(style), quiet_(quiet), bar_(inputs > 1 && !quiet && console_is_terminal()), reports_(inputs) {
   draw_bar();
 }
 
@@ -26,6 +31,10 @@ void Progress::finish(std::size_t input, Report report) {
   reports_[input] = std::move(report);
   ++finished_;
   erase_bar();
+  if (style_ == Style::kJsonLines) {
+    const ForeignCode json(Large::kCrashes);
+    print_out(text_of(json_of(*reports_[input]), -1) + "\n");
+  }
   while (printed_ < reports_.size() && reports_[printed_]) print(*reports_[printed_++]);
   draw_bar();
 }
@@ -37,19 +46,28 @@ bool Progress::conclude() {
     const ForeignCode json(Large::kCrashes);
     Json all = Json::array();
     for (const auto& report : reports_) all.push_back(json_of(*report));
-    // File names need not be UTF-8; JSON must be.
-    print_out(all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+    print_out(text_of(all, 2) + "\n");
   }
-  if (reports_.size() > 1) {
-    const auto total = static_cast<std::ptrdiff_t>(reports_.size());
-    print_error("vantrel: " + std::to_string(total) + " inputs: " + std::to_string(total - failed) + " done, " +
-                std::to_string(failed) + " failed\n");
-  }
+  if (reports_.size() > 1 && !quiet_) print_error(summary(static_cast<std::size_t>(failed)));
   if (output_failed_) print_error("vantrel: standard output: cannot be written\n");
   return failed == 0 && !output_failed_;
 }
 
+std::string Progress::summary(std::size_t failed) const {
+  const auto count = [&](Outcome outcome) {
+    return std::count_if(reports_.begin(), reports_.end(), [&](const auto& r) { return r->outcome == outcome; });
+  };
+  std::string doubts;
+  for (const Outcome outcome : {Outcome::kLikely, Outcome::kDoubtful, Outcome::kSkipped}) {
+    if (count(outcome) == 0) continue;
+    doubts += (doubts.empty() ? " (" : ", ") + std::to_string(count(outcome)) + " of them " + name_of(outcome);
+  }
+  return "vantrel: " + std::to_string(reports_.size()) + " inputs: " + std::to_string(reports_.size() - failed) +
+         " done" + (doubts.empty() ? "" : doubts + ")") + ", " + std::to_string(failed) + " failed\n";
+}
+
 void Progress::print(const Report& report) {
+  if (quiet_ && report.succeeded()) return;
   if (!report.succeeded() || style_ == Style::kLinesOnConsole) {
     print_error(line_of(report));
   } else if (style_ == Style::kLines) {

@@ -15,16 +15,17 @@
 namespace tool {
 
 /**
- * Takes reports as they come, from any thread, and prints them in the order of the inputs.
+ * Takes reports as they come, from any thread, and prints them in the order of the inputs; lines of JSON at once.
  *
  * Lines go to standard output, or to standard error when that carries a picture; errors always go to standard error.
  * The bar is drawn on standard error, when it is a terminal and there are several inputs.
  */
 class Progress {
  public:
-  enum class Style { kLines, kLinesOnConsole, kJson };
+  enum class Style { kLines, kLinesOnConsole, kJson, kJsonLines };
 
-  Progress(std::size_t inputs, Style style);
+  /** @param quiet tells of errors alone; JSON is printed all the same. */
+  Progress(std::size_t inputs, Style style, bool quiet);
 
   void finish(std::size_t input, Report report);
 
@@ -33,12 +34,14 @@ class Progress {
 
  private:
   void print(const Report& report);
+  std::string summary(std::size_t failed) const;
   void print_out(const std::string& text);
   void draw_bar();
   void erase_bar();
 
   std::mutex mutex_;
   Style style_;
+  bool quiet_;
   bool bar_;
   bool output_failed_ = false;
   std::size_t finished_ = 0;

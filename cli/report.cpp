@@ -3,16 +3,13 @@
 #include <array>
 #include <cmath>
 
+#include "printable.h"
+
 namespace tool {
 namespace {
 
 /** Counts what programs have to be rewritten for: members that are gone, or mean something else. */
 constexpr int kJsonVersion = 1;
-
-const char* name_of(Outcome outcome) {
-  constexpr std::array kNames = {"done", "likely", "doubtful", "kept", "nothing-found", "failed"};
-  return kNames[static_cast<std::size_t>(outcome)];
-}
 
 Json json_of(const PictureInfo& picture) {
   return {{"width", picture.width},
@@ -20,6 +17,9 @@ Json json_of(const PictureInfo& picture) {
           {"depth", picture.depth},
           {"dpi", {picture.resolution.x, picture.resolution.y}}};
 }
+
+/** What a name really is, where JSON cannot hold it. */
+Json bytes_of(const std::string& name) { return is_utf8(name) ? Json() : Json(hexadecimal(name)); }
 
 std::string outputs_of(const Report& report) {
   if (report.outputs.empty()) return "";
@@ -29,6 +29,11 @@ std::string outputs_of(const Report& report) {
 }
 
 }  // namespace
+
+const char* name_of(Outcome outcome) {
+  constexpr std::array kNames = {"done", "likely", "doubtful", "kept", "skipped", "nothing-found", "failed"};
+  return kNames[static_cast<std::size_t>(outcome)];
+}
 
 PictureInfo::PictureInfo(const Bitmap& image)
     : width(image.width()), height(image.height()), depth(image.depth()), resolution(image.resolution()) {}
@@ -41,21 +46,29 @@ std::string line_of(const Report& report) {
     line += std::string(" (") + name_of(report.outcome) + ")";
   }
   if (!report.advice.empty()) line += " (try " + report.advice + ")";
-  if (!report.succeeded()) return "vantrel: " + line + "\n";
+  if (!report.succeeded()) return "vantrel: " + printable(line) + "\n";
+  if (report.outcome == Outcome::kSkipped) return printable(line) + "\n";
   if (report.outcome == Outcome::kKept) line += ", kept as it is";
-  return line + outputs_of(report) + " (" + std::to_string(std::lround(report.milliseconds)) + " ms)\n";
+  return printable(line + outputs_of(report)) + " (" + std::to_string(std::lround(report.milliseconds)) + " ms)\n";
 }
 
 Json json_of(const Report& report) {
-  Json json = {{"version", kJsonVersion}, {"file", report.input}, {"page", report.page}, {"pages", report.pages}};
+  Json json = {{"version", kJsonVersion},
+               {"file", report.input},
+               {"file_bytes", bytes_of(report.input)},
+               {"page", report.page},
+               {"pages", report.pages}};
   json["outcome"] = name_of(report.outcome);
-  json["error"] = report.succeeded() && report.outcome != Outcome::kKept ? Json() : Json(report.message);
+  json["error"] = report.succeeded() && report.outcome != Outcome::kKept && report.outcome != Outcome::kSkipped
+                      ? Json()
+                      : Json(report.message);
   json["advice"] = report.advice.empty() ? Json() : Json(report.advice);
   json["scan"] = report.scan ? json_of(*report.scan) : Json();
   json["outputs"] = Json::array();
   for (const WrittenPicture& output : report.outputs) {
     Json picture = json_of(output.picture);
     picture["path"] = output.path;
+    picture["path_bytes"] = bytes_of(output.path);
     json["outputs"].push_back(picture);
   }
   json["overlay"] = report.overlay.empty() ? Json() : Json(report.overlay);

@@ -22,9 +22,13 @@ enum class Outcome {
   kLikely,   /**< the same, not quite as sure */
   kDoubtful, /**< the same; somebody should look at it */
   kKept,     /**< nothing found, the scan written as it is on request */
+  kSkipped,  /**< left alone, for its output was there */
   kNothing,  /**< nothing found, nothing written */
   kFailed    /**< an error */
 };
+
+/** "nothing-found" and so on. */
+const char* name_of(Outcome outcome);
 
 /** Sizes of a picture, in pixels and bits, and its resolution. */
 struct PictureInfo {

@@ -78,6 +78,7 @@ Finding borders_finding(const CardSearch& search, const SplitRequest& request, c
   Finding finding;
   finding.found = search.claimed_cards() > 0;
   finding.certainty = search.certainty();
+  finding.confidence = search.confidence();
   finding.advice = advice_of(search);
   finding.message = finding.found ? count_of(search.claimed_cards()) : words_of(search);
   const std::string guesses = words_of_guesses(search);
@@ -164,6 +165,7 @@ Finding sheet_finding(const SplitCards& found, const SplitRequest& request, cons
   const bool enough = demands.sides == 0 && demands.confidence == 0;
   finding.found = !sheet.cards.empty() && enough;
   finding.certainty = Certainty::kDoubtful;
+  finding.confidence = 0;
   const bool only_dropped = sheet.cards.empty() && found.without_evidence > 0;
   finding.message = only_dropped          ? "no card with print or a border"
                     : sheet.cards.empty() ? reason_without_cards(sheet, scan)

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <utility>
 
 #include "failure.h"
+#include "inputs.h"
 #include "safe_file.h"
 
 namespace tool {
@@ -12,20 +14,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool is_folder(const std::string& path) {
-  std::error_code error;
-  return fs::is_directory(path, error);
-}
-
 /** Whether a path means a folder: it is one, it ends like one, or it must be one. */
 bool means_folder(const std::string& path, bool needed) {
   if (path.empty() || path == kPipe) return false;
   return needed || path.back() == '/' || is_folder(path);
 }
 
-std::string stem_of(const Options& options, const std::string& input) {
-  const std::string stem = input == kPipe ? "stdin" : fs::path(input).stem().string();
-  return options.page_given ? stem + "-page" + std::to_string(options.page) : stem;
+/** The name of what is made of an input, below the folder that was named as in it. */
+std::string stem_of(const Options& options, const Input& input) {
+  const std::string stem = input.path == kPipe ? "stdin" : fs::path(input.path).stem().string();
+  const std::string named = options.page_given ? stem + "-page" + std::to_string(input.page) : stem;
+  return (fs::path(input.below) / named).string();
 }
 
 /** The ending of a file in a folder, with its dot: that of the format asked for, else the input's own. */
@@ -50,11 +49,15 @@ void check_one_file(const Options& options, const std::string& path, const char*
   }
 }
 
+/** A folder that is not there yet is made where it can only be meant as one: it is called like no picture. */
 void check_folder(const std::string& path, const char* option, bool needed) {
   if (is_folder(path)) return;
   std::error_code error;
-  const char* reason = fs::exists(path, error) ? " is not a folder" : ": there is no such folder";
-  throw WrongUsage(std::string(option) + " " + path + reason + (needed ? " (several files need one)" : ""));
+  const std::string several = needed ? " (several files need one)" : "";
+  if (fs::exists(path, error)) throw WrongUsage(std::string(option) + " " + path + " is not a folder" + several);
+  if (path.back() != '/' && format_of_path(path)) {
+    throw WrongUsage(std::string(option) + " " + path + ": there is no such folder" + several);
+  }
 }
 
 void check_pipes(const Options& options) {
@@ -64,8 +67,13 @@ void check_pipes(const Options& options) {
   const bool picture = options.output == kPipe;
   const bool overlay = options.overlay == kPipe;
   if (picture && overlay) throw WrongUsage("-o and --overlay cannot both be standard output");
-  if ((picture || overlay) && options.json) throw WrongUsage("--json needs standard output for itself");
-  if ((picture || overlay) && options.inputs.size() > 1) {
+  if ((picture || overlay) && (options.json || options.json_lines))
+    throw WrongUsage("--json needs standard output for itself");
+  if (options.all_pages && std::count(options.inputs.begin(), options.inputs.end(), kPipe) > 0) {
+    throw WrongUsage("--page all needs files");
+  }
+  const bool several = options.inputs.size() > 1 || options.all_pages || names_folder(options);
+  if ((picture || overlay) && several) {
     throw WrongUsage("several inputs need a folder as output, not standard output");
   }
 }
@@ -89,17 +97,26 @@ void find_conflicts(std::vector<Job>& jobs) {
   }
 }
 
+/** Where the last input is no file, but called like one: it may be meant as the output. */
+std::string meant_output(const Options& options) {
+  const std::string& last = options.inputs.back();
+  std::error_code error;
+  if (options.inputs.size() < 2 || fs::exists(last, error)) return "";
+  return " (did you mean -o " + last + "?)";
+}
+
 }  // namespace
 
 std::vector<Job> plan_jobs(const Options& options, Naming naming) {
-  if (options.output.empty() && !options.detect_only) throw WrongUsage("-o OUT is needed");
+  if (options.output.empty() && !options.detect_only) throw WrongUsage("-o OUT is needed" + meant_output(options));
   check_pipes(options);
   if (naming == Naming::kNumberedFiles && options.output == kPipe) throw WrongUsage("-o needs a folder");
-  const bool several = options.inputs.size() > 1;
-  const bool folder = means_folder(options.output, several || naming == Naming::kNumberedFiles);
+  const bool several = options.inputs.size() > 1 || options.all_pages || names_folder(options);
+  const bool needs_folder = several || naming == Naming::kNumberedFiles;
+  const bool folder = means_folder(options.output, needs_folder);
   const bool overlay_folder = means_folder(options.overlay, several);
   if (folder) {
-    check_folder(options.output, "-o", several || naming == Naming::kNumberedFiles);
+    check_folder(options.output, "-o", needs_folder);
   } else {
     check_one_file(options, options.output, "-o");
   }
@@ -110,13 +127,27 @@ std::vector<Job> plan_jobs(const Options& options, Naming naming) {
   }
 
   std::vector<Job> jobs;
-  for (const std::string& input : options.inputs) {
+  for (const Input& input : expanded_inputs(options)) {
     const std::string stem = stem_of(options, input);
-    jobs.push_back({input, target_for(options.output, folder, stem + ending_for(options, input)),
-                    target_for(options.overlay, overlay_folder, stem + "-overlay.png"), ""});
+    jobs.push_back({input.path, target_for(options.output, folder, stem + ending_for(options, input.path)),
+                    target_for(options.overlay, overlay_folder, stem + "-overlay.png"), input.page, folder,
+                    overlay_folder, ""});
   }
   find_conflicts(jobs);
   return jobs;
+}
+
+void make_folders(const std::vector<Job>& jobs) {
+  for (const Job& job : jobs) {
+    for (const auto& [path, in_folder] :
+         {std::pair(job.output, job.folder), std::pair(job.overlay, job.overlay_folder)}) {
+      const fs::path folder = fs::path(path).parent_path();
+      std::error_code error;
+      if (!in_folder || folder.empty() || fs::exists(folder, error)) continue;
+      fs::create_directories(folder, error);
+      if (error) throw WrongUsage(folder.string() + ": " + error.message());
+    }
+  }
 }
 
 std::string number_path(const std::string& path, int number) {

@@ -15,9 +15,12 @@ namespace tool {
 /** One input and the names of what is made from it. */
 struct Job {
   std::string input;
-  std::string output;   /**< empty: nothing is written */
-  std::string overlay;  /**< empty: none is written */
-  std::string conflict; /**< why the job cannot be done: an earlier one has the same name to write to */
+  std::string output;  /**< empty: nothing is written */
+  std::string overlay; /**< empty: none is written */
+  int page = 1;
+  bool folder = false;         /**< the output lies in a folder that was named */
+  bool overlay_folder = false; /**< the same of the overlay */
+  std::string conflict;        /**< why the job cannot be done: an earlier one has the same name to write to */
 };
 
 /** How a command names its results. */
@@ -31,9 +34,12 @@ enum class Naming {
  * Names the outputs. In a folder they are called like their inputs, with "-pageN" added when a page was asked for and
  * "-overlay" for overlays.
  *
- * @throws WrongUsage no target, several inputs for one file, a missing folder, an unknown ending, two uses of a pipe.
+ * @throws WrongUsage no target, several inputs for one file, an unknown ending, two uses of a pipe.
  */
 std::vector<Job> plan_jobs(const Options& options, Naming naming);
+
+/** Makes the folders of the targets that are not there yet. @throws WrongUsage */
+void make_folders(const std::vector<Job>& jobs);
 
 /** "dir/card.png" to "dir/card-3.png". */
 std::string number_path(const std::string& path, int number);

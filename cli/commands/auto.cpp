@@ -28,6 +28,7 @@ Finding finding_of_borders(const CardSearch& search, const AutoOptions& options,
   Finding finding;
   finding.found = search.claimed_cards() > 0;
   finding.certainty = search.certainty();
+  finding.confidence = search.confidence();
   finding.advice = advice_of(search);
   finding.message = words_of(search);
   const Ground ground = ground_of(scan, search);
@@ -84,6 +85,7 @@ Command add_auto(CLI::App& tool) {
   add_output_options(*command, *options);
   add_card_options(*command, *options);
   add_overlay_option(*command, *options);
+  add_review_options(*command, *options);
   add_detect_only_option(*command, *options);
   return {command, [options] {
             const Naming naming = options->cards == 1 ? Naming::kOneFile : Naming::kOneOrMoreFiles;

@@ -100,6 +100,7 @@ Finding clip(const ClipOptions& options, Scan& scan) {
   Finding finding;
   finding.found = search.first_claimed() != nullptr;
   finding.certainty = search.certainty();
+  finding.confidence = search.confidence();
   finding.advice = advice_of(search);
   finding.message = words_of(search);
   finding.details = [search] { return json_of(search); };
@@ -149,6 +150,7 @@ void add_options(CLI::App& command, ClipOptions& options) {
       ->needs("--scale")
       ->excludes(analyse);
   add_overlay_option(command, options);
+  add_review_options(command, options);
   add_detect_only_option(command, options);
 }
 

@@ -84,6 +84,7 @@ Finding cut_out(const CutOptions& options, Scan& scan) {
   Finding finding;
   finding.found = judgement.certainty != Certainty::kGuess && lies_within(rectangle, target);
   finding.certainty = judgement.certainty;
+  finding.confidence = card.card.confidence;
   tell(finding, card, judgement, rectangle, scan.image);
   finding.details = [card, rectangle, judgement, &options] {
     return Json{{"result", 1},
@@ -118,6 +119,7 @@ Command add_cut(CLI::App& tool) {
   scale->needs(hi_res);
   add_demand_options(*command, options->demands);
   add_overlay_option(*command, *options);
+  add_review_options(*command, *options);
   add_detect_only_option(*command, *options);
   return {command, [options] {
             check_twin(*options, options->hi_res, "--hi-res", options->scale);

@@ -36,6 +36,7 @@ Command add_split(CLI::App& tool) {
   command->add_flag("--straighten", options->straighten,
                     "Straighten each card by its own corners where they are found");
   add_overlay_option(*command, *options);
+  add_review_options(*command, *options);
   add_detect_only_option(*command, *options);
   return {command, [options] {
             return run_batch(*options, Naming::kNumberedFiles, {},

@@ -198,9 +198,9 @@ def test_link_to_an_earlier_output_stays_a_link(tool, scan, tmp_path):
 
 def test_missing_folder(tool, scan, tmp_path):
     tool("clip", scan, "-o", tmp_path / "missing" / "c.png").fails_with(scan, "missing/c.png", "No such file or directory")
-    tool("clip", scan, "-o", f"{tmp_path}/missing/").fails_with("missing", "no such folder", code=2)
-    tool("clip", scan, scan, "-o", tmp_path / "missing").fails_with("missing", "no such folder", code=2)
-    tool("clip", scan, "--detect-only", "--overlay", f"{tmp_path}/missing/").fails_with("missing", code=2)
+    tool("clip", scan, scan, "-o", tmp_path / "missing.png").fails_with("missing.png", "no such folder", code=2)
+    tool("clip", scan, "-o", f"{tmp_path}/made/", "--overlay", f"{tmp_path}/drawn/", ok=True)
+    assert (tmp_path / "made" / scan.name).exists() and len(list((tmp_path / "drawn").iterdir())) == 1
 
 
 def test_file_in_place_of_a_folder(tool, scan, tmp_path):
