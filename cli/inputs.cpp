@@ -5,8 +5,8 @@
 #include <type_traits>
 
 #include "failure.h"
+#include "formats/codecs.h"
 #include "safe_file.h"
-#include "tiff_pages.h"
 
 namespace tool {
 namespace {
@@ -49,10 +49,10 @@ std::vector<Input> scans_of(const std::string& named, bool recursive) {
 }
 
 /** How many pages a file has; of one that cannot be read 1, which then fails where it is worked on. */
-int pages_of(const std::string& path) {
+int pages_of(const std::string& path, const Limits& limits) {
   if (format_of_path(path) != Format::kTiff) return 1;
   try {
-    return std::max(1, tiff_page_count(read_file(path)));
+    return std::max(1, count_tiff_pages(read_file(path, limits.megabytes)));
   } catch (const Failure&) {
     return 1;
   }
@@ -73,7 +73,7 @@ std::vector<Input> expanded_inputs(const Options& options) {
   std::vector<Input> all;
   for (const std::string& named : options.inputs) {
     for (Input& input : scans_of(named, options.recursive)) {
-      const int pages = options.all_pages ? pages_of(input.path) : 1;
+      const int pages = options.all_pages ? pages_of(input.path, options.limits) : 1;
       for (int page = 1; page <= pages; ++page) {
         all.push_back(input);
         all.back().page = options.all_pages ? page : options.page;

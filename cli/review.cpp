@@ -90,7 +90,7 @@ void Review::add(std::size_t index, const Report& report, const Scan& scan, cons
   if (folder_.empty() || confidence >= below_) return;
   const std::string name = picture_name(index);
   OutputFile((fs::path(folder_) / name).string(), {}, true)
-      .commit(encode_image(picture_of(scan, finding), Format::kJpeg));
+      .commit(encode_image(picture_of(scan, finding), Format::kJpeg, scan.metadata));
   take(index, {title_of(report), std::string(name_of(report.outcome)) + ": " + report.message, name, confidence});
 }
 

@@ -307,6 +307,13 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits) {
   return picture;
 }
 
+int count_tiff_pages(const Bytes& file) {
+  const ForeignCode foreign;
+  TiffMemory memory{&file, {}, 0};
+  const TiffPtr tiff = open_tiff(memory);
+  return tiff ? static_cast<int>(TIFFNumberOfDirectories(tiff.get())) : 0;
+}
+
 Bytes write_tiff(const Bitmap& image, const Metadata& metadata) {
   const ForeignCode foreign(Large::kCrashes);
   TiffMemory memory;
