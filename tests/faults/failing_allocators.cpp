@@ -1,5 +1,7 @@
 #include "faults/failing_allocators.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -10,6 +12,15 @@ namespace {
 int remaining = -1;
 bool failed = false;
 std::size_t largest = 0;
+std::int64_t bytes_taken = 0;
+std::int64_t bytes_most = 0;
+
+/** Counts the bytes of a block that the allocator gave. */
+void* counted(void* block) {
+  if (block != nullptr) bytes_taken += static_cast<std::int64_t>(malloc_usable_size(block));
+  bytes_most = std::max(bytes_most, bytes_taken);
+  return block;
+}
 
 /** Counts an allocation; true for the one that is to fail. */
 bool fails_now(std::size_t bytes) {
@@ -34,6 +45,14 @@ bool has_failed() { return failed; }
 
 std::size_t largest_request() { return largest; }
 
+std::int64_t taken() { return bytes_taken; }
+
+std::int64_t most_taken() {
+  const std::int64_t most = bytes_most;
+  bytes_most = bytes_taken;
+  return most;
+}
+
 }  // namespace failing
 
 // The linker sends the library's calls of an allocator to __wrap_..., and calls of __real_... to the allocator.
@@ -44,17 +63,22 @@ extern "C" {
 
 void* __real_malloc(std::size_t bytes);
 void* __real_calloc(std::size_t count, std::size_t bytes);
+void __real_free(void* block);
 void* JOIN(__real_, NEW_ARRAY)(std::size_t bytes, const std::nothrow_t& tag);
 void* JOIN(__real_, NEW_ONE)(std::size_t bytes, const std::nothrow_t& tag);
 
 /** What malloc gives is full of old contents. */
 void* __wrap_malloc(std::size_t bytes) {
-  void* block = fails_now(bytes) ? nullptr : __real_malloc(bytes);
+  void* block = fails_now(bytes) ? nullptr : counted(__real_malloc(bytes));
   if (block != nullptr) std::memset(block, 0xA5, bytes);
   return block;
 }
 void* __wrap_calloc(std::size_t count, std::size_t bytes) {
-  return fails_now(count * bytes) ? nullptr : __real_calloc(count, bytes);
+  return fails_now(count * bytes) ? nullptr : counted(__real_calloc(count, bytes));
+}
+void __wrap_free(void* block) {
+  if (block != nullptr) bytes_taken -= static_cast<std::int64_t>(malloc_usable_size(block));
+  __real_free(block);
 }
 void* JOIN(__wrap_, NEW_ARRAY)(std::size_t bytes, const std::nothrow_t& tag) {
   return fails_now(bytes) ? nullptr : JOIN(__real_, NEW_ARRAY)(bytes, tag);
