@@ -27,22 +27,12 @@ constexpr std::array kSignatures = {Signature{"\x89PNG\r\n\x1a\n", Format::kPng}
                                     Signature{{"II+\0", 4}, Format::kTiff},
                                     Signature{{"MM\0+", 4}, Format::kTiff},
                                     Signature{"BM", Format::kBmp},
-                                    Signature{"RIFF....WEBP", Format::kWebp}};
-
-/** Kinds of files that people have, too, of which this build reads none. */
-struct Foreign {
-  std::string_view start;
-  const char* name;
-};
-
-constexpr std::array kForeign = {Foreign{"%PDF-", "PDF"},
-                                 Foreign{"GIF8", "GIF"},
-                                 Foreign{{"\0\0\0\x0cjP  ", 8}, "JPEG 2000"},
-                                 Foreign{"\xff\x4f\xff\x51", "JPEG 2000"},
-                                 Foreign{"....ftypheic", "HEIC"},
-                                 Foreign{"....ftypheix", "HEIC"},
-                                 Foreign{"....ftypmif1", "HEIC"},
-                                 Foreign{"....ftypavif", "AVIF"}};
+                                    Signature{"RIFF....WEBP", Format::kWebp},
+                                    Signature{"GIF8", Format::kGif},
+                                    Signature{{"\0\0\0\x0cjP  ", 8}, Format::kJpeg2000},
+                                    Signature{"....ftyphei", Format::kHeif},
+                                    Signature{"....ftypmif1", Format::kHeif},
+                                    Signature{"%PDF-", Format::kPdf}};
 
 bool begins_with(const Bytes& file, std::string_view start) {
   return file.size() >= start.size() && std::equal(start.begin(), start.end(), file.begin(), [](char wanted, int byte) {
@@ -63,14 +53,20 @@ Format format_of_content(const Bytes& file) {
     if (begins_with(file, known.start)) return known.format;
   }
   if (is_pnm(file)) return Format::kPnm;
-  for (const Foreign& foreign : kForeign) {
-    if (begins_with(file, foreign.start)) throw Failure(std::string(foreign.name) + " is not read by this build");
-  }
   throw Failure(std::string("not an image (") + kFormatNames + ")");
 }
 
 Picture read_picture(const Bytes& file, Format format, int page, const Limits& limits) {
-  if (format == Format::kTiff) return read_tiff(file, page, limits);
+  switch (format) {
+    case Format::kTiff:
+      return read_tiff(file, page, limits);
+#ifdef VANTREL_WITH_PDF
+    case Format::kPdf:
+      return read_pdf(file, page, limits);
+#endif
+    default:
+      break;
+  }
   if (page > 1) refuse_page(page, 1);
   switch (format) {
     case Format::kPng:
@@ -81,8 +77,22 @@ Picture read_picture(const Bytes& file, Format format, int page, const Limits& l
       return read_bmp(file, limits);
     case Format::kPnm:
       return read_pnm(file, limits);
-    default:
+    case Format::kWebp:
       return read_webp(file, limits);
+#ifdef VANTREL_WITH_JPEG2000
+    case Format::kJpeg2000:
+      return read_jpeg2000(file, limits);
+#endif
+#ifdef VANTREL_WITH_GIF
+    case Format::kGif:
+      return read_gif(file, limits);
+#endif
+#ifdef VANTREL_WITH_HEIF
+    case Format::kHeif:
+      return read_heif(file, limits);
+#endif
+    default:
+      refuse_format(format);
   }
 }
 
@@ -113,8 +123,9 @@ Bytes write_picture(const Bitmap& image, Format format, const Metadata& metadata
       return write_pnm(image);
     case Format::kWebp:
       return write_webp(image, metadata, encoding);
+    default:
+      refuse_to_write(format);
   }
-  refuse_to_write(format);
 }
 
 }  // namespace

@@ -11,9 +11,10 @@
 
 namespace tool {
 
-enum class Format { kPng, kJpeg, kTiff, kBmp, kPnm, kWebp };
+/** Those from kGif on are only read. */
+enum class Format { kPng, kJpeg, kTiff, kBmp, kPnm, kWebp, kGif, kJpeg2000, kHeif, kPdf };
 
-/** The formats' names, for messages. */
+/** The names of the formats that are read and written, for messages. */
 inline constexpr const char* kFormatNames = "PNG, JPEG, TIFF, BMP, PNM or WebP";
 
 /** The format that a name or file ending stands for ("png", "JPG", "tif", "ppm", ...). */

@@ -29,7 +29,7 @@ void add_input_options(CLI::App& command, Options& options) {
             options.page = options.all_pages ? 1 : std::stoi(text);
             options.page_given = true;
           },
-          "Read page N of a TIFF file (default 1), or all of them, each as a scan of its own")
+          "Read page N of a TIFF or PDF file (default 1), or all of them, each as a scan of its own")
       ->type_name("N|all")
       ->check(CLI::Validator(check_page, ""));
   command.add_flag("-r,--recursive", options.recursive, "Take the pictures in the folders of a folder, too");

@@ -42,6 +42,13 @@ Picture read_webp(const Bytes& file, const Limits& limits);
 Picture read_bmp(const Bytes& file, const Limits& limits);
 Picture read_pnm(const Bytes& file, const Limits& limits);
 
+Picture read_jpeg2000(const Bytes& file, const Limits& limits);
+
+// Only where the build found their libraries.
+Picture read_gif(const Bytes& file, const Limits& limits);
+Picture read_heif(const Bytes& file, const Limits& limits);
+Picture read_pdf(const Bytes& file, int page, const Limits& limits);
+
 Bytes write_jpeg(const Bitmap& image, const Metadata& metadata, const Encoding& encoding);
 Bytes write_png(const Bitmap& image, const Metadata& metadata, const Encoding& encoding);
 Bytes write_tiff(const Bitmap& image, const Metadata& metadata);
@@ -52,6 +59,7 @@ Bytes write_pnm(const Bitmap& image);
 /** One text for each reason. */
 [[noreturn]] void refuse_damaged(Format format);
 [[noreturn]] void refuse_kind(Format format, const std::string& kind);
+[[noreturn]] void refuse_format(Format format);
 [[noreturn]] void refuse_page(int page, int pages);
 [[noreturn]] void refuse_to_write(Format format);
 

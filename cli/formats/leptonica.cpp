@@ -149,6 +149,26 @@ Picture read_pnm(const Bytes& file, const Limits& limits) {
   return picture;
 }
 
+Picture read_jpeg2000(const Bytes& file, const Limits& limits) {
+  const ForeignCode foreign(Large::kCrashes);
+  l_int32 width = 0;
+  l_int32 height = 0;
+  l_int32 bits = 0;
+  l_int32 samples = 0;
+  if (readHeaderMemJp2k(file.data(), file.size(), &width, &height, &bits, &samples, nullptr) != 0) {
+    refuse_damaged(Format::kJpeg2000);
+  }
+  // The decoder takes four bytes a sample.
+  check_size(width, height, 32 * samples, limits);
+  PixPtr pix(pixReadMemJp2k(file.data(), file.size(), 1, nullptr, 0, 0));
+  if (!pix) refuse_damaged(Format::kJpeg2000);
+  pixSetResolution(pix.get(), 0, 0);
+  Picture picture;
+  picture.image = bitmap_of(std::move(pix));
+  picture.sample_bits = bits;
+  return picture;
+}
+
 Bytes write_bmp(const Bitmap& image) { return encoded(image, Format::kBmp, pixWriteMemBmp); }
 
 Bytes write_pnm(const Bitmap& image) { return encoded(image, Format::kPnm, pixWriteMemPnm); }

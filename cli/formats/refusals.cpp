@@ -8,7 +8,7 @@ namespace tool {
 namespace {
 
 std::string name_of(Format format) {
-  constexpr std::array kNames = {"PNG", "JPEG", "TIFF", "BMP", "PNM", "WebP"};
+  constexpr std::array kNames = {"PNG", "JPEG", "TIFF", "BMP", "PNM", "WebP", "GIF", "JPEG 2000", "HEIC", "PDF"};
   return kNames[static_cast<std::size_t>(format)];
 }
 
@@ -19,6 +19,8 @@ void refuse_damaged(Format format) { throw Failure("the " + name_of(format) + " 
 void refuse_kind(Format format, const std::string& kind) {
   throw Failure("this kind of " + name_of(format) + " is not read: " + kind);
 }
+
+void refuse_format(Format format) { throw Failure(name_of(format) + " is not read by this build"); }
 
 void refuse_page(int page, int pages) {
   throw Failure("no page " + std::to_string(page) + " (it has " + std::to_string(pages) + ")");

@@ -1,0 +1,63 @@
+#ifdef VANTREL_WITH_PDF
+#include <poppler-document.h>
+#include <poppler-global.h>
+#include <poppler-image.h>
+#include <poppler-page-renderer.h>
+#include <poppler-page.h>
+
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <string>
+
+#include "formats/codecs.h"
+#include "memory.h"
+
+namespace tool {
+namespace {
+
+/** A page has no pixels of its own; this is what cards are scanned with. */
+constexpr int kDotsPerInch = 300;
+
+/** Fonts and settings are the whole process's. */
+std::mutex poppler_mutex;
+
+}  // namespace
+
+Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
+  const ForeignCode foreign(Large::kCrashes);
+  const std::lock_guard lock(poppler_mutex);
+  poppler::set_debug_error_function([](const std::string&, void*) {}, nullptr);
+  const std::unique_ptr<poppler::document> document(
+      poppler::document::load_from_raw_data(reinterpret_cast<const char*>(file.data()), static_cast<int>(file.size())));
+  if (!document) refuse_damaged(Format::kPdf);
+  if (document->is_locked()) refuse_kind(Format::kPdf, "it wants a password");
+  Picture picture;
+  picture.pages = document->pages();
+  if (page > picture.pages) refuse_page(page, picture.pages);
+  const std::unique_ptr<poppler::page> sheet(document->create_page(page - 1));
+  if (!sheet) refuse_damaged(Format::kPdf);
+  const poppler::rectf size = sheet->page_rect();
+  constexpr double kPoints = 72;
+  const auto pixels = [](double points) {
+    return static_cast<std::int64_t>(std::ceil(std::min(points, 1e9) * kDotsPerInch / kPoints));
+  };
+  check_size(pixels(size.width()), pixels(size.height()), 32, limits);
+  poppler::page_renderer renderer;
+  renderer.set_image_format(poppler::image::format_rgb24);
+  renderer.set_render_hint(poppler::page_renderer::antialiasing);
+  renderer.set_render_hint(poppler::page_renderer::text_antialiasing);
+  const poppler::image image = renderer.render_page(sheet.get(), kDotsPerInch, kDotsPerInch);
+  if (!image.is_valid() || image.format() != poppler::image::format_rgb24) refuse_damaged(Format::kPdf);
+  picture.image = Bitmap(image.width(), image.height(), VANTREL_FORMAT_RGB, {kDotsPerInch, kDotsPerInch});
+  for (int y = 0; y < image.height(); ++y) {
+    std::memcpy(picture.image.row(y), image.const_data() + std::ptrdiff_t{image.bytes_per_row()} * y,
+                std::size_t{3} * static_cast<std::size_t>(image.width()));
+  }
+  return picture;
+}
+
+}  // namespace tool
+#endif
