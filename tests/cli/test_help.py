@@ -76,3 +76,39 @@ def test_short_options_do_what_the_long_ones_do(tool, scan, tmp_path):
     tool("clip", scan, "-o", tmp_path / "a.png", "-j", 1, ok=True)
     tool("clip", scan, "--output", tmp_path / "b.png", "--jobs", 1, ok=True)
     assert (tmp_path / "a.png").read_bytes() == (tmp_path / "b.png").read_bytes()
+
+
+def test_each_subcommand_has_a_page(tool):
+    folder = Path(os.environ.get("VANTREL_MAN_PAGES", "/nowhere"))
+    if not (folder / "vantrel.1").exists():
+        pytest.skip("scdoc was not there when the pages would have been built")
+    for name in subcommands(tool):
+        page = (folder / f"vantrel-{name}.1").read_text()
+        assert f'.TH "vantrel-{name}" "1"' in page and "SEE ALSO" in page
+        for option in re.findall(r"^\*(--[\w-]+)\*", section(name), re.M):
+            assert option.replace("-", "\\-") in page or option in page
+
+
+def test_every_member_of_the_json_is_described(tool, scan, tmp_path):
+    """Whatever a program reads is in the page's section on JSON."""
+    samples = Path(__file__).resolve().parents[2] / "samples"
+    text = PLAIN_MANUAL[PLAIN_MANUAL.index("# JSON OUTPUT") : PLAIN_MANUAL.index("# EXIT STATUS")].lower()
+
+    def members(value):
+        if isinstance(value, dict):
+            yield from value
+        for inner in value.values() if isinstance(value, dict) else value if isinstance(value, list) else ():
+            yield from members(inner)
+
+    sheet = samples / "sheets" / "two-columns.png"
+    commands = [
+        ("auto", scan), ("auto", sheet), ("clip", scan, "--alternatives", 5), ("clip", scan, "--method", "dark-glass"), ("cut", scan),
+        ("split", sheet, "--method", "sheet"), ("split", scan), ("detect", scan), ("crop", "--rect", "0,0,9,9", scan),
+        ("enlarge", scan),
+    ]
+    for number, (name, *arguments) in enumerate(commands):
+        output = () if name == "detect" else ("-o", f"{tmp_path}/{number}/")
+        report = tool(name, *arguments, *output, "--json").json[0]
+        assert report["version"] == 1
+        named = set(members(report))
+        assert named and not [member for member in named if not re.search(rf"\b{member}\b", text)], name
