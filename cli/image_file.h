@@ -34,6 +34,9 @@ struct Scan {
  */
 Scan decode_image(Bytes file, int page, const Limits& limits);
 
+/** How many pages a file has. @throws Failure no image, or a damaged one. */
+int count_pages(const Bytes& file);
+
 /**
  * Encodes a 1-, 8- or 24-bit image with its resolution, and with the metadata of the scan that it comes from, as far as
  * the format holds them; colours of a profile that it does not hold are converted to sRGB.

@@ -5,7 +5,7 @@
 #include <type_traits>
 
 #include "failure.h"
-#include "formats/codecs.h"
+#include "image_file.h"
 #include "safe_file.h"
 
 namespace tool {
@@ -50,9 +50,8 @@ std::vector<Input> scans_of(const std::string& named, bool recursive) {
 
 /** How many pages a file has; of one that cannot be read 1, which then fails where it is worked on. */
 int pages_of(const std::string& path, const Limits& limits) {
-  if (format_of_path(path) != Format::kTiff) return 1;
   try {
-    return std::max(1, count_tiff_pages(read_file(path, limits.megabytes)));
+    return std::max(1, count_pages(read_file(path, limits.megabytes)));
   } catch (const Failure&) {
     return 1;
   }

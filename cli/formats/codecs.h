@@ -36,8 +36,10 @@ struct Encoding {
 Picture read_jpeg(const Bytes& file, const Limits& limits);
 Picture read_png(const Bytes& file, const Limits& limits);
 Picture read_tiff(const Bytes& file, int page, const Limits& limits);
-/** 0 where it is none. */
+
 int count_tiff_pages(const Bytes& file);
+int count_pdf_pages(const Bytes& file);
+
 Picture read_webp(const Bytes& file, const Limits& limits);
 Picture read_bmp(const Bytes& file, const Limits& limits);
 Picture read_pnm(const Bytes& file, const Limits& limits);

@@ -24,16 +24,28 @@ constexpr int kDotsPerInch = 300;
 /** Fonts and settings are the whole process's. */
 std::mutex poppler_mutex;
 
+/** The mutex is held. */
+std::unique_ptr<poppler::document> open_pdf(const Bytes& file) {
+  poppler::set_debug_error_function([](const std::string&, void*) {}, nullptr);
+  std::unique_ptr<poppler::document> document(
+      poppler::document::load_from_raw_data(reinterpret_cast<const char*>(file.data()), static_cast<int>(file.size())));
+  if (!document) refuse_damaged(Format::kPdf);
+  if (document->is_locked()) refuse_kind(Format::kPdf, "it wants a password");
+  return document;
+}
+
 }  // namespace
+
+int count_pdf_pages(const Bytes& file) {
+  const ForeignCode foreign(Large::kCrashes);
+  const std::lock_guard lock(poppler_mutex);
+  return open_pdf(file)->pages();
+}
 
 Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(poppler_mutex);
-  poppler::set_debug_error_function([](const std::string&, void*) {}, nullptr);
-  const std::unique_ptr<poppler::document> document(
-      poppler::document::load_from_raw_data(reinterpret_cast<const char*>(file.data()), static_cast<int>(file.size())));
-  if (!document) refuse_damaged(Format::kPdf);
-  if (document->is_locked()) refuse_kind(Format::kPdf, "it wants a password");
+  const std::unique_ptr<poppler::document> document = open_pdf(file);
   Picture picture;
   picture.pages = document->pages();
   if (page > picture.pages) refuse_page(page, picture.pages);

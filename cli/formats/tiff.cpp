@@ -311,7 +311,8 @@ int count_tiff_pages(const Bytes& file) {
   const ForeignCode foreign;
   TiffMemory memory{&file, {}, 0};
   const TiffPtr tiff = open_tiff(memory);
-  return tiff ? static_cast<int>(TIFFNumberOfDirectories(tiff.get())) : 0;
+  if (!tiff) fail(foreign);
+  return static_cast<int>(TIFFNumberOfDirectories(tiff.get()));
 }
 
 Bytes write_tiff(const Bitmap& image, const Metadata& metadata) {
