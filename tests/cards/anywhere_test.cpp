@@ -181,7 +181,9 @@ TEST(Anywhere, AloneHasAlternatives) {
 }
 
 TEST(Surest, IsWhatLiesAnywhereBeforeACardOnDarkGlass) {
-  const Memory memory = pictures::card_on_glass();
+  const Memory memory = cards_on(40, {kTilted});
+  const Only glass(VANTREL_METHOD_DARK_GLASS);
+  ASSERT_EQ(Cards(memory.image(), &glass).count(), 1u);
   const Cards cards(memory.image());
   ASSERT_EQ(cards.count(), 1u);
   EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
