@@ -1,41 +1,48 @@
-// Runs a target on files, or on all files in folders, without a fuzzer.
+// Runs a target on files, or on all files in folders, without a fuzzer. Plain C beneath: the memory sanitizer knows
+// what that writes, and not what the standard library's streams do.
+#include <dirent.h>
+
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);
 
 namespace {
 
-namespace fs = std::filesystem;
+int runs = 0;
 
-void run(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+void run_file(const char* path) {
+  std::FILE* const file = std::fopen(path, "rb");
+  if (file == nullptr) return;
+  std::vector<unsigned char> bytes;
+  unsigned char buffer[4096];
+  for (std::size_t read; (read = std::fread(buffer, 1, sizeof buffer, file)) > 0;) {
+    bytes.insert(bytes.end(), buffer, buffer + read);
+  }
+  std::fclose(file);
   // The name stays in the output of what crashes.
-  std::fprintf(stderr, "%s\n", path.c_str());
-  LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  std::fprintf(stderr, "%s\n", path);
+  LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+  ++runs;
+}
+
+void run(const char* path) {
+  DIR* const folder = opendir(path);
+  if (folder == nullptr) return run_file(path);
+  while (const dirent* const entry = readdir(folder)) {
+    if (entry->d_name[0] == '.') continue;
+    char inside[4096];
+    std::snprintf(inside, sizeof inside, "%s/%s", path, entry->d_name);
+    run(inside);
+  }
+  closedir(folder);
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  int runs = 0;
-  for (int i = 1; i < count; ++i) {
-    if (!fs::is_directory(arguments[i])) {
-      run(arguments[i]);
-      ++runs;
-      continue;
-    }
-    for (const auto& entry : fs::recursive_directory_iterator(arguments[i])) {
-      if (!entry.is_regular_file()) continue;
-      run(entry.path());
-      ++runs;
-    }
-  }
+  for (int i = 1; i < count; ++i) run(arguments[i]);
   std::printf("%d inputs\n", runs);
   return runs > 0 ? 0 : 1;
 }
