@@ -82,7 +82,11 @@ Picture read_gif(const Bytes& file, const Limits& limits) {
   check_size(gif->SWidth, gif->SHeight, 24, limits);
   const int clear = seek_picture(gif, foreign);
   if (DGifGetImageDesc(gif.get()) == GIF_ERROR) fail(foreign);
-  const auto [left, top, width, height, interlaced, map] = gif->Image;
+  const int left = gif->Image.Left;
+  const int top = gif->Image.Top;
+  const int width = gif->Image.Width;
+  const int height = gif->Image.Height;
+  const bool interlaced = gif->Image.Interlace;
   if (left < 0 || top < 0 || width <= 0 || height <= 0 || left + width > gif->SWidth || top + height > gif->SHeight) {
     fail(foreign);
   }
