@@ -55,7 +55,7 @@ Temporaries& temporaries() {
 fs::path real_target(const std::string& path) {
   std::error_code error;
   if (!fs::is_symlink(path, error)) return path;
-  const fs::path target = fs::weakly_canonical(path, error);
+  fs::path target = fs::weakly_canonical(path, error);
   if (error) refuse(path, "cannot be written: " + error.message());
   return target;
 }

@@ -43,7 +43,7 @@ struct Layout {
 /** Looks at the colours of a palette, of which libtiff takes the high bytes. */
 void judge_palette(TIFF* tiff, Layout& layout) {
   std::array<std::uint16_t*, 3> map{};
-  if (layout.bits > 8 || TIFFGetField(tiff, TIFFTAG_COLORMAP, &map[0], &map[1], &map[2]) != 1) return;
+  if (layout.bits > 8 || TIFFGetField(tiff, TIFFTAG_COLORMAP, map.data(), map.data() + 1, map.data() + 2) != 1) return;
   const auto level = [&](std::size_t colour, int entry) { return map[colour][entry] >> 8; };
   layout.gray_palette = true;
   for (int entry = 0; entry < 1 << layout.bits; ++entry) {
