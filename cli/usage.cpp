@@ -1,7 +1,10 @@
 #include "usage.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <regex>
+#include <utility>
 
 #include "failure.h"
 #include "image_format.h"
@@ -76,6 +79,22 @@ std::string words_of_unknown(const CLI::App& parser, const std::vector<std::stri
   return words.empty() ? "what is meant?" : "'" + words.front() + "' is not expected here";
 }
 
+/** What the parser says of a value, in the tool's words; what it says in its own is kept otherwise. */
+std::string retold(const std::string& said) {
+  static const std::array<std::pair<std::regex, const char*>, 6> kTales = {{
+      {std::regex("(\\S+): (.*) not in \\{(.*)\\}"), "$1: '$2' is none of $3"},
+      {std::regex("(\\S+): Value (.*) not in range (\\S+) to (\\S+)"), "$1: '$2' is no number from $3 to $4"},
+      {std::regex("Could not convert: (\\S+) = (.*)"), "$1: '$2' is no number"},
+      {std::regex("(\\S+): (\\d+) required (.*) missing"), "$1 needs a value"},
+      {std::regex("(\\S+) requires (\\S+)"), "$1 needs $2"},
+      {std::regex("(\\S+) excludes (\\S+)"), "$1 and $2 do not go together"},
+  }};
+  for (const auto& [pattern, tale] : kTales) {
+    if (std::regex_match(said, pattern)) return std::regex_replace(said, pattern, tale);
+  }
+  return said;
+}
+
 }  // namespace
 
 std::string nearest(const std::string& word, const std::vector<std::string>& names) {
@@ -110,7 +129,7 @@ std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vect
 
 std::string words_of(const CLI::App& parser, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return words_of_unknown(parser, parser.remaining(true));
-  if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) return error.what();
+  if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) return retold(error.what());
   if (parser.get_subcommands().empty()) return "a subcommand or an INPUT is needed";
   const std::string what = error.what();
   return what.substr(0, what.find(' ')) + " is needed";

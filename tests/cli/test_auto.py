@@ -144,6 +144,11 @@ def test_options_may_come_first(tool, small, tmp_path):
         (("a.png", "--outptu", "b.png"), ("unknown option '--outptu'", "did you mean '--output'")),
         (("help", "splitt"), ("did you mean 'split'",)),
         (("clip",), ("INPUT is needed",)),
+        (("clip", "a.png", "--size", "big"), ("--size: 'big' is none of card,scan",)),
+        (("clip", "a.png", "--jobs", "0"), ("--jobs: '0' is no number from 1 to 1024",)),
+        (("clip", "a.png", "--scale"), ("--scale needs a value",)),
+        (("clip", "a.png", "--analyse", "b.png"), ("--analyse needs --scale",)),
+        (("clip", "a.png", "--portrait", "--landscape"), ("--portrait and --landscape do not go together",)),
         ((), ("subcommand",)),
     ],
 )
