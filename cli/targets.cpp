@@ -108,7 +108,8 @@ std::string meant_output(const Options& options) {
 }  // namespace
 
 std::vector<Job> plan_jobs(const Options& options, Naming naming) {
-  if (options.output.empty() && !options.detect_only) throw WrongUsage("-o OUT is needed" + meant_output(options));
+  if (options.output.empty() && !options.detect_only)
+    throw WrongUsage("-o OUT is needed, or --detect-only to write nothing" + meant_output(options));
   check_pipes(options);
   if (naming == Naming::kNumberedFiles && options.output == kPipe) throw WrongUsage("-o needs a folder");
   const bool several = options.inputs.size() > 1 || options.all_pages || names_folder(options);
