@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);
@@ -32,9 +33,9 @@ void run(const char* path) {
   if (folder == nullptr) return run_file(path);
   while (const dirent* const entry = readdir(folder)) {
     if (entry->d_name[0] == '.') continue;
-    char inside[4096];
-    std::snprintf(inside, sizeof inside, "%s/%s", path, entry->d_name);
-    run(inside);
+    std::vector<char> inside(std::strlen(path) + std::strlen(entry->d_name) + 2);
+    std::snprintf(inside.data(), inside.size(), "%s/%s", path, entry->d_name);
+    run(inside.data());
   }
   closedir(folder);
 }

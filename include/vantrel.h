@@ -33,16 +33,19 @@
  *
  * | entry                                                        | steps | bytes |
  * | ------------------------------------------------------------ | ----- | ----- |
- * | AutoClipRedundantImg, vantrel_auto_clip, vantrel_find_corners | 180   | 5     |
+ * | AutoClipRedundantImg, vantrel_auto_clip                      | 500   | 5     |
+ * | vantrel_find_corners                                         | 180   | 5     |
  * | AutoDetectCorner, vantrel_find_gradient_corners              | 800   | 12    |
  * | AutoClipRedundantImg_ORVA, AutoClipImg_Rect_ORVA             | 20    | 4     |
  * | BiLinear, BiCubic                                            | 30    | 12    |
  * | CutRectImage, for each pixel of the rectangle                | 5     | 4     |
- * | CardSeg, ClipImg                                             | 2     | 2     |
+ * | CardSeg                                                      | 12    | 2     |
+ * | ClipImg                                                      | 2     | 2     |
  *
- * Besides, the first two hold up to 600 bytes for each pixel of the longer side, the third up to 40, and each up to a
- * megabyte, that an image is searched at all. The gradient search needs its 800 only where a side is above 32767; else
- * it needs 180. Where a second, larger image is cut, its pixels count.
+ * Besides, the first three hold up to 600 bytes for each pixel of the longer side, the fourth up to 40, and each up to
+ * a megabyte, that an image is searched at all. Images of a few columns need the first's 500, for it maps stretches of
+ * a row at once; others need 180. The gradient search needs its 800 only where a side is above 32767; else it needs
+ * 180. Where a second, larger image is cut, its pixels count.
  *
  * ## Threads
  *
