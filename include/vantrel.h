@@ -39,7 +39,7 @@
  * | AutoClipRedundantImg_ORVA, AutoClipImg_Rect_ORVA             | 20    | 4     |
  * | BiLinear, BiCubic                                            | 30    | 12    |
  * | CutRectImage, for each pixel of the rectangle                | 5     | 4     |
- * | CardSeg                                                      | 12    | 2     |
+ * | CardSeg                                                      | 20    | 2     |
  * | ClipImg                                                      | 2     | 2     |
  *
  * Besides, the first three hold up to 600 bytes for each pixel of the longer side, the fourth up to 40, and each up to

@@ -172,14 +172,14 @@ constexpr std::array kOperations = {
     Operation{"CutRectImage", 24, crop, 5, 4},
     Operation{"vantrel_find_corners", 8, find_corners, 180, 5, kLines},
     Operation{"AutoDetectCorner", 8, find_by_gradient, 800, 12, kLines},
-    Operation{"CardSeg, 1", 1, divide_sheet, 12, 2},
-    Operation{"CardSeg, 8", 8, divide_sheet, 12, 2},
-    Operation{"CardSeg, 24", 24, divide_sheet, 12, 2},
+    Operation{"CardSeg, 1", 1, divide_sheet, 20, 2},
+    Operation{"CardSeg, 8", 8, divide_sheet, 20, 2},
+    Operation{"CardSeg, 24", 24, divide_sheet, 20, 2},
     Operation{"ClipImg", 8, find_rows, 2, 2},
     Operation{"Color2Gray", 24, make_gray, 10, 4},
     Operation{"vantrel_find, dark glass", 8, find<VANTREL_METHOD_DARK_GLASS>, 180, 5, kLines},
     Operation{"vantrel_find, flat light", 24, find<VANTREL_METHOD_FLAT_LIGHT>, 20, 4},
-    Operation{"vantrel_find, sheet", 8, find<VANTREL_METHOD_SHEET>, 12, 2},
+    Operation{"vantrel_find, sheet", 8, find<VANTREL_METHOD_SHEET>, 20, 2},
     Operation{"vantrel_find, anywhere", 24, find<VANTREL_METHOD_ANYWHERE>, 50, 0, 0, 1.2e9, 20 << 20, 4},
 };
 

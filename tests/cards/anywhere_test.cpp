@@ -181,7 +181,10 @@ TEST(Anywhere, AloneHasAlternatives) {
 }
 
 TEST(Surest, IsWhatLiesAnywhereBeforeACardOnDarkGlass) {
-  const Memory memory = cards_on(40, {kTilted});
+  const Memory memory = Memory(640, 480, VANTREL_FORMAT_GRAY).draw([](int x, int y) {
+    const bool card = x >= 80 && x < 560 && y >= 60 && y < 420;
+    return card ? Colour{190, 190, 190, 255} : Colour{35, 35, 35, 255};
+  });
   const Only glass(VANTREL_METHOD_DARK_GLASS);
   ASSERT_EQ(Cards(memory.image(), &glass).count(), 1u);
   const Cards cards(memory.image());
