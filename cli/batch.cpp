@@ -11,6 +11,7 @@
 #include <system_error>
 #include <thread>
 
+#include "card_document.h"
 #include "failure.h"
 #include "memory.h"
 #include "printable.h"
@@ -34,18 +35,27 @@ bool is_there(const std::string& path) {
 /** The output of an earlier run, of several cards the first; empty where there is none. */
 std::string existing_output(const Job& job, Naming naming) {
   if (naming != Naming::kNumberedFiles && is_there(job.output)) return job.output;
+  if (naming == Naming::kOneDocument) return "";
   const std::string first = job.output.empty() ? "" : number_path(job.output, 1);
   return naming != Naming::kOneFile && is_there(first) ? first : "";
 }
 
 bool is_done(const Job& job, Naming naming) { return !existing_output(job, naming).empty(); }
 
+/** What the work on all inputs has in common. */
+struct Batch {
+  const Options& options;
+  Naming naming;
+  const std::vector<std::string>& protect; /**< never written to */
+  Review& review;
+  CardDocument& document;
+};
+
 /** The work on one input, from its file to its results. */
 class Task {
  public:
-  Task(const Options& options, Naming naming, const std::vector<std::string>& protect, const Job& job, Review& review,
-       std::size_t index)
-      : options_(options), naming_(naming), protect_(protect), job_(job), review_(review), index_(index) {
+  Task(const Batch& batch, const Job& job, std::size_t index)
+      : batch_(batch), options_(batch.options), naming_(batch.naming), job_(job), index_(index) {
     report_.input = job.input;
     report_.page = job.page;
   }
@@ -89,23 +99,26 @@ class Task {
     if (finding.found) {
       write_pictures(scan, finding.pictures, output.get());
       report_.outcome = outcome_of(finding.certainty);
+    } else if (options_.keep_unclipped && naming_ == Naming::kOneDocument) {
+      write_pages(scan, &scan.image, 1);
+      report_.outcome = Outcome::kKept;
     } else if (options_.keep_unclipped && output) {
       write_untouched(scan, *output);
       report_.outcome = Outcome::kKept;
     } else {
       report_.outcome = Outcome::kNothing;
     }
-    review_.add(index_, report_, scan, finding);
+    batch_.review.add(index_, report_, scan, finding);
   }
 
   void fail(const std::string& reason) {
     report_.outcome = Outcome::kFailed;
     report_.message = reason;
-    review_.add_failed(index_, report_);
+    batch_.review.add_failed(index_, report_);
   }
 
   std::unique_ptr<OutputFile> open(const std::string& path) const {
-    return path.empty() ? nullptr : std::make_unique<OutputFile>(path, protect_, options_.force);
+    return path.empty() ? nullptr : std::make_unique<OutputFile>(path, batch_.protect, options_.force);
   }
 
   Format format_for(const std::string& path) const {
@@ -127,13 +140,39 @@ class Task {
   }
 
   void write_picture(const Scan& scan, const Bitmap& picture, const std::string& path, OutputFile& file) {
-    file.commit(encode_image(picture, format_for(path), scan.metadata, options_.encoding));
+    const Format format = format_for(path);
+    file.commit(encode_image(picture, format, scan.metadata, options_.encoding));
     tell_of_reduction(scan);
+    if (format == Format::kPdf) tell_of_size(picture);
     report_.outputs.push_back({path, PictureInfo(picture)});
+  }
+
+  /** A page has a size even where the scan does not tell its own. */
+  void tell_of_size(const Bitmap& picture) {
+    const auto [x, y] = picture.resolution();
+    if ((x > 0 && y > 0) || !report_.outputs.empty()) return;
+    report_.message += ", its page as of " + std::to_string(kPageDotsPerInch) + " dpi, which the scan does not tell";
+  }
+
+  void write_pages(const Scan& scan, const Bitmap* pictures, std::size_t count) {
+    std::vector<PdfPage> pages;
+    for (std::size_t i = 0; i < count; ++i) {
+      pages.push_back(encode_page(pictures[i], scan.metadata, options_.encoding));
+    }
+    batch_.document.add(index_, std::move(pages));
+    for (std::size_t i = 0; i < count; ++i) {
+      tell_of_reduction(scan);
+      tell_of_size(pictures[i]);
+      report_.outputs.push_back({job_.output, PictureInfo(pictures[i])});
+    }
   }
 
   void write_pictures(const Scan& scan, const std::vector<Bitmap>& pictures, OutputFile* file) {
     if (pictures.empty() || job_.output.empty()) return;
+    if (naming_ == Naming::kOneDocument) {
+      write_pages(scan, pictures.data(), pictures.size());
+      return;
+    }
     if (naming_ == Naming::kOneFile || (naming_ == Naming::kOneOrMoreFiles && pictures.size() == 1)) {
       const std::unique_ptr<OutputFile> late = file == nullptr ? open(job_.output) : nullptr;
       write_picture(scan, pictures.front(), job_.output, late ? *late : *file);
@@ -155,15 +194,15 @@ class Task {
     const Format format = format_for(job_.output);
     const bool as_it_is = format == scan.format && scan.pages == 1 && options_.dpi == 0;
     if (!as_it_is) tell_of_reduction(scan);
+    if (!as_it_is && format == Format::kPdf) tell_of_size(scan.image);
     file.commit(as_it_is ? scan.file : encode_image(scan.image, format, scan.metadata, options_.encoding));
     report_.outputs.push_back({job_.output, PictureInfo(scan.image)});
   }
 
+  const Batch& batch_;
   const Options& options_;
   Naming naming_;
-  const std::vector<std::string>& protect_;
   const Job& job_;
-  Review& review_;
   std::size_t index_;
   Report report_;
 };
@@ -194,7 +233,7 @@ void in_parallel(std::size_t count, int threads, const std::function<void(std::s
 /** What a job would write, on a line. */
 std::string plan_of(const Options& options, const Job& job, Naming naming) {
   std::string output = job.output.empty() ? "nothing" : job.output;
-  if (!job.output.empty() && naming != Naming::kOneFile) {
+  if (!job.output.empty() && naming != Naming::kOneFile && naming != Naming::kOneDocument) {
     const std::string numbered = number_path(job.output, 1) + " and so on";
     output = naming == Naming::kNumberedFiles ? numbered : output + ", or " + numbered;
   }
@@ -212,20 +251,41 @@ int tell_plan(const Options& options, Naming naming, const std::vector<Job>& job
   return write_all(STDOUT_FILENO, text.data(), text.size()) ? 0 : 1;
 }
 
+/** The PDF file of all cards; none where it is not asked for, or there and to be left alone. */
+std::unique_ptr<CardDocument> document_of(const Options& options, Naming naming,
+                                          const std::vector<std::string>& protect) {
+  const bool kept = options.skip_existing && is_there(options.output);
+  if (naming != Naming::kOneDocument || kept) return std::make_unique<CardDocument>();
+  return std::make_unique<CardDocument>(options.output, protect, options.force);
+}
+
+/** Why the document is not written; empty where it is. */
+std::string reason_of_loss(CardDocument& document) {
+  try {
+    document.conclude();
+  } catch (const Failure& problem) {
+    return problem.what();
+  }
+  return "";
+}
+
 }  // namespace
 
-int run_batch(const Options& options, Naming naming, const std::vector<std::string>& also_read, const Work& work) {
+int run_batch(const Options& options, Naming asked, const std::vector<std::string>& also_read, const Work& work) {
+  const Naming naming = names_document(options) ? Naming::kOneDocument : asked;
   const std::vector<Job> jobs = plan_jobs(options, naming);
   if (options.dry_run) return tell_plan(options, naming, jobs);
   make_folders(jobs);
   std::vector<std::string> protect = also_read;
   for (const Job& job : jobs) protect.push_back(job.input);
   Review review(options.review, options.review_below);
-  Progress progress(jobs.size(), style_of(options), options.quiet);
-  in_parallel(jobs.size(), options.jobs,
-              [&](std::size_t i) { progress.finish(i, Task(options, naming, protect, jobs[i], review, i).run(work)); });
+  const std::unique_ptr<CardDocument> document = document_of(options, naming, protect);
+  Progress progress(jobs.size(), style_of(options), options.quiet, naming == Naming::kOneDocument);
+  const Batch batch{options, naming, protect, review, *document};
+  in_parallel(jobs.size(), options.jobs, [&](std::size_t i) { progress.finish(i, Task(batch, jobs[i], i).run(work)); });
+  const std::string lost = reason_of_loss(*document);
   review.conclude(jobs.size());
-  return progress.conclude() ? 0 : 1;
+  return progress.conclude(lost) ? 0 : 1;
 }
 
 }  // namespace tool

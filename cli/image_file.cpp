@@ -164,6 +164,7 @@ int count_pages(const Bytes& file) { return pages_of(file, format_of_content(fil
 
 Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding) {
   const QuietCodecs quiet;
+  if (format == Format::kPdf) return write_pdf({encode_page(image, metadata, encoding)});
   const Profiles held = profiles_of(format);
   Metadata fitting;
   if (held != Profiles::kNone) {
@@ -173,6 +174,14 @@ Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata,
   const FittingColours colours = fit_colours(image, metadata.icc, held);
   if (colours.profile_stays) fitting.icc = metadata.icc;
   return write_picture(colours.converted ? *colours.converted : image, format, fitting, encoding);
+}
+
+PdfPage encode_page(const Bitmap& image, const Metadata& metadata, const Encoding& encoding) {
+  const QuietCodecs quiet;
+  const FittingColours colours = fit_colours(image, metadata.icc, Profiles::kOwn);
+  Metadata fitting;
+  if (colours.profile_stays) fitting.icc = metadata.icc;
+  return page_of(colours.converted ? *colours.converted : image, fitting, encoding);
 }
 
 }  // namespace tool

@@ -41,11 +41,14 @@ int count_pages(const Bytes& file);
  * Encodes a 1-, 8- or 24-bit image with its resolution, and with the metadata of the scan that it comes from, as far as
  * the format holds them; colours of a profile that it does not hold are converted to sRGB.
  *
- * TIFF is compressed by CCITT group 4 for 1 bit and LZW otherwise.
+ * TIFF is compressed by CCITT group 4 for 1 bit and LZW otherwise; PDF gets one page.
  *
  * @throws Failure the format cannot hold the image.
  */
 Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding = {});
+
+/** As above, a page of a PDF file, which keeps the profile alone. */
+PdfPage encode_page(const Bitmap& image, const Metadata& metadata, const Encoding& encoding);
 
 }  // namespace tool
 

@@ -26,7 +26,7 @@ std::vector<Input> pictures_in(const std::string& folder) {
     if constexpr (std::is_same_v<Iterator, fs::recursive_directory_iterator>) {
       if (is_hidden(path)) entry.disable_recursion_pending();
     }
-    if (!is_hidden(path) && format_of_path(path.string()) && fs::is_regular_file(path, ignored)) {
+    if (!is_hidden(path) && is_picture_name(path.string()) && fs::is_regular_file(path, ignored)) {
       found.push_back({path.string(), path.parent_path().lexically_relative(folder).string(), 1});
       if (found.back().below == ".") found.back().below.clear();
     }

@@ -61,7 +61,8 @@ void add_input_options(CLI::App& command, Options& options) {
 void add_output_options(CLI::App& command, Options& options) {
   command
       .add_option("-o,--output", options.output,
-                  "Write to this file, or into this folder (needed for several inputs); - is standard output")
+                  "Write to this file, or into this folder (needed for several inputs, unless OUT is a PDF file of all "
+                  "cards); - is standard output")
       ->type_name("OUT");
   command.add_flag("--force", options.force, "Replace existing output files; an input is never replaced");
   command.add_flag("--skip-existing", options.skip_existing, "Leave inputs alone whose output file is there already")
@@ -70,7 +71,7 @@ void add_output_options(CLI::App& command, Options& options) {
   command
       .add_option_function<std::string>(
           "--format", [&options](const std::string& name) { options.format = format_of_name(name); },
-          "Format of standard output and of the files in a folder: png, jpeg, tiff, bmp, pnm or webp")
+          "Format of standard output and of the files in a folder: png, jpeg, tiff, bmp, pnm, webp or pdf")
       ->type_name("FORMAT")
       ->check(CLI::Validator(
           [](const std::string& name) { return format_of_name(name) ? "" : "unknown format '" + name + "'"; }, ""));
@@ -82,7 +83,7 @@ void add_output_options(CLI::App& command, Options& options) {
             options.encoding.lossy = true;
           },
           "Quality of JPEG files (default " + std::to_string(Encoding{}.quality) +
-              "), and write WebP files with loss, of that quality")
+              "), and write WebP and PDF files with loss, of that quality")
       ->type_name("N")
       ->check(CLI::Range(1, 100));
 }

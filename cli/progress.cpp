@@ -7,6 +7,7 @@
 
 #include "console.h"
 #include "memory.h"
+#include "printable.h"
 #include "safe_file.h"
 
 namespace tool {
@@ -21,8 +22,12 @@ std::string text_of(const Json& json, int indent) {
 
 }  // namespace
 
-Progress::Progress(std::size_t inputs, Style style, bool quiet)
-    : style_(style), quiet_(quiet), bar_(inputs > 1 && !quiet && console_is_terminal()), reports_(inputs) {
+Progress::Progress(std::size_t inputs, Style style, bool quiet, bool document)
+    : style_(style),
+      quiet_(quiet),
+      document_(document),
+      bar_(inputs > 1 && !quiet && console_is_terminal()),
+      reports_(inputs) {
   draw_bar();
 }
 
@@ -31,15 +36,39 @@ void Progress::finish(std::size_t input, Report report) {
   reports_[input] = std::move(report);
   ++finished_;
   erase_bar();
-  if (style_ == Style::kJsonLines) {
-    const ForeignCode json(Large::kCrashes);
-    print_out(text_of(json_of(*reports_[input]), -1) + "\n");
+  if (!document_) print_json(*reports_[input]);
+  for (; printed_ < reports_.size() && reports_[printed_]; ++printed_) {
+    if (document_) {
+      number_pages(*reports_[printed_]);
+      print_json(*reports_[printed_]);
+    }
+    print(*reports_[printed_]);
   }
-  while (printed_ < reports_.size() && reports_[printed_]) print(*reports_[printed_++]);
   draw_bar();
 }
 
-bool Progress::conclude() {
+void Progress::number_pages(Report& report) {
+  for (WrittenPicture& output : report.outputs) output.page = ++last_page_;
+}
+
+void Progress::print_json(const Report& report) {
+  if (style_ != Style::kJsonLines) return;
+  const ForeignCode json(Large::kCrashes);
+  print_out(text_of(json_of(report), -1) + "\n");
+}
+
+void Progress::lose_outputs(const std::string& reason) {
+  for (auto& report : reports_) {
+    if (report->outputs.empty()) continue;
+    report->outputs.clear();
+    report->outcome = Outcome::kFailed;
+    report->message = reason;
+  }
+  print_error("vantrel: " + printable(reason) + "\n");
+}
+
+bool Progress::conclude(const std::string& lost) {
+  if (!lost.empty()) lose_outputs(lost);
   const auto failed = std::count_if(reports_.begin(), reports_.end(), [](const auto& r) { return !r->succeeded(); });
   erase_bar();
   if (style_ == Style::kJson) {

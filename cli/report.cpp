@@ -23,8 +23,12 @@ Json bytes_of(const std::string& name) { return is_utf8(name) ? Json() : Json(he
 
 std::string outputs_of(const Report& report) {
   if (report.outputs.empty()) return "";
-  std::string text = " -> " + report.outputs.front().path;
-  if (report.outputs.size() > 1) text += " ... " + report.outputs.back().path;
+  const WrittenPicture& first = report.outputs.front();
+  const WrittenPicture& last = report.outputs.back();
+  std::string text = " -> " + first.path;
+  if (first.page > 0 && first.page == last.page) return text + ", page " + std::to_string(first.page);
+  if (first.page > 0) return text + ", pages " + std::to_string(first.page) + " to " + std::to_string(last.page);
+  if (report.outputs.size() > 1) text += " ... " + last.path;
   return text;
 }
 
@@ -69,6 +73,7 @@ Json json_of(const Report& report) {
     Json picture = json_of(output.picture);
     picture["path"] = output.path;
     picture["path_bytes"] = bytes_of(output.path);
+    picture["page"] = output.page > 0 ? Json(output.page) : Json();
     json["outputs"].push_back(picture);
   }
   json["overlay"] = report.overlay.empty() ? Json() : Json(report.overlay);

@@ -43,6 +43,7 @@ struct PictureInfo {
 struct WrittenPicture {
   std::string path;
   PictureInfo picture;
+  int page = 0; /**< in the PDF file of all cards, from 1 */
 };
 
 struct Report {  // NOLINT(bugprone-exception-escape): no null JSON throws

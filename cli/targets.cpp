@@ -30,7 +30,7 @@ std::string stem_of(const Options& options, const Input& input) {
 /** The ending of a file in a folder, with its dot: that of the format asked for, else the input's own. */
 std::string ending_for(const Options& options, const std::string& input) {
   if (options.format) return std::string(".") + ending_of(*options.format);
-  return format_of_path(input) ? fs::path(input).extension().string() : ".png";
+  return is_picture_name(input) ? fs::path(input).extension().string() : ".png";
 }
 
 /** Where one kind of result goes for one input. */
@@ -42,7 +42,7 @@ void check_one_file(const Options& options, const std::string& path, const char*
   if (path.empty() || path == kPipe) return;
   const std::optional<Format> format = format_of_path(path);
   if (!format) {
-    throw WrongUsage(std::string(option) + " " + path + ": the ending names no format (" + kFormatNames + ")");
+    throw WrongUsage(std::string(option) + " " + path + ": the ending names no format (" + kWrittenNames + ")");
   }
   if (options.format && *options.format != *format) {
     throw WrongUsage(std::string(option) + " " + path + ": the ending is not that of --format");
@@ -73,7 +73,7 @@ void check_pipes(const Options& options) {
     throw WrongUsage("--page all needs files");
   }
   const bool several = options.inputs.size() > 1 || options.all_pages || names_folder(options);
-  if ((picture || overlay) && several) {
+  if (((picture && !names_document(options)) || overlay) && several) {
     throw WrongUsage("several inputs need a folder as output, not standard output");
   }
 }
@@ -86,10 +86,12 @@ std::string identity_of(const std::string& path) {
 }
 
 /** Marks the jobs that would write what an earlier one writes. */
-void find_conflicts(std::vector<Job>& jobs) {
+void find_conflicts(std::vector<Job>& jobs, Naming naming) {
   std::map<std::string, std::string> writers;
+  const bool document = naming == Naming::kOneDocument;
+  if (document && !jobs.empty()) writers.emplace(identity_of(jobs.front().output), "the cards");
   for (Job& job : jobs) {
-    for (const std::string& path : {job.output, job.overlay}) {
+    for (const std::string& path : {document ? "" : job.output, job.overlay}) {
       if (path.empty() || path == kPipe) continue;
       const auto [writer, first] = writers.emplace(identity_of(path), job.input);
       if (!first) job.conflict = path + ": is written for " + writer->second + " already";
@@ -107,13 +109,18 @@ std::string meant_output(const Options& options) {
 
 }  // namespace
 
+bool names_document(const Options& options) {
+  if (options.output == kPipe) return options.format == Format::kPdf;
+  return !means_folder(options.output, false) && format_of_path(options.output) == Format::kPdf;
+}
+
 std::vector<Job> plan_jobs(const Options& options, Naming naming) {
   if (options.output.empty() && !options.detect_only)
     throw WrongUsage("-o OUT is needed, or --detect-only to write nothing" + meant_output(options));
   check_pipes(options);
   if (naming == Naming::kNumberedFiles && options.output == kPipe) throw WrongUsage("-o needs a folder");
   const bool several = options.inputs.size() > 1 || options.all_pages || names_folder(options);
-  const bool needs_folder = several || naming == Naming::kNumberedFiles;
+  const bool needs_folder = naming != Naming::kOneDocument && (several || naming == Naming::kNumberedFiles);
   const bool folder = means_folder(options.output, needs_folder);
   const bool overlay_folder = means_folder(options.overlay, several);
   if (folder) {
@@ -134,7 +141,7 @@ std::vector<Job> plan_jobs(const Options& options, Naming naming) {
                     target_for(options.overlay, overlay_folder, stem + "-overlay.png"), input.page, folder,
                     overlay_folder, ""});
   }
-  find_conflicts(jobs);
+  find_conflicts(jobs, naming);
   return jobs;
 }
 

@@ -27,8 +27,12 @@ struct Job {
 enum class Naming {
   kOneFile,        /**< OUT is a file, or a folder of files */
   kOneOrMoreFiles, /**< the same; number_path gives the names of several files */
-  kNumberedFiles   /**< OUT is a folder; number_path gives the files' names */
+  kNumberedFiles,  /**< OUT is a folder; number_path gives the files' names */
+  kOneDocument     /**< OUT is one PDF file, a page a card */
 };
+
+/** Whether OUT is one PDF file, whatever the command: it is called like one, or a pipe of that format. */
+bool names_document(const Options& options);
 
 /**
  * Names the outputs. In a folder they are called like their inputs, with "-pageN" added when a page was asked for and

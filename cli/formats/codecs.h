@@ -10,6 +10,7 @@
 #define VANTREL_CLI_FORMATS_CODECS_H
 
 #include <string>
+#include <vector>
 
 #include "bitmap.h"
 #include "image_format.h"
@@ -31,6 +32,20 @@ struct Encoding {
   int quality = 95;   /**< of lossy formats, 1 to 100 */
   bool lossy = false; /**< where a format is either */
   bool quick = false; /**< rather than small */
+};
+
+/** What the size of a page is reckoned by where a picture tells no resolution. */
+inline constexpr int kPageDotsPerInch = 300;
+
+/** A page of a PDF file: one picture at its true size, encoded. */
+struct PdfPage {
+  Bytes data;
+  bool jpeg = false; /**< else the compressed rows of a PNG file */
+  int width = 0;
+  int height = 0;
+  int depth = 0;
+  Resolution resolution{kPageDotsPerInch, kPageDotsPerInch};
+  Bytes icc;
 };
 
 Picture read_jpeg(const Bytes& file, const Limits& limits);
@@ -57,6 +72,10 @@ Bytes write_tiff(const Bitmap& image, const Metadata& metadata);
 Bytes write_webp(const Bitmap& image, const Metadata& metadata, const Encoding& encoding);
 Bytes write_bmp(const Bitmap& image);
 Bytes write_pnm(const Bitmap& image);
+
+/** With loss, as JPEG, where the encoding says so. */
+PdfPage page_of(const Bitmap& image, const Metadata& metadata, const Encoding& encoding);
+Bytes write_pdf(std::vector<PdfPage> pages);
 
 /** One text for each reason. */
 [[noreturn]] void refuse_damaged(Format format);
