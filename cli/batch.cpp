@@ -174,9 +174,9 @@ class Task {
       return;
     }
     if (naming_ == Naming::kOneFile || (naming_ == Naming::kOneOrMoreFiles && pictures.size() == 1)) {
-      const std::unique_ptr<OutputFile> late = file == nullptr ? open(job_.output) : nullptr;
-      write_picture(scan, pictures.front(), job_.output, late ? *late : *file);
-      return;
+      if (file != nullptr) return write_picture(scan, pictures.front(), job_.output, *file);
+      OutputFile late(job_.output, batch_.protect, options_.force);
+      return write_picture(scan, pictures.front(), job_.output, late);
     }
     if (job_.output == kPipe) {
       throw Failure(std::to_string(pictures.size()) + " cards do not go to standard output (try --cards 1)");
