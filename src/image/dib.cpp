@@ -51,6 +51,7 @@ void write_palette(RGBQUAD* palette, int bit_count) {
 
 /** Whitens what lies behind the pixels of each row, which no caller writes and a host may compare. */
 void whiten_padding(Pixels pixels) {
+  if (pixels.cols == 0) return;  // there may be 2^31 rows without a byte
   for (int r = 0; r < pixels.rows; ++r) whiten_row_end(pixels, r);
 }
 
