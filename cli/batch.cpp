@@ -80,7 +80,7 @@ class Task {
   void work_on_input(const Work& work) {
     if (!job_.conflict.empty()) throw Failure(job_.conflict);
     const std::unique_ptr<OutputFile> overlay = open(job_.overlay);
-    const std::unique_ptr<OutputFile> output = naming_ == Naming::kOneFile ? open(job_.output) : nullptr;
+    const std::unique_ptr<OutputFile> output = open(naming_ == Naming::kOneFile ? job_.output : std::string());
     Scan scan = decode_image(read_file(job_.input, options_.limits.megabytes), job_.page, options_.limits);
     if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
