@@ -15,12 +15,12 @@ WORK = Path(__file__).resolve().parents[2] / "examples" / "batch" / "work"
 SCANS = ("portrait.jpg", "free-sheet.jpg", "empty-lid.jpg")
 CARDS = ["free-sheet/free-sheet-%d.jpg" % number for number in range(1, 7)] + ["portrait/portrait.jpg"]
 
-# What ssh would do, in a folder called like the machine.
+# What ssh would do, in a folder called like the machine: it sets SHELL, with which parallel runs the command there.
 SSH = """#!/bin/bash
 while [[ $1 == -* ]]; do case $1 in -l|-p|-o|-i|-S) shift 2 ;; *) shift ;; esac; done
 machine=$1; shift
 [ "$1" = -- ] && shift
-cd "$(dirname "$0")/$machine" && echo "$machine" >> ../asked && HOME=$PWD exec bash -c "$*"
+cd "$(dirname "$0")/$machine" && echo "$machine" >> ../asked && HOME=$PWD SHELL=/bin/bash exec bash -c "$*"
 """
 
 pytestmark = pytest.mark.skipif(not (shutil.which("parallel") and shutil.which("rsync")),
