@@ -9,6 +9,7 @@ RELEASE = ROOT / "build" / "release"
 DRAWER = "vantrel_draw_scans"
 CANDIDATES = "vantrel_measure_candidates"
 STEPS = "vantrel_show_steps"
+REFINEMENT = "vantrel_refine_truth"
 PLAIN = ("g++", "clang++")
 LEVELS = ("-O0", "-O3")
 
@@ -47,6 +48,12 @@ def steps_program():
     """The program that tells what the finder sees, step by step."""
     build(STEPS)
     return RELEASE / "evaluation" / STEPS
+
+
+def refinement_program():
+    """The program that lays true borders onto drawn scans."""
+    build(REFINEMENT)
+    return RELEASE / "evaluation" / REFINEMENT
 
 
 def peak_memory():

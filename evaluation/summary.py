@@ -14,6 +14,7 @@ OFF = 0.02  # of the diagonal: a card off by more was cut wrongly
 JACCARD_SHARES = (0.9, 0.95, 0.98)
 CORNER_SHARES = (0.3, 0.5, 1.0)  # pixels
 CONFIDENCES = (0.0, 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 0.95, 0.98, 0.99, 1.0)
+CONTRASTS = (0.0, 8.0, 16.0, 32.0, 64.0, 256.0)  # levels
 SIDE_SHARES = (0.0, 0.5, 0.6, 0.8, 1.0)
 SIDE_RIGHT, SIDE_WRONG = 0.5, 2.0  # pixels
 
@@ -62,6 +63,14 @@ def corners(cards):
         return tuple(share(values, lambda error, most=most: error <= most) for most in CORNER_SHARES)
 
     return Corners(len(errors), len(found), median, ninetieth, shares(found), shares(errors))
+
+
+def refined(corners):
+    """The same of corners whose refinement began at the truth: all are found."""
+    errors = [corner.error for corner in corners]
+    median, ninetieth = np.percentile(errors, (50, 90)) if errors else (None, None)
+    within = tuple(share(errors, lambda error, most=most: error <= most) for most in CORNER_SHARES)
+    return Corners(len(errors), len(errors), median, ninetieth, within, within)
 
 
 @dataclass(frozen=True)

@@ -171,6 +171,26 @@ def costs(cost):
     return table(["method", "median, ns/px", "worst, ns/px", "median, ms", "most extra memory, bytes/px"], rows)
 
 
+REFINEMENT_HEADS = ("corners", "median, px", "90 %, px", *(f"<= {most:g} px, %" for most in summary.CORNER_SHARES))
+
+
+def refinement_cells(corners):
+    exact = summary.refined(corners)
+    return [exact.count, number(exact.median), number(exact.ninetieth), *map(percent, exact.within_all)]
+
+
+def refinement(corners):
+    """By set, and of all of them by contrast."""
+    rows = [[name, *refinement_cells(found)] for name, found in corners.items()]
+    everywhere = [corner for found in corners.values() for corner in found]
+    rows += [[f"a contrast of {part.least:g} to {part.most:g}", *refinement_cells(part.values)]
+             for part in summary.binned(everywhere, summary.CONTRASTS, lambda corner: corner.contrast)]
+    return section("Refinement begun at the truth", "The corners of every true card, laid onto the scan as a finalist's "
+                   "are: what refinement makes of a start without an error, which a better choice of candidates can "
+                   "hardly exceed. The contrast is the lesser of a corner's two sides', in levels.",
+                   table(["corners of", *REFINEMENT_HEADS], rows))
+
+
 def section(title, says, body):
     return f"### {title}\n\n{says}\n\n{body}\n"
 

@@ -19,8 +19,6 @@ constexpr int kFurtherRivals = 3;
 constexpr int kFurtherAround = 16;
 /** A further card is as likely as this, in log odds of the first model. */
 constexpr double kLeastFurther = -3.0;
-/** How far the scan's border may lie from a candidate's, in pixels of the copy. */
-constexpr double kReach = 2.5;
 
 /** A candidate by its first score; of equal ones the first. */
 struct Ranked {
@@ -62,7 +60,7 @@ void take(const Analysis& analysis, std::span<const Ranked> ranked, Finalists& f
 void lay_onto(const Scan& scan, int factor, Finalist& finalist) {
   Quad start;
   for (std::size_t i = 0; i < 4; ++i) start.corners[i] = finalist.quad[i] * factor;
-  finalist.refined = refine(scan, start, kReach * factor);
+  finalist.refined = refine(scan, start, kBorderReach * factor);
 }
 
 /** How far a finalist's score is ahead of its best rival's, and of that of "no card here", which is 0. */

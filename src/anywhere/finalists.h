@@ -15,6 +15,9 @@
 
 namespace vantrel::anywhere {
 
+/** How far the scan's border may lie from a candidate's, in pixels of the copy. */
+inline constexpr double kBorderReach = 2.5;
+
 /** Finalists, the best first once they are judged. */
 struct Finalists {
   image::WorkArray<Finalist> items;

@@ -4,9 +4,10 @@ from math import inf, sqrt
 
 import pytest
 
-from evaluation import polygons, summary
+from evaluation import polygons, summary, tables
 from evaluation.judging import JudgedCard, JudgedClaim, JudgedSide, aligned, judge, offset, pair
 from evaluation.records import Found, Scan, TrueCard, points
+from evaluation.refinement import Corner
 
 SIZE = (400, 300)
 CARD = points([(100, 100), (200, 100), (200, 160), (100, 160)])
@@ -210,3 +211,17 @@ class TestConfidence:
     def test_cards_reported_beside_the_true_ones(self):
         found = (Found(CARD), Found(moved(CARD, 150, 0)), Found(moved(CARD, 0, 100), confidence=0.3))
         assert summary.beside([judge(scan(CARD), found)]) == 1
+
+
+def test_refinement_is_told_by_set_and_by_contrast():
+    corners = {"singles": (Corner(0.3, 64.0), Corner(2.0, 7.9)), "white": (Corner(0.5, 8.0), Corner(1.1, 8.0))}
+    rows = [line for line in tables.refinement(corners).splitlines() if line.startswith("| ")][2:]
+    assert rows == [
+        "| singles | 2 | 1.15 | 1.83 | 50.0 | 50.0 | 50.0 |",
+        "| white | 2 | 0.80 | 1.04 | 0.0 | 50.0 | 50.0 |",
+        "| a contrast of 0 to 8 | 1 | 2.00 | 2.00 | 0.0 | 0.0 | 0.0 |",
+        "| a contrast of 8 to 16 | 2 | 0.80 | 1.04 | 0.0 | 50.0 | 50.0 |",
+        "| a contrast of 16 to 32 | 0 | - | - | - | - | - |",
+        "| a contrast of 32 to 64 | 0 | - | - | - | - | - |",
+        "| a contrast of 64 to 256 | 1 | 0.30 | 0.30 | 100.0 | 100.0 | 100.0 |",
+    ]
