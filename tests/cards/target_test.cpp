@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "cards/pictures.h"
 
@@ -106,6 +107,23 @@ TEST(CardsTarget, IsRefusedInAnotherShape) {
   EXPECT_EQ(crop_into({nullptr, 0, 0, 0, VANTREL_FORMAT_BGR, nullptr}), VANTREL_ERROR_TARGET);
   EXPECT_EQ(crop_into({nullptr, -3, 0, 0, VANTREL_FORMAT_GRAY, nullptr}), VANTREL_ERROR_SIZE);
   EXPECT_EQ(crop_into({nullptr, 0, 0, 0, pictures::number<vantrel_format>(7), nullptr}), VANTREL_ERROR_FORMAT);
+}
+
+TEST(CardsTarget, OfEveryOperationHasItsShape) {
+  const Memory memory(6, 4, VANTREL_FORMAT_BGR);
+  const vantrel_image image = memory.image();
+  // Asks for a width, a height and a format other than the natural ones; 0 asks for that.
+  const auto expect_refusals = [](const auto& make, int width, int height, vantrel_format format) {
+    for (const auto& [w, h, f] : {std::tuple{width, 0, 0}, {0, height, 0}, {0, 0, static_cast<int>(format)}}) {
+      vantrel_picture target{nullptr, w, h, 0, pictures::number<vantrel_format>(f), nullptr};
+      EXPECT_EQ(make(&target), VANTREL_ERROR_TARGET) << w << " x " << h << ", " << f;
+      EXPECT_EQ(target.data, nullptr);
+    }
+  };
+  expect_refusals([&](auto* target) { return vantrel_reduce(&image, 2, target); }, 4, 3, VANTREL_FORMAT_RGB);
+  expect_refusals([&](auto* target) { return vantrel_enlarge(&image, VANTREL_ENLARGE_CUBIC, target); }, 11, 9,
+                  VANTREL_FORMAT_GRAY);
+  expect_refusals([&](auto* target) { return vantrel_convert(&image, target); }, 7, 3, VANTREL_FORMAT_BILEVEL);
 }
 
 TEST(CardsTarget, OfTheCallerIsCheckedLikeAnImage) {

@@ -40,11 +40,20 @@ struct Scans {
   Image wide_gray = Image(2001, 4, 8, 79);
   Image wide_colour = Image(2001, 4, 24, 80);
   Image shallow = Image(40, 30, 4, 81);  // its rows are shorter than the bytes read from them
+  Image framed = framed_card();
   Image flat = flat_card(8);
   Image flat_colour = flat_card(24);
   Image sheet = sheet_of_cards(8);
   Image colour_sheet = sheet_of_cards(24);
   Image bilevel_sheet = sheet_of_cards(1);
+
+  /** A card whose frame runs along its borders: which of two lines is one is decided by a count of the edge pixels. */
+  static Image framed_card() {
+    Image image(300, 240, 8, 40);
+    support::fill(image, 14, 286, 12, 228, 130);
+    support::fill(image, 30, 270, 25, 215, 240);
+    return image;
+  }
 
   static Image flat_card(int bit_count) {
     Image image(300, 300, bit_count, 40);

@@ -80,16 +80,19 @@ void add_searches(std::vector<Route>& routes, Scans& s) {
                       append(answer, corners);
                       return answer;
                     }});
-  routes.push_back({"vantrel_find_corners", {0}, {&s.gray}, [&s] {
-                      vantrel_corner_search found{};
-                      const int code = vantrel_find_corners(s.gray.ptr(), &found);
-                      if (code == 0) {
-                        EXPECT_EQ(found.verdict, VANTREL_OUT_OF_MEMORY);
-                      }
-                      Answer answer{code, {}};
-                      append(answer, found.corners);
-                      return answer;
-                    }});
+  for (Image* image : {&s.gray, &s.framed}) {
+    const std::string name = image == &s.gray ? "vantrel_find_corners" : "vantrel_find_corners, two lines a side";
+    routes.push_back({name, {0}, {image}, [image] {
+                        vantrel_corner_search found{};
+                        const int code = vantrel_find_corners(image->ptr(), &found);
+                        if (code == 0) {
+                          EXPECT_EQ(found.verdict, VANTREL_OUT_OF_MEMORY);
+                        }
+                        Answer answer{code, {}};
+                        append(answer, found.corners);
+                        return answer;
+                      }});
+  }
   routes.push_back({"AutoDetectCorner", {0}, {&s.gray}, [&s] {
                       std::array<float, 8> corners{}, box{};
                       return Answer{AutoDetectCorner(s.gray.ptr(), corners.data(), box.data()) ? 1 : 0, {}};
