@@ -48,6 +48,7 @@ Verdict run(const lines::Levels& gray, CornerSearch& search) {
 
   find_borders(gray, maps, components.all(), search);
   const Intersections found = intersect(lines_of(search));
+  // Never: borders lie within 15 degrees of level or 20 of upright, as the frame does, and so meet.
   if (!found.complete()) return Verdict::kDegenerate;
   search.corners = placed_in_image(found.corners, rows, cols);
   search.box = bounding_box(search.corners);

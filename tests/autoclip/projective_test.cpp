@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "autoclip/exports.h"
 
@@ -63,6 +64,23 @@ TEST(SolveMultiUnknownFunc, PutsATinyPivotInTheZerosPlace) {
   const Coefficients c = solve(square, square);
   EXPECT_NEAR(c[2], -1e-7, 1e-9);
   EXPECT_LT(residual(c, square, square), 1e-6);
+}
+
+TEST(SolveMultiUnknownFunc, OfPointsInOnePlaceDividesByATinyPivot) {
+  // every equation is c2 = 64 or c5 = 32; what is left of the others has no pivot
+  const Coefficients c = solve({0, 0, 0, 0, 0, 0, 0, 0}, {64, 32, 64, 32, 64, 32, 64, 32});
+  for (std::size_t i = 0; i < 8; ++i) EXPECT_TRUE(std::isfinite(c[i])) << i;
+}
+
+TEST(SolveMultiUnknownFunc, ReadsNoFartherThanAnOddNumberOfEquations) {
+  Coefficients c;
+  c.fill(-99);
+  // exactly as long as they have to be, for the address sanitizer
+  std::vector<float> from = {3, 4, 5, 6, 70, 8, 9};
+  std::vector<float> to = {1, 2, 3, 4, 50, 6, 7};
+  EXPECT_EQ(SolveMultiUnknownFunc(c.data(), from.data(), to.data(), 7), 1);
+  EXPECT_NE(c[6], -99);
+  EXPECT_EQ(c[7], -99);
 }
 
 TEST(SolveMultiUnknownFunc, WorksInDoublePrecision) {

@@ -116,6 +116,11 @@ TEST(Bilinear, OfNotANumberIsAPixelOfThePlane) {
   }
 }
 
+TEST(Bilinear, OfAPlaneWithoutPixelsIsWhite) {
+  EXPECT_EQ(Bilinear(0, 0, nullptr, 0, 5, 8, 8), 255);
+  EXPECT_EQ(Bilinear(0, 0, nullptr, 5, 0, 0, 8), 255);
+}
+
 // ---- Mapping ----
 
 /** A level per pixel, in every byte of it. */
@@ -314,6 +319,13 @@ TEST(ConvertImg, FillsColourOfTheRectanglesWidth) {
       EXPECT_EQ(target.at(r, byte), byte < 15 ? 10 * (byte / 3 + 1) + 23 - 4 * (4 - r) + 20 * (byte % 3) : 255);
     }
   }
+}
+
+TEST(ConvertImg3, LeavesWhatLiesBeyondEitherSideOfTheSource) {
+  Image source = painted(9, 7, 8, [](int r, int c, int) { return 10 * r + c; });
+  Image target = white(12, 1, 8);
+  EXPECT_TRUE(warp(ConvertImg3, source, target, kIdentity, {-1, 2, 10, 2}, 8));
+  for (int c = 0; c < 12; ++c) EXPECT_EQ(target.at(0, c), c == 0 || c > 9 ? 255 : 20 + c - 1) << c;
 }
 
 TEST(ConvertImg3, CropsGrayUpsideDownFromMemoryRows) {

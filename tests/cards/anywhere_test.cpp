@@ -105,6 +105,17 @@ TEST(Anywhere, TellsOfSeveralCardsInReadingOrder) {
   expect_card(cards[2], kThree[2]);
 }
 
+TEST(Anywhere, TellsOfCardsInOneLineFromTheLeft) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Corners left = support::turned_card(260, 400, 360, 220, 0);
+  const Corners right = support::turned_card(740, 400, 360, 220, 0);
+  const Memory memory = cards_on(60, {right, left});
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 2u);
+  expect_card(cards[0], left);
+  expect_card(cards[1], right);
+}
+
 TEST(Anywhere, FindsTwoCardsOnASheet) {
   const Only options(VANTREL_METHOD_ANYWHERE);
   const Memory memory = cards_on(128, {kThree[0], kThree[2]});

@@ -78,6 +78,17 @@ TEST(CardsCutSize, RefusesWhatEnclosesNothing) {
   EXPECT_EQ(cut_size(upright(0, 0, 1e39, 10), 0), kGeometry);
 }
 
+TEST(CardsCutSize, RefusesEveryCoordinateThatIsTooFar) {
+  for (std::size_t place = 0; place < 8; ++place) {
+    for (const double far : {1e39, -1e39, kInfinite, -kInfinite, kNoNumber}) {
+      std::array<double, 8> at = {10, 20, 110, 20, 110, 70, 10, 70};
+      at.at(place) = far;
+      const vantrel_quad quad = {{at[0], at[1]}, {at[2], at[3]}, {at[4], at[5]}, {at[6], at[7]}};
+      EXPECT_EQ(cut_size(quad, 0), (std::array{-VANTREL_ERROR_GEOMETRY, -VANTREL_ERROR_GEOMETRY})) << place;
+    }
+  }
+}
+
 TEST(CardsCutSize, RefusesMarginsAndSizesThatThereAreNot) {
   constexpr std::array kOption = {-VANTREL_ERROR_OPTION, -VANTREL_ERROR_OPTION};
   constexpr std::array kSize = {-VANTREL_ERROR_SIZE, -VANTREL_ERROR_SIZE};

@@ -41,6 +41,7 @@ struct Scans {
   Image wide_colour = Image(2001, 4, 24, 80);
   Image shallow = Image(40, 30, 4, 81);  // its rows are shorter than the bytes read from them
   Image framed = framed_card();
+  Image slender = noise(4, 6000);
   Image flat = flat_card(8);
   Image flat_colour = flat_card(24);
   Image sheet = sheet_of_cards(8);
@@ -52,6 +53,14 @@ struct Scans {
     Image image(300, 240, 8, 40);
     support::fill(image, 14, 286, 12, 228, 130);
     support::fill(image, 30, 270, 25, 215, 240);
+    return image;
+  }
+
+  /** Cells for all angles at once would be more than such an image justifies: they are taken in slices. */
+  static Image noise(int width, int height) {
+    Image image(width, height, 8);
+    support::Random random(7);
+    support::randomise(image, random);
     return image;
   }
 

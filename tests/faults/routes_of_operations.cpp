@@ -101,6 +101,10 @@ void add_searches(std::vector<Route>& routes, Scans& s) {
                       std::array<float, 8> corners{}, box{};
                       return Answer{vantrel_find_gradient_corners(s.gray.ptr(), corners.data(), box.data()), {}};
                     }});
+  routes.push_back({"vantrel_find_gradient_corners, in slices", {-1}, {&s.slender}, [&s] {
+                      std::array<float, 8> corners{}, box{};
+                      return Answer{vantrel_find_gradient_corners(s.slender.ptr(), corners.data(), box.data()), {}};
+                    }});
   for (Image* image : {&s.sheet, &s.colour_sheet, &s.bilevel_sheet}) {
     routes.push_back(
         {"CardSeg, cards in " + std::to_string(image->header().biBitCount) + " bits", {-1}, {image}, [image] {

@@ -15,6 +15,11 @@ Bytes binarised(Bytes pixels, int width) {
   return pixels;
 }
 
+TEST(MovingAverage, OfNothingIsDone) {
+  EXPECT_TRUE(Moving_Average(nullptr, 0, 5, 0));
+  EXPECT_TRUE(Moving_Average(nullptr, 5, 0, 8));
+}
+
 TEST(MovingAverage, AUniformlyGrayAreaIsWhite) {
   for (int level : {0, 1, 2, 37, 128, 254, 255}) {
     EXPECT_EQ(binarised(Bytes(40 * 7, static_cast<unsigned char>(level)), 40), Bytes(40 * 7, 255)) << level;
