@@ -90,16 +90,20 @@ void straighten(Image& image) {
   AutoClipRedundantImg(image.handle(), nullptr, out.ptr(), 1);
 }
 
-void find_by(Image& image, vantrel_method method) {
+vantrel_image scan_of(Image& image) {
   const int bits = image.header().biBitCount;
-  const vantrel_image scan = {image.ptr()->pBits,
-                              image.width(),
-                              image.height(),
-                              image.stride(),
-                              bits == 1   ? VANTREL_FORMAT_BILEVEL
-                              : bits == 8 ? VANTREL_FORMAT_GRAY
-                                          : VANTREL_FORMAT_BGR,
-                              300.0};
+  return {image.ptr()->pBits,
+          image.width(),
+          image.height(),
+          image.stride(),
+          bits == 1   ? VANTREL_FORMAT_BILEVEL
+          : bits == 8 ? VANTREL_FORMAT_GRAY
+                      : VANTREL_FORMAT_BGR,
+          300.0};
+}
+
+void find_by(Image& image, vantrel_method method) {
+  const vantrel_image scan = scan_of(image);
   vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
   options.methods = &method;
   options.method_count = 1;
@@ -111,6 +115,45 @@ void find_by(Image& image, vantrel_method method) {
 template <vantrel_method kMethod>
 void find(Image& image) {
   find_by(image, kMethod);
+}
+
+/** Makes a picture of a scan in a block of its own. */
+template <class Make>
+void picture(Image& image, Make make) {
+  const vantrel_image scan = scan_of(image);
+  vantrel_picture made{};
+  make(scan, &made);
+  vantrel_picture_release(&made);
+}
+
+void cut_all(Image& image) {
+  picture(image, [](const vantrel_image& scan, vantrel_picture* made) {
+    const double right = scan.width;
+    const double bottom = scan.height;
+    const vantrel_quad quad = {{0, 0}, {right, 0}, {right, bottom}, {0, bottom}};
+    return vantrel_cut(&scan, &quad, 0, made);
+  });
+}
+
+void crop_all(Image& image) {
+  picture(image, [](const vantrel_image& scan, vantrel_picture* made) {
+    const vantrel_rect rectangle = {0, 0, scan.width, scan.height};
+    return vantrel_crop(&scan, &rectangle, made);
+  });
+}
+
+void reduce_by_two(Image& image) {
+  picture(image, [](const vantrel_image& scan, vantrel_picture* made) { return vantrel_reduce(&scan, 2, made); });
+}
+
+void convert(Image& image) {
+  picture(image, [](const vantrel_image& scan, vantrel_picture* made) { return vantrel_convert(&scan, made); });
+}
+
+template <vantrel_enlargement kMethod>
+void enlarge(Image& image) {
+  picture(image,
+          [](const vantrel_image& scan, vantrel_picture* made) { return vantrel_enlarge(&scan, kMethod, made); });
 }
 
 void crop(Image& image) {
@@ -180,6 +223,14 @@ constexpr std::array kOperations = {
     Operation{"vantrel_find, dark glass", 8, find<VANTREL_METHOD_DARK_GLASS>, 180, 5, kLines},
     Operation{"vantrel_find, flat light", 24, find<VANTREL_METHOD_FLAT_LIGHT>, 20, 4},
     Operation{"vantrel_find, sheet", 8, find<VANTREL_METHOD_SHEET>, 20, 2},
+    // What the pixels show makes no difference here.
+    Operation{"vantrel_cut", 24, cut_all, 30, 4, 0, 2000, 1 << 20, kPatterns.size()},
+    Operation{"vantrel_crop", 24, crop_all, 10, 4, 0, 2000, 1 << 20, kPatterns.size()},
+    Operation{"vantrel_reduce", 24, reduce_by_two, 10, 2, 0, 2000, 1 << 20, kPatterns.size()},
+    Operation{"vantrel_convert", 24, convert, 15, 2, 0, 2000, 1 << 20, kPatterns.size()},
+    Operation{"vantrel_enlarge, linear", 24, enlarge<VANTREL_ENLARGE_LINEAR>, 30, 13, 0, 2000, 1 << 20,
+              kPatterns.size()},
+    Operation{"vantrel_enlarge, cubic", 24, enlarge<VANTREL_ENLARGE_CUBIC>, 30, 13, 0, 2000, 1 << 20, kPatterns.size()},
     Operation{"vantrel_find, anywhere", 24, find<VANTREL_METHOD_ANYWHERE>, 50, 0, 0, 1.2e9, 20 << 20, 4},
 };
 
