@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "card_document.h"
+#include "contact_sheet.h"
 #include "failure.h"
 #include "memory.h"
 #include "printable.h"
@@ -48,6 +49,7 @@ struct Batch {
   Naming naming;
   const std::vector<std::string>& protect; /**< never written to */
   Review& review;
+  ContactSheet& sheet;
   CardDocument& document;
 };
 
@@ -65,6 +67,7 @@ class Task {
       if (options_.skip_existing && is_done(job_, naming_)) {
         report_.outcome = Outcome::kSkipped;
         report_.message = "skipped, there is " + existing_output(job_, naming_);
+        batch_.sheet.add_without_picture(index_, report_);
         return std::move(report_);
       }
       work_on_input(work);
@@ -109,12 +112,14 @@ class Task {
       report_.outcome = Outcome::kNothing;
     }
     batch_.review.add(index_, report_, scan, finding);
+    batch_.sheet.add(index_, report_, scan, finding);
   }
 
   void fail(const std::string& reason) {
     report_.outcome = Outcome::kFailed;
     report_.message = reason;
     batch_.review.add_failed(index_, report_);
+    batch_.sheet.add_without_picture(index_, report_);
   }
 
   std::unique_ptr<OutputFile> open(const std::string& path) const {
@@ -248,6 +253,10 @@ std::string plan_of(const Options& options, const Job& job, Naming naming) {
 int tell_plan(const Options& options, Naming naming, const std::vector<Job>& jobs) {
   std::string text;
   for (const Job& job : jobs) text += printable(plan_of(options, job, naming)) + "\n";
+  if (!options.sheet.empty()) {
+    const bool kept = is_there(options.sheet) && !options.force;
+    text += printable("contact sheet " + options.sheet) + (kept ? ": fails without --force, it is there\n" : "\n");
+  }
   return write_all(STDOUT_FILENO, text.data(), text.size()) ? 0 : 1;
 }
 
@@ -279,13 +288,24 @@ int run_batch(const Options& options, Naming asked, const std::vector<std::strin
   std::vector<std::string> protect = also_read;
   for (const Job& job : jobs) protect.push_back(job.input);
   Review review(options.review, options.review_below);
+  ContactSheet sheet(options.sheet, protect, options.force);
   const std::unique_ptr<CardDocument> document = document_of(options, naming, protect);
   Progress progress(jobs.size(), style_of(options), options.quiet, naming == Naming::kOneDocument);
-  const Batch batch{options, naming, protect, review, *document};
-  in_parallel(jobs.size(), options.jobs, [&](std::size_t i) { progress.finish(i, Task(batch, jobs[i], i).run(work)); });
+  const Batch batch{options, naming, protect, review, sheet, *document};
+  std::atomic<std::size_t> finished = 0;
+  const auto show = [&] {
+    review.conclude(finished);
+    sheet.conclude();
+  };
+  const LastWords interrupted(show);
+  in_parallel(jobs.size(), options.jobs, [&](std::size_t i) {
+    progress.finish(i, Task(batch, jobs[i], i).run(work));
+    ++finished;
+  });
   const std::string lost = reason_of_loss(*document);
-  review.conclude(jobs.size());
-  return progress.conclude(lost) ? 0 : 1;
+  const bool all_done = progress.conclude(lost);
+  show();
+  return all_done ? 0 : 1;
 }
 
 }  // namespace tool

@@ -105,6 +105,11 @@ void add_review_options(CLI::App& command, Options& options) {
       ->type_name("X")
       ->check(CLI::Range(0.0, 1.01))
       ->needs(review);
+  command
+      .add_option(
+          "--sheet", options.sheet,
+          "Write a contact sheet to this file: every scan small, with what was seen drawn on it and its outcome")
+      ->type_name("FILE");
 }
 
 void add_detect_only_option(CLI::App& command, Options& options) {

@@ -33,6 +33,7 @@ struct Options {
   bool skip_existing = false;
   std::string review; /**< a folder for what somebody should look at; empty: none */
   double review_below = 0.9;
+  std::string sheet; /**< a contact sheet; empty: none */
   bool page_given = false;
   int page = 1;
   int dpi = 0; /**< 0: that of the file */
@@ -50,7 +51,7 @@ void add_output_options(CLI::App& command, Options& options);
 /** Adds --overlay. */
 void add_overlay_option(CLI::App& command, Options& options);
 
-/** Adds --review and --review-below. */
+/** Adds --review, --review-below and --sheet. */
 void add_review_options(CLI::App& command, Options& options);
 
 /** Adds --detect-only, which excludes -o. */

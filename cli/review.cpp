@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "failure.h"
-#include "library.h"
 #include "printable.h"
 #include "safe_file.h"
+#include "shown.h"
 
 namespace tool {
 namespace {
@@ -49,30 +49,11 @@ std::string escaped(const std::string& text) {
   return html;
 }
 
-std::string two_decimals(double value) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.2f", value);
-  return text.data();
-}
-
 /** By its number, since inputs of several folders may have the same name. */
 std::string picture_name(std::size_t index) {
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%06zu.jpg", index + 1);
   return text.data();
-}
-
-/** The overlay, no larger than a screen shows. */
-Bitmap picture_of(const Scan& scan, const Finding& finding) {
-  Canvas canvas(scan.image);
-  if (finding.draw) finding.draw(canvas);
-  Bitmap drawn = canvas.picture();
-  const int times = std::max(drawn.width(), drawn.height()) / kPictureSide;
-  return times > 1 && std::min(drawn.width(), drawn.height()) >= times ? reduced(drawn, times) : std::move(drawn);
-}
-
-std::string title_of(const Report& report) {
-  return report.pages > 1 ? report.input + ", page " + std::to_string(report.page) : report.input;
 }
 
 }  // namespace
@@ -90,7 +71,7 @@ void Review::add(std::size_t index, const Report& report, const Scan& scan, cons
   if (folder_.empty() || confidence >= below_) return;
   const std::string name = picture_name(index);
   OutputFile((fs::path(folder_) / name).string(), {}, true)
-      .commit(encode_image(picture_of(scan, finding), Format::kJpeg, scan.metadata));
+      .commit(encode_image(small_overlay(scan, finding, kPictureSide), Format::kJpeg, scan.metadata));
   take(index, {title_of(report), std::string(name_of(report.outcome)) + ": " + report.message, name, confidence});
 }
 
@@ -106,6 +87,7 @@ void Review::take(std::size_t index, Entry entry) {
 
 void Review::conclude(std::size_t inputs) {
   if (folder_.empty()) return;
+  const std::lock_guard lock(mutex_);
   std::vector<const Entry*> ordered;
   for (const auto& [index, entry] : entries_) ordered.push_back(&entry);
   std::stable_sort(ordered.begin(), ordered.end(),

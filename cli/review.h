@@ -30,7 +30,7 @@ class Review {
   /** An input that failed has no overlay. */
   void add_failed(std::size_t index, const Report& report);
 
-  /** Writes index.html. @throws Failure */
+  /** Writes index.html of what was taken so far, of so many inputs. @throws Failure */
   void conclude(std::size_t inputs);
 
  private:

@@ -16,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "console.h"
 #include "failure.h"
 #include "size_limits.h"
 
@@ -130,7 +131,33 @@ sigset_t ending_signals() {
   return signals;
 }
 
+/** What is done before a signal ends the process. Never destroyed, as the above. */
+struct Words {
+  std::mutex mutex;
+  std::function<void()> say;
+};
+
+Words& last_words() {
+  static Words* const words = new Words;
+  return *words;
+}
+
+void set_last_words(std::function<void()> say) {
+  const std::lock_guard lock(last_words().mutex);
+  last_words().say = std::move(say);
+}
+
+void say_last_words() {
+  const std::lock_guard lock(last_words().mutex);
+  try {
+    if (last_words().say) last_words().say();
+  } catch (const std::exception& problem) {
+    print_error(std::string("vantrel: ") + problem.what() + "\n");
+  }
+}
+
 [[noreturn]] void end_by(int signal, const sigset_t& signals) {
+  say_last_words();
   remove_temporaries();
   pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
   raise(signal);
@@ -207,6 +234,7 @@ bool same_file(const std::string& path, const std::string& other) {
 void clean_up_on_signals() {
   new_file_mode();
   temporaries();
+  last_words();
   const sigset_t signals = ending_signals();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   try {
@@ -218,6 +246,10 @@ void clean_up_on_signals() {
     throw std::bad_alloc();
   }
 }
+
+LastWords::LastWords(std::function<void()> words) { set_last_words(std::move(words)); }
+
+LastWords::~LastWords() { set_last_words(nullptr); }
 
 void remove_temporaries() {
   Temporaries* const all = all_temporaries;

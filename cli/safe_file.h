@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <list>
 #include <string>
 #include <vector>
@@ -38,6 +39,18 @@ bool same_file(const std::string& path, const std::string& other);
  * thread is started.
  */
 void clean_up_on_signals();
+
+/**
+ * As long as one lives, what it was given is done when one of these signals ends the process, on a thread of its own,
+ * while the others go on. There is one at a time.
+ */
+class LastWords {
+ public:
+  explicit LastWords(std::function<void()> words);
+  ~LastWords();
+  LastWords(const LastWords&) = delete;
+  LastWords& operator=(const LastWords&) = delete;
+};
 
 /** Removes the temporary files for good, before the process ends: no output is finished after that. */
 void remove_temporaries();

@@ -86,10 +86,14 @@ std::string identity_of(const std::string& path) {
 }
 
 /** Marks the jobs that would write what an earlier one writes. */
-void find_conflicts(std::vector<Job>& jobs, Naming naming) {
+void find_conflicts(std::vector<Job>& jobs, Naming naming, const std::string& sheet) {
   std::map<std::string, std::string> writers;
+  if (!sheet.empty()) writers.emplace(identity_of(sheet), "the contact sheet");
   const bool document = naming == Naming::kOneDocument;
   if (document && !jobs.empty()) writers.emplace(identity_of(jobs.front().output), "the cards");
+  const bool one_name =
+      document && !sheet.empty() && !jobs.empty() && identity_of(jobs.front().output) == identity_of(sheet);
+  if (one_name) throw WrongUsage("-o and --sheet " + sheet + " are one file");
   for (Job& job : jobs) {
     for (const std::string& path : {document ? "" : job.output, job.overlay}) {
       if (path.empty() || path == kPipe) continue;
@@ -134,6 +138,9 @@ std::vector<Job> plan_jobs(const Options& options, Naming naming) {
     check_one_file({}, options.overlay, "--overlay");
   }
 
+  if (options.sheet == kPipe) throw WrongUsage("--sheet needs a file");
+  check_one_file({}, options.sheet, "--sheet");
+
   std::vector<Job> jobs;
   for (const Input& input : expanded_inputs(options)) {
     const std::string stem = stem_of(options, input);
@@ -141,7 +148,7 @@ std::vector<Job> plan_jobs(const Options& options, Naming naming) {
                     target_for(options.overlay, overlay_folder, stem + "-overlay.png"), input.page, folder,
                     overlay_folder, ""});
   }
-  find_conflicts(jobs, naming);
+  find_conflicts(jobs, naming, options.sheet);
   return jobs;
 }
 

@@ -40,6 +40,7 @@ ROUTES = {
     "split a sheet": ("split", "SHEET.png", "--method", "sheet", "--straighten", "-o", "OUT"),
     "enlarge": ("enlarge", "IN.png", "-o", "OUT/large.png"),
     "enlarge smoothly": ("enlarge", "IN.png", "--method", "cubic", "-o", "OUT/large.png"),
+    "a contact sheet": ("clip", "IN.png", "--detect-only", "--sheet", "OUT/sheet.png"),
     "cards to a PDF file": ("crop", "IN.png", "IN.jpg", "--rect", "5,5,60,40", "-o", "OUT/all.pdf"),
     "crop": ("crop", "IN.png", "--rect", "5,5,60,40", "-o", "OUT/part.png"),
     "detect": ("detect", "IN.png", "--overlay", "OUT/seen.png"),
