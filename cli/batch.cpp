@@ -88,6 +88,7 @@ class Task {
     if (options_.dpi != 0) scan.image.set_resolution({options_.dpi, options_.dpi});
     report_.pages = scan.pages;
     report_.scan.emplace(scan.image);
+    report_.reduced = scan.reduced;
 
     const auto start = std::chrono::steady_clock::now();
     Finding finding = work(scan);

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "help_text.h"
+
 namespace tool {
 namespace {
 
@@ -32,9 +34,9 @@ std::string joined(const std::vector<std::string>& names) {
 }
 
 /** "all", or how many from 1 on. */
-std::string check_count(const std::string& text) {
+std::string check_count(std::string& text) {
   if (text == "all") return "";
-  const std::string complaint = CLI::Range(1, vantrel_limit_value(VANTREL_LIMIT_CARDS))(text);
+  const std::string complaint = whole_between(1, vantrel_limit_value(VANTREL_LIMIT_CARDS))(text);
   return complaint.empty() ? "" : "'" + text + "' is neither a number of cards nor 'all'";
 }
 
@@ -62,7 +64,7 @@ void add_card_options(CLI::App& command, CardOptions& options) {
       .add_option("--alternatives", options.alternatives,
                   "Tell of N other quadrilaterals a card, nested in it or its rivals, and draw them on the overlay")
       ->type_name("N")
-      ->check(CLI::Range(0, kMostAlternatives));
+      ->transform(whole_between(0, kMostAlternatives));
   add_demand_options(command, options.demands);
   CLI::Option* portrait =
       command.add_flag("--portrait", options.orientation.portrait, "Turn cards that lie by a quarter, clockwise");
@@ -80,10 +82,10 @@ void add_demand_options(CLI::App& command, Demands& demands) {
       .add_option("--min-sides", demands.sides,
                   "A card of whose four sides fewer than N were found counts as not found")
       ->type_name("N")
-      ->check(CLI::Range(0, 4));
+      ->transform(whole_between(0, 4));
   command.add_option("--min-confidence", demands.confidence, "A card with a confidence below X counts as not found")
       ->type_name("X")
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(between(0, 1));
 }
 
 Bitmap oriented(Bitmap picture, const Orientation& orientation) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <csignal>
 #include <exception>
+#include <memory>
 #include <new>
 #include <string>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "commands/commands.h"
 #include "console.h"
 #include "failure.h"
+#include "help_text.h"
 #include "memory.h"
 #include "printable.h"
 #include "safe_file.h"
@@ -39,7 +41,9 @@ int end_of_parsing(const CLI::App& parser, const CLI::ParseError& error) {
 
 /** What the command line asks for: parsed and done. Throws what the commands throw. */
 int parse_and_run(int argc, char** argv) {
-  CLI::App parser("Image pre-processing for scanned business cards", "vantrel");
+  CLI::App parser("Find business cards on scans, straighten and cut them out", "vantrel");
+  parser.formatter(std::make_shared<tool::HelpText>());
+  parser.footer("The manual, man vantrel, tells the rest.");
   parser.set_version_flag("-V,--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
   parser.set_help_flag("-h,--help", "Print this help and end");
   parser.require_subcommand(1);

@@ -4,13 +4,15 @@
 #include <string>
 #include <thread>
 
+#include "help_text.h"
+
 namespace tool {
 namespace {
 
 /** "all", or a page from 1 on. */
-std::string check_page(const std::string& text) {
+std::string check_page(std::string& text) {
   if (text == "all") return "";
-  return CLI::Range(1, 65535)(text).empty() ? "" : "'" + text + "' is neither a page nor 'all'";
+  return whole_between(1, 65535)(text).empty() ? "" : "'" + text + "' is neither a page nor 'all'";
 }
 
 }  // namespace
@@ -18,8 +20,9 @@ std::string check_page(const std::string& text) {
 void add_input_options(CLI::App& command, Options& options) {
   options.jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   command
-      .add_option("INPUT", options.inputs,
-                  "Scans to read: PNG, JPEG, TIFF, BMP, PNM or WebP; a folder: the pictures in it; - is standard input")
+      .add_option(
+          "INPUT", options.inputs,
+          "Scans to read: PNG, JPEG, TIFF, BMP, PNM, WebP and more; a folder: the pictures in it; - is standard input")
       ->required();
   command
       .add_option_function<std::string>(
@@ -35,7 +38,7 @@ void add_input_options(CLI::App& command, Options& options) {
   command.add_flag("-r,--recursive", options.recursive, "Take the pictures in the folders of a folder, too");
   command.add_option("--dpi", options.dpi, "Take the scan's resolution as N dots per inch, whatever its file says")
       ->type_name("N")
-      ->check(CLI::Range(1, 100000));
+      ->transform(whole_between(1, 100000));
   CLI::Option* json =
       command.add_flag("--json", options.json, "Print one JSON array with all that was found instead of lines of text");
   command.add_flag("--json-lines", options.json_lines, "Print a line of JSON for each scan as soon as it is done")
@@ -43,19 +46,19 @@ void add_input_options(CLI::App& command, Options& options) {
   command.add_flag("-q,--quiet", options.quiet, "Print nothing but errors");
   command.add_option("-j,--jobs", options.jobs, "Work on N scans at a time (default: the number of processors)")
       ->type_name("N")
-      ->check(CLI::Range(1, 1024));
+      ->transform(whole_between(1, 1024));
   command
       .add_option(
           "--most-megapixels", options.limits.megapixels,
           "Refuse larger pictures, before they are decoded (default " + std::to_string(Limits{}.megapixels) + ")")
       ->type_name("N")
-      ->check(CLI::Range(1, 2000));
+      ->transform(whole_between(1, 2000));
   command
       .add_option("--most-megabytes", options.limits.megabytes,
                   "Refuse larger files, and pictures that take more memory (default " +
                       std::to_string(Limits{}.megabytes) + ")")
       ->type_name("N")
-      ->check(CLI::Range(1, 16000));
+      ->transform(whole_between(1, 16000));
 }
 
 void add_output_options(CLI::App& command, Options& options) {
@@ -85,7 +88,7 @@ void add_output_options(CLI::App& command, Options& options) {
           "Quality of JPEG files (default " + std::to_string(Encoding{}.quality) +
               "), and write WebP and PDF files with loss, of that quality")
       ->type_name("N")
-      ->check(CLI::Range(1, 100));
+      ->transform(whole_between(1, 100));
 }
 
 void add_overlay_option(CLI::App& command, Options& options) {
@@ -103,7 +106,7 @@ void add_review_options(CLI::App& command, Options& options) {
           ->type_name("FOLDER");
   command.add_option("--review-below", options.review_below, "Review what has a lower confidence than X (default 0.9)")
       ->type_name("X")
-      ->check(CLI::Range(0.0, 1.01))
+      ->check(between(0, 1.01))
       ->needs(review);
   command
       .add_option(

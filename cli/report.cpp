@@ -68,6 +68,7 @@ Json json_of(const Report& report) {
                       : Json(report.message);
   json["advice"] = report.advice.empty() ? Json() : Json(report.advice);
   json["scan"] = report.scan ? json_of(*report.scan) : Json();
+  if (report.scan) json["scan"]["reduced"] = report.reduced;
   json["outputs"] = Json::array();
   for (const WrittenPicture& output : report.outputs) {
     Json picture = json_of(output.picture);

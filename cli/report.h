@@ -55,6 +55,7 @@ struct Report {  // NOLINT(bugprone-exception-escape): no null JSON throws
   std::string advice;  /**< what to try where nothing was found */
   Json details;        /**< the command's own members, where JSON is asked for */
   std::optional<PictureInfo> scan;
+  bool reduced = false; /**< the scan, from more than 8 bits a sample */
   std::vector<WrittenPicture> outputs;
   std::string overlay;
   double milliseconds = 0; /**< of finding and cutting, without reading and writing files */

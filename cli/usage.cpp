@@ -81,10 +81,11 @@ std::string words_of_unknown(const CLI::App& parser, const std::vector<std::stri
 
 /** What the parser says of a value, in the tool's words; what it says in its own is kept otherwise. */
 std::string retold(const std::string& said) {
-  static const std::array<std::pair<std::regex, const char*>, 6> kTales = {{
+  static const std::array<std::pair<std::regex, const char*>, 7> kTales = {{
       {std::regex("(\\S+): (.*) not in \\{(.*)\\}"), "$1: '$2' is none of $3"},
-      {std::regex("(\\S+): Value (.*) not in range (\\S+) to (\\S+)"), "$1: '$2' is no number from $3 to $4"},
+      {std::regex("(\\S+): At Most 1 required but received (\\d+)"), "$1 is given more than once"},
       {std::regex("Could not convert: (\\S+) = (.*)"), "$1: '$2' is no number"},
+      {std::regex("Could not convert: (\\S+)"), "$1 takes no such value"},
       {std::regex("(\\S+): (\\d+) required (.*) missing"), "$1 needs a value"},
       {std::regex("(\\S+) requires (\\S+)"), "$1 needs $2"},
       {std::regex("(\\S+) excludes (\\S+)"), "$1 and $2 do not go together"},

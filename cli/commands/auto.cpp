@@ -79,8 +79,8 @@ Finding choose(const AutoOptions& options, Scan& scan) {
 
 Command add_auto(CLI::App& tool) {
   auto options = std::make_shared<AutoOptions>();
-  CLI::App* command = tool.add_subcommand(
-      "auto", "Find all the cards on each scan, one or several, on any ground, and write each (the default)");
+  CLI::App* command =
+      tool.add_subcommand("auto", "Find all the cards on each scan, on any ground, and write each (the default)");
   add_input_options(*command, *options);
   add_output_options(*command, *options);
   add_card_options(*command, *options);

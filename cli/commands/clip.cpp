@@ -8,6 +8,7 @@
 #include "commands/commands.h"
 #include "failure.h"
 #include "given_entries.h"
+#include "help_text.h"
 #include "library.h"
 #include "twin_scan.h"
 
@@ -140,7 +141,7 @@ void add_options(CLI::App& command, ClipOptions& options) {
           "--scale", options.scale,
           "Look for the corners on a copy reduced N times (made by the tool, or --analyse) and cut the full scan")
       ->type_name("N")
-      ->check(CLI::Range(1, 1000));
+      ->transform(whole_between(1, 1000));
   CLI::Option* analyse =
       command.add_option("--analyse", options.analyse, "Look for the corners on this reduced scan of the same scene")
           ->type_name("FILE")

@@ -6,6 +6,7 @@
 #include "commands/commands.h"
 #include "failure.h"
 #include "flat_card.h"
+#include "help_text.h"
 #include "library.h"
 #include "rectangle.h"
 #include "twin_scan.h"
@@ -111,7 +112,7 @@ Command add_cut(CLI::App& tool) {
   CLI::Option* scale =
       command->add_option("--scale", options->scale, "How many times larger than INPUT the scan of --hi-res is")
           ->type_name("N")
-          ->check(CLI::Range(1, 1000));
+          ->transform(whole_between(1, 1000));
   CLI::Option* hi_res =
       command->add_option("--hi-res", options->hi_res, "Cut the card out of this larger scan of the same scene")
           ->type_name("FILE");

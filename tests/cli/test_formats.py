@@ -191,6 +191,8 @@ def test_the_reduction_is_told(tool, tmp_path):
     for name, told in (("in.png", True), ("out.png", False)):
         arguments = (tmp_path / name, "--rect", "0,0,60,36", "-o", tmp_path / f"out{'' if told else '2'}.png")
         assert ("reduced to 8 bits" in tool("crop", *arguments, ok=True).text) == told
+        report = tool("crop", *arguments, "--force", "--json", ok=True).json[0]
+        assert report["scan"]["reduced"] is told and report["version"] == 1
 
 
 def tiled(samples, bits, kind, photometric, side=32):

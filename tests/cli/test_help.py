@@ -66,6 +66,42 @@ def test_manual_describes_no_option_that_is_not_there(tool):
     assert described <= known, described - known
 
 
+def test_help_has_no_word_of_the_parser(tool):
+    foreign = re.compile(r":INT|:FLOAT|:POSITIVE|TEXT|INT in|\[\d|\{|\}|REQUIRED|Excludes:|Needs:|Positionals|UINT|Env:|=\[|SUBCOMMANDS")
+    for words in [("--help",), *((name, "--help") for name in subcommands(tool))]:
+        text = tool(*words, ok=True).text
+        assert not foreign.search(text), (words, foreign.search(text))
+        assert max(len(line) for line in text.splitlines()) <= 120
+    text = re.sub(r"\s+", " ", tool("clip", "--help", ok=True).text)
+    for told in ["N Work on N scans at a time (default: the number of processors) (1 to 1024)", "(not with --json-lines)",
+                 "(needs --scale; not with --second)", "(0 to 1)", "--rotate 0|90|180|270 Turn cards clockwise (not with",
+                 "Usage: vantrel clip [OPTIONS] INPUT... -o OUT"]:
+        assert told in text, told
+    assert "(is needed)" in tool("crop", "--help", ok=True).text
+
+
+def test_errors_have_no_word_of_the_parser(tool, scan):
+    for words, told in [
+        (("--output", "b.png"), "--output is given more than once"),
+        (("--dpi", "0x10"), "--dpi: '0x10' is no number from 1 to 100000"),
+        (("--jobs", ""), "--jobs: '' is no number from 1 to 1024"),
+        (("--min-confidence", "nan"), "--min-confidence: 'nan' is no number from 0 to 1"),
+        (("--min-confidence", "1.5"), "--min-confidence: '1.5' is no number from 0 to 1"),
+        (("--rotate", "45"), "--rotate: '45' is none of 0,90,180,270"),
+        (("--detect-only",), "--output and --detect-only do not go together"),
+        (("--page", "x"), "--page: 'x' is neither a page nor 'all'"),
+    ]:
+        result = tool("clip", scan, "-o", "a.png", *words)
+        assert (result.code, result.err) == (2, f"vantrel: {told} (see vantrel clip --help)\n")
+    result = tool("crop", scan, "--rect", "1,2", "-o", "a.png")
+    assert (result.code, result.err) == (2, "vantrel: --rect: '1,2' is not L,T,R,B, four whole numbers (see vantrel crop --help)\n")
+
+
+def test_leading_zero_is_no_other_base(tool, scan, tmp_path):
+    report = tool("clip", scan, "--dpi", "0300", "--detect-only", "--json", ok=True).json[0]
+    assert report["scan"]["dpi"] == [300, 300]
+
+
 @pytest.mark.parametrize("option", ["-h", "--help"])
 def test_help_needs_nothing_else(tool, option):
     result = tool("clip", option, ok=True)
