@@ -16,6 +16,9 @@ using lines::Direction;
 constexpr std::int64_t kMostBytesPerPixel = 8;
 constexpr std::int64_t kBytesForAny = 1 << 20;
 
+/** One in so many pixels lies in the frame that edges are looked for in: 1 - (1 - 2 / 15) (1 - 2 / 25) of them. */
+constexpr int kFrameShare = 5;
+
 /** For how many angles there is memory at a time. */
 int angles_at_a_time(const image::ConstPixels& pixels) {
   const std::int64_t most = std::max(kBytesForAny, kMostBytesPerPixel * pixels.stride * pixels.rows);
@@ -26,12 +29,14 @@ int angles_at_a_time(const image::ConstPixels& pixels) {
 /** Two opposite borders by the edge pixels of one direction. */
 lines::BorderPair find_pair(const lines::EdgeMaps& maps, const Rect& area, Direction direction,
                             const lines::AngleTables& tables, bool& complete) {
-  if (!maps.has_points(area, direction, lines::kLeastPairPoints)) return {};
+  const std::int64_t points = maps.count_points(area, direction);
+  if (points < lines::kLeastPairPoints) return {};
+  const bool many = lines::are_many(points, area, std::int64_t{area.rows.size()} * area.cols.size() / kFrameShare);
   const bool horizontal = direction == Direction::kAcrossRows;
   const int angles = angles_at_a_time(maps.edge());
   if (angles < lines::PairRules::of(area.rows.end, area.cols.end, horizontal).voted.size()) {
     const lines::SlicedPairSearch search(area.rows.end, area.cols.end, horizontal, tables, angles,
-                                         [&](auto& votes) { vote_band(maps, area, direction, votes); });
+                                         [&](auto& votes) { vote_band(maps, area, direction, false, votes); });
     bool ready = false;
     const lines::BorderPair pair = search.find(ready);
     complete = complete && ready;
@@ -40,7 +45,7 @@ lines::BorderPair find_pair(const lines::EdgeMaps& maps, const Rect& area, Direc
   lines::PairSearch search(area.rows.end, area.cols.end, horizontal, tables);
   complete = complete && search.ready();
   if (!search.ready()) return {};
-  vote_band(maps, area, direction, search);
+  vote_band(maps, area, direction, many, search);
   return search.find();
 }
 

@@ -108,7 +108,7 @@ bool BorderSearch::prefers_runner_up(const Peak& strongest, const Peak& runner_u
   return denser_beyond_first(histogram, L1, L2, scene_.side, row_bytes);
 }
 
-Border BorderSearch::accept_horizontal() const {
+Border BorderSearch::accept_horizontal() {
   const Peak strongest = votes_.strongest(kHorizontalAngles);
   const Peak runner_up = votes_.strongest(kHorizontalAngles, &strongest);
   const int quorum = cols_of(scene_) / (scene_.side == Side::kTop ? 4 : rules_.bottom_quorum);
@@ -136,7 +136,7 @@ Border BorderSearch::accept_horizontal() const {
   return border;
 }
 
-Border BorderSearch::accept_vertical() const {
+Border BorderSearch::accept_vertical() {
   const Peak strongest = votes_.strongest(kVerticalAngles);
   if (rows_of(scene_) * 4.0 > strongest.votes * 9) return {};
   const int L = crossing(votes_.distance(strongest));
@@ -145,7 +145,7 @@ Border BorderSearch::accept_vertical() const {
   return {Acceptance::kChosen, Settled::kLine, votes_.line(strongest), strongest.votes};
 }
 
-Border BorderSearch::accept() const {
+Border BorderSearch::accept() {
   switch (direction_) {
     case Direction::kAcrossRows:
       return accept_horizontal();
@@ -158,10 +158,12 @@ Border BorderSearch::accept() const {
 
 Border find_border(const BorderScene& scene, const EdgeMaps& maps, const Rect& band, Direction direction,
                    const AngleTables& tables) {
-  if (!maps.has_points(band, direction, kLeastPoints)) return {};
+  const std::int64_t points = maps.count_points(band, direction);
+  if (points < kLeastPoints) return {};
   BorderSearch search(scene, direction, tables, kTiltedBorders, band);
   if (!search.ready()) return {.complete = false};
-  vote_band(maps, band, direction, search);
+  const bool many = are_many(points, band, std::int64_t{band.rows.size()} * band.cols.size());
+  vote_band(maps, band, direction, many, search);
   return search.accept();
 }
 

@@ -72,11 +72,12 @@ class BorderSearch {
 
   bool ready() const { return votes_.ready(); }
   void vote(std::span<const EdgePoint> centred_points) { votes_.vote(centred_points); }
-  Border accept() const;
+  bool vote(PointMap&& points) { return votes_.vote(std::move(points)); }
+  Border accept();
 
  private:
-  Border accept_horizontal() const;
-  Border accept_vertical() const;
+  Border accept_horizontal();
+  Border accept_vertical();
   bool background_beyond(int L) const;
   bool strongest_passes(int L) const;
   bool prefers_runner_up(const Peak& strongest, const Peak& runner_up, int L1, int L2, Border& border) const;

@@ -56,14 +56,14 @@ class EdgeMaps {
   /** Calls `found(row, column)` for every edge pixel of a direction in an area, row by row. */
   template <class Found>
   void for_each_point(const geometry::Rect& area, Direction direction, Found found) const {
-    for_each_edge(edge(), {direction_.get(), gray_.rows, gray_.cols, stride_}, area, static_cast<int>(direction),
-                  found);
+    for_each_edge(edge(), this->direction(), area, static_cast<int>(direction), found);
   }
 
-  /** Whether an area has at least so many of them. */
-  bool has_points(const geometry::Rect& area, Direction direction, int least) const;
+  /** How many of them there are. */
+  std::int64_t count_points(const geometry::Rect& area, Direction direction) const;
 
   image::ConstPixels edge() const { return {edge_.get(), gray_.rows, gray_.cols, stride_}; }
+  image::ConstPixels direction() const { return {direction_.get(), gray_.rows, gray_.cols, stride_}; }
 
  private:
   void clear_frame(image::WorkArray<unsigned char>& map, int none) const;

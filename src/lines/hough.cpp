@@ -164,6 +164,31 @@ void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
   plain::vote(sheet(), centred_points.data(), count);
 }
 
+bool HoughAccumulator::vote(PointMap&& points) {
+  DenseVotes dense(std::move(points), centre_.row, centre_.col, voted_.size(), distances_.size());
+  if (!dense.ready()) return false;
+  dense_ = std::move(dense);
+  for (const AngleSpan& span : {voted_.low, voted_.high}) {
+    for (int t = span.first; t <= span.last; ++t) dense_.bound(column(t), slant(t), distances_.first - zero_);
+  }
+  return true;
+}
+
+Slant HoughAccumulator::slant(int angle) const {
+  const double sin = tables_.sin[angle], cos = tables_.cos[angle];
+  return dense_.slices_are_rows() ? Slant{cos, sin} : Slant{sin, cos};
+}
+
+/** Sums the votes for a group of cells. */
+void HoughAccumulator::sum_group(int angle, int group) {
+  std::array<double, kSumCells> sums;
+  const int first = group * kSumCells;
+  dense_.sum(slant(angle), distances_.first + first - zero_, sums.data());
+  double* cells = cells_.get() + static_cast<std::size_t>(column(angle)) * stride_ + first;
+  std::copy_n(sums.data(), std::min(kSumCells, distances_.size() - first), cells);
+  dense_.note_sum(column(angle), group);
+}
+
 /** Takes the nearest of an angle's strongest cells if it is stronger than the best, or as strong and nearer. */
 void HoughAccumulator::look_in(int angle, geometry::Span distances, Peak& best) const {
   if (distances.empty()) return;
@@ -172,20 +197,51 @@ void HoughAccumulator::look_in(int angle, geometry::Span distances, Peak& best) 
   const double votes = kernels->largest(first, distances.size());
   if (votes == 0 || votes < best.votes) return;
   const auto nearest = distances.first + static_cast<int>(std::find(first, first + distances.size(), votes) - first);
-  if (votes > best.votes || nearest < best.distance) best = {nearest, angle, votes};
+  const bool nearer = nearest < best.distance || (nearest == best.distance && angle < best.angle);
+  if (votes > best.votes || nearer) best = {nearest, angle, votes};
 }
 
-Peak HoughAccumulator::strongest(const Angles& searched, const Peak* excluded) const {
-  Peak best;
+/** The same, but for cells near one that is excluded. */
+void HoughAccumulator::look_around(int angle, geometry::Span distances, const Peak* excluded, Peak& best) const {
+  if (excluded == nullptr || std::abs(angle - excluded->angle) >= kSameLineAngles) {
+    return look_in(angle, distances, best);
+  }
+  look_in(angle, {distances.first, std::min(distances.end, excluded->distance - kSameLineDistances + 1)}, best);
+  look_in(angle, {std::max(distances.first, excluded->distance + kSameLineDistances), distances.end}, best);
+}
+
+void HoughAccumulator::look_in_all(const Angles& searched, const Peak* excluded, Peak& best) const {
   for (const AngleSpan& span : {searched.low, searched.high}) {
-    for (int t = span.first; t <= span.last; ++t) {
-      if (excluded != nullptr && std::abs(t - excluded->angle) < kSameLineAngles) {
-        look_in(t, {reached_.first, std::min(reached_.end, excluded->distance - kSameLineDistances + 1)}, best);
-        look_in(t, {std::max(reached_.first, excluded->distance + kSameLineDistances), reached_.end}, best);
-      } else {
-        look_in(t, reached_, best);
+    for (int t = span.first; t <= span.last; ++t) look_around(t, reached_, excluded, best);
+  }
+}
+
+/** Looks in groups of cells by falling bounds, until what is left can hold less than the best. */
+void HoughAccumulator::look_in_bounded(const Angles& searched, const Peak* excluded, Peak& best) {
+  constexpr int kStep = 64;
+  for (int above = dense_.largest_bound() + 1; above > 1 && best.votes <= above - 1;) {
+    const int from = above - std::max(above / kStep, 1);
+    for (const AngleSpan& span : {searched.low, searched.high}) {
+      for (int t = span.first; t <= span.last; ++t) {
+        for (int group = 0; group < dense_.groups(); ++group) {
+          const int bound = dense_.bound_of(column(t), group);
+          if (bound < from || bound >= above) continue;
+          if (!dense_.is_summed(column(t), group)) sum_group(t, group);
+          const int first = distances_.first + group * kSumCells;
+          look_around(t, {first, std::min(first + kSumCells, distances_.end)}, excluded, best);
+        }
       }
     }
+    above = from;
+  }
+}
+
+Peak HoughAccumulator::strongest(const Angles& searched, const Peak* excluded) {
+  Peak best;
+  if (dense_.ready()) {
+    look_in_bounded(searched, excluded, best);
+  } else {
+    look_in_all(searched, excluded, best);
   }
   return best;
 }

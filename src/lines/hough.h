@@ -9,15 +9,18 @@
 #ifndef VANTREL_LINES_HOUGH_H
 #define VANTREL_LINES_HOUGH_H
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "geometry/hough.h"
 #include "geometry/line.h"
 #include "geometry/span.h"
 #include "image/work_array.h"
+#include "lines/dense_votes.h"
 #include "lines/edge_maps.h"
 #include "lines/kernels.h"
 
@@ -87,9 +90,15 @@ class HoughAccumulator {
   /** Gives every point, relative to the centre, one vote per angle, split between the two distances next to it. */
   void vote(std::span<const EdgePoint> centred_points);
 
+  /**
+   * The same for many points, all there are: cells are summed when they are asked for, as far as they may be the
+   * strongest. False when there is no memory for that, and nothing has voted.
+   */
+  bool vote(PointMap&& points);
+
   /** The first strongest cell of the searched angles, by distance, then angle; cells near `excluded` are passed over.
    */
-  Peak strongest(const Angles& searched, const Peak* excluded = nullptr) const;
+  Peak strongest(const Angles& searched, const Peak* excluded = nullptr);
 
   /** The distance of a peak's line from the image's origin: the line's c. */
   double distance(const Peak& peak) const;
@@ -103,7 +112,12 @@ class HoughAccumulator {
   geometry::Span distances_of(const PointBox& box) const;
   geometry::Span distances_within(const geometry::Rect& area) const;
   bool reach(std::span<const EdgePoint> centred_points);
+  Slant slant(int angle) const;
+  void sum_group(int angle, int group);
   void look_in(int angle, geometry::Span distances, Peak& best) const;
+  void look_around(int angle, geometry::Span distances, const Peak* excluded, Peak& best) const;
+  void look_in_all(const Angles& searched, const Peak* excluded, Peak& best) const;
+  void look_in_bounded(const Angles& searched, const Peak* excluded, Peak& best);
 
   Centre centre_;
   Angles voted_;
@@ -115,6 +129,7 @@ class HoughAccumulator {
   std::size_t stride_;
   image::WorkArray<double> cells_;
   geometry::Span reached_; /**< where votes may lie */
+  DenseVotes dense_;       /**< when they are summed only on demand */
 };
 
 /** Hands points to a search in blocks, moved to the image's centre; the last ones when it ends. */
@@ -144,9 +159,27 @@ class PointFeed {
   std::size_t count_ = 0;
 };
 
+/**
+ * Whether so many points are better bounded and summed than let vote one after the other.
+ *
+ * @param area   where they lie: long enough both ways for blocks of cells and slices to be filled.
+ * @param pixels those of the area that may be points.
+ */
+constexpr bool are_many(std::int64_t points, const geometry::Rect& area, std::int64_t pixels) {
+  constexpr int kLeast = 4096;
+  constexpr int kLeastSide = 64;
+  constexpr int kPixelsAPoint = 16;
+  return points >= kLeast && points >= pixels / kPixelsAPoint &&
+         std::min(area.rows.size(), area.cols.size()) >= kLeastSide;
+}
+
 /** Lets the edge points of a band vote. */
 template <class Search>
-void vote_band(const EdgeMaps& maps, const geometry::Rect& band, Direction direction, Search& search) {
+void vote_band(const EdgeMaps& maps, const geometry::Rect& band, Direction direction, bool many, Search& search) {
+  if (many) {
+    PointMap points(maps, band, direction);
+    if (points.ready() && search.vote(std::move(points))) return;
+  }
   PointFeed feed(search, maps.edge().rows, maps.edge().cols);
   maps.for_each_point(band, direction, [&](int r, int c) { feed.add({static_cast<float>(r), static_cast<float>(c)}); });
 }

@@ -6,6 +6,7 @@
 #define VANTREL_LINES_KERNELS_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "lines/edge_maps.h"
 
@@ -32,6 +33,62 @@ struct VoteSheet {
 /** So many angles have a column at most: every degree of half a turn. */
 inline constexpr int kMostAngles = 180;
 
+/** So many cells of neighbouring distances are bounded at once, and so many are summed. */
+inline constexpr int kBoundCells = 64;
+inline constexpr int kSumCells = 16;
+
+/** Votes are bounded in parts of them, for points at 2^kPositionBits positions between two bytes. */
+inline constexpr int kVoteParts = 64;
+inline constexpr int kPositionBits = 6;
+
+/** Where that is prepared, distances are whole numbers of so many to a pixel. */
+inline constexpr int kFine = 1024;
+
+/** Points between two distances from the first of kBoundCells cells, and how much further on they lie for each cell. */
+struct WeighedCells {
+  short from;
+  short to;
+  const short* drifts; /**< truncated */
+};
+
+/** So many slices are counted at once, and give a cell no more parts of a vote each than fit a word together. */
+inline constexpr int kMostSlices = 32;
+inline constexpr int kMostPartsASlice = 127;
+
+/**
+ * Slices of a map of points (see point_map.h) and what their points give kBoundCells cells at most. In each slice
+ * `taps` neighbouring bytes may count for the first cell, for the next one those that lie one further, and so on.
+ */
+struct BoundedSlices {
+  const unsigned char* slice; /**< the first one */
+  std::ptrdiff_t stride;
+  int count;             /**< kMostSlices at most */
+  std::int64_t position; /**< in the first slice: behind its whole part begin the bytes that count, in 2^-32 bytes */
+  std::int64_t slope;    /**< how much further it lies in the next one */
+  const unsigned char*
+      weights; /**< for each position between two bytes, tap and cell; of a cell, kMostPartsASlice at most together */
+  int taps;
+};
+
+/** A map of points, and the first of kSumCells neighbouring cells: distance = across * byte + along * slice. */
+struct SummedCells {
+  const unsigned char* first; /**< byte 0 of slice 0 */
+  std::ptrdiff_t stride;
+  double first_across; /**< what byte 0 and slice 0 are counted as */
+  double first_along;
+  double across;
+  double along;
+  double distance; /**< of the first cell; that of the next one is 1 more */
+  bool runs_along; /**< whether runs go from slice to slice, or from byte to byte */
+};
+
+/** Bytes of a map that are looked at one after the other for the first cell; for the next one, those one further. */
+struct ByteRun {
+  int byte;
+  int slice;
+  int count;
+};
+
 struct Kernels {
   /** Computes the gradients in columns [from, to) of a row and marks them in its edge and direction rows. */
   void (*mark_row)(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to);
@@ -41,6 +98,15 @@ struct Kernels {
    * the plain form takes points whose votes do not.
    */
   void (*vote)(const VoteSheet& sheet, const EdgePoint* points, int count);
+
+  /** What a point gives each cell at most: a vote less its distance, in parts. */
+  void (*weigh)(const WeighedCells& cells, unsigned char* weights);
+
+  /** Adds to each sum what the slices' points give its cell at most, in parts of a vote. */
+  void (*bound_cells)(const BoundedSlices& slices, unsigned* sums);
+
+  /** Adds to each sum the votes for its cell in the order of the runs, as `vote` adds them in the points' order. */
+  void (*sum_cells)(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
 
   /** The largest of some numbers, or 0 when none is larger. */
   double (*largest)(const double* values, int count);
@@ -57,10 +123,13 @@ namespace plain {
 void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* direction, int from, int to);
 
 void vote(const VoteSheet& sheet, const EdgePoint* points, int count);
+void weigh(const WeighedCells& cells, unsigned char* weights);
+void bound_cells(const BoundedSlices& slices, unsigned* sums);
+void sum_cells(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
 double largest(const double* values, int count);
 int count_below(const unsigned char* bytes, int count, unsigned char level);
 
-inline constexpr Kernels kKernels{mark_row, vote, largest, count_below};
+inline constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below};
 
 }  // namespace plain
 }  // namespace vantrel::lines

@@ -12,7 +12,7 @@ PairRules PairRules::of(int rows, int cols, bool horizontal) {
 PairSearch::PairSearch(int rows, int cols, bool horizontal, const AngleTables& tables)
     : rules_(PairRules::of(rows, cols, horizontal)), votes_(rows, cols, rules_.voted, tables) {}
 
-BorderPair PairSearch::find() const {
+BorderPair PairSearch::find() {
   const Peak first = votes_.strongest(rules_.first);
   const Peak second = votes_.strongest(rules_.second, &first);
   // The first is not tested by itself: of two horizontal borders it is the stronger, of two vertical ones any will do.

@@ -43,7 +43,8 @@ class PairSearch {
 
   bool ready() const { return votes_.ready(); }
   void vote(std::span<const EdgePoint> centred_points) { votes_.vote(centred_points); }
-  BorderPair find() const;
+  bool vote(PointMap&& points) { return votes_.vote(std::move(points)); }
+  BorderPair find();
 
  private:
   PairRules rules_;
