@@ -141,6 +141,49 @@ void RowVotes::count(int angle, int distance, int votes) {
   if (counted.contains(distance)) accumulator_.counters_[accumulator_.counter(distance, angle)] += votes;
 }
 
+void plain::count_distances(const CountedColumns& columns, int places, int* counts) {
+  std::fill_n(counts, places, 0);
+  for (const float across : std::span(columns.across, kMostCounted)) {
+    const int distance = rounded_distance(across * columns.cosine + columns.row_part);
+    const int place = (distance - columns.first) * columns.step;
+    if (place >= 0 && place < places) ++counts[place];
+  }
+}
+
+void RowVotes::add(std::span<const int> columns) {
+  // As many as are counted at once make up for those that are not there.
+  constexpr std::size_t kMany = 12;
+  if (columns.size() >= kMany) return count_run(columns);
+  for (const int column : columns) add(column);
+}
+
+/** Angles lie within 5 degrees of the horizontal, so that the columns of a run have 7 distances at most. */
+void RowVotes::count_run(std::span<const int> columns) {
+  static_assert((kMostCounted - 1) * 0.0872 + 2 < kMostDistances);
+  const auto voters = static_cast<int>(columns.size());
+  std::array<float, kMostCounted> across;
+  for (std::size_t i = 0; i < across.size(); ++i) {
+    // Where there are fewer, the last stands in for the others.
+    across[i] = static_cast<float>(columns[std::min(i, columns.size() - 1)] - accumulator_.centre_);
+  }
+  const Distances first = distances_at(across.front());
+  const Distances last = distances_at(across.back());
+  for (int k = angles_.first; k <= angles_.last; ++k) {
+    const auto at = static_cast<std::size_t>(k);
+    if (first[at] == last[at]) {
+      count(k, first[at], voters);
+      continue;
+    }
+    const int step = first[at] < last[at] ? 1 : -1;
+    const int places = std::abs(last[at] - first[at]) + 1;
+    std::array<int, kMostDistances> counts;
+    kernels->count_distances({across.data(), accumulator_.cosine_[at], row_part_[at], first[at], step}, places,
+                             counts.data());
+    counts[static_cast<std::size_t>(places - 1)] -= kMostCounted - voters;
+    for (int i = 0; i < places; ++i) count(k, first[at] + i * step, counts[static_cast<std::size_t>(i)]);
+  }
+}
+
 /**
  * Rounding keeps the order of what it rounds, so where the first and the last column have one distance, those between
  * have it too, and where these are neighbours, each column has one of the two. At these angles that is mostly so.

@@ -11,6 +11,7 @@
 #include <optional>
 #include <span>
 
+#include "cardcut/kernels.h"
 #include "geometry/hough.h"
 #include "geometry/span.h"
 #include "image/work_array.h"
@@ -90,10 +91,7 @@ class HoughAccumulator {
  * A distance rounded without double precision: the number below a half, added in single precision before truncation,
  * gives the same whole number as a half in double precision. Not so below -2^23, but distances below 0 count nothing.
  */
-constexpr int rounded_distance(float value) {
-  constexpr float kBelowHalf = 0x1.fffffep-2f;
-  return static_cast<int>(value + kBelowHalf);
-}
+constexpr int rounded_distance(float value) { return static_cast<int>(value + kBelowHalf); }
 
 /**
  * Collects the votes of one row's pixels: each votes for the lines through it, one at each angle. Columns are added in
@@ -111,11 +109,15 @@ class RowVotes {
     columns_[waiting_++] = column;
   }
 
+  /** Adds columns of which none lies kMostCounted or further behind the first. */
+  void add(std::span<const int> columns);
+
  private:
   using Distances = std::array<int, kAngles>;
   static constexpr std::size_t kMostWaiting = 8;
 
   Distances distances_at(float across) const;
+  void count_run(std::span<const int> columns);
   void count(int angle, int distance, int votes);
   void count_all();
 

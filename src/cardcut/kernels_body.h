@@ -48,7 +48,37 @@ bool any_far(const unsigned char* a, const unsigned char* b, int count, int leas
   return most >= least;
 }
 
-constexpr Kernels kKernels{any_far};
+/** Counts lie in bytes of an integer, four places to each: no count is above kMostCounted. */
+void count_distances(const CountedColumns& columns, int places, int* counts) {
+  using Floats = float __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
+  using Integers = int __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
+  using Quads = int __attribute__((vector_size(16)));
+  constexpr int kLanes = VANTREL_VECTOR_BYTES / 4;
+  constexpr int kVectors = kMostCounted / kLanes;
+  constexpr int kPlaces = 4;
+  Integers distances[kVectors];
+  for (int v = 0; v < kVectors; ++v) {
+    Floats across;
+    __builtin_memcpy(&across, columns.across + v * kLanes, sizeof across);
+    const Floats rounded = across * columns.cosine + columns.row_part + kBelowHalf;
+    distances[v] = __builtin_convertvector(rounded, Integers) - columns.first;
+  }
+  for (int from = 0; from < places; from += kPlaces) {
+    const int here = places - from < kPlaces ? places - from : kPlaces;
+    Integers packed{};
+    for (int i = 0; i < here; ++i) {
+      const Integers place = Integers{} + (from + i) * columns.step, one = Integers{} + (1 << 8 * i);
+      for (int v = 0; v < kVectors; ++v) packed += (distances[v] == place) & one;
+    }
+    Quads quads[kLanes / 4];
+    __builtin_memcpy(quads, &packed, sizeof quads);
+    for (int q = 1; q < kLanes / 4; ++q) quads[0] += quads[q];
+    const auto sum = static_cast<unsigned>(quads[0][0] + quads[0][1] + quads[0][2] + quads[0][3]);
+    for (int i = 0; i < here; ++i) counts[from + i] = static_cast<int>(sum >> 8 * i & 255);
+  }
+}
+
+constexpr Kernels kKernels{any_far, count_distances};
 
 }  // namespace
 }  // namespace vantrel::cardcut::form

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -80,6 +81,37 @@ std::vector<int> numbers_of(const std::optional<Peak>& peak) {
   return peak ? std::vector<int>{peak->distance, peak->angle, peak->votes} : std::vector<int>{};
 }
 
+TEST(CountDistances, IsTheSameInEveryFormUpAndDown) {
+  support::Random random(21);
+  std::array<float, kMostCounted> across;
+  for (int round = 0; round < 2000; ++round) {
+    const int begin = random.pick(-5000, 5000);
+    for (std::size_t i = 0; i < across.size(); ++i) {
+      across[i] = static_cast<float>(begin + static_cast<int>(i) * random.pick(0, 1));
+    }
+    const auto cosine = static_cast<float>(random.real(-0.0872, 0.0872));
+    const auto row_part = static_cast<float>(random.real(0, 9000));
+    const int step = random.one_in(2) ? 1 : -1;
+    const int first = rounded_distance(across[0] * cosine + row_part);
+    const CountedColumns columns{across.data(), cosine, row_part, first, step};
+    std::array<int, kMostDistances> wanted{};
+    for (const float column : across) {
+      const int place = (rounded_distance(column * cosine + row_part) - first) * step;
+      if (place >= 0 && place < kMostDistances) ++wanted[static_cast<std::size_t>(place)];
+    }
+    for (int places = 1; places <= kMostDistances; ++places) {
+      support::for_each_form([&](const auto& form) {
+        std::array<int, kMostDistances> counts{};
+        form.cardcut.count_distances(columns, places, counts.data());
+        for (int i = 0; i < kMostDistances; ++i) {
+          const auto at = static_cast<std::size_t>(i);
+          ASSERT_EQ(counts[at], i < places ? wanted[at] : 0) << round << " " << i;
+        }
+      });
+    }
+  }
+}
+
 TEST(RowVotes, CountedTogetherAreThoseCountedOneByOne) {
   support::Random random(9);
   constexpr vantrel::geometry::Span kBand[] = {{20, 60}};
@@ -100,6 +132,31 @@ TEST(RowVotes, CountedTogetherAreThoseCountedOneByOne) {
     for (const int share : {2, 4, 9, 40}) {
       ASSERT_EQ(numbers_of(together.lowest_peak(share)), numbers_of(one_by_one.lowest_peak(share)));
       ASSERT_EQ(numbers_of(together.highest_peak(share)), numbers_of(one_by_one.highest_peak(share)));
+    }
+  }
+}
+
+TEST(RowVotes, ARunCountsLikeItsColumnsOneByOne) {
+  support::Random random(22);
+  constexpr vantrel::geometry::Span kBand[] = {{20, 60}};
+  for (int picture = 0; picture < 200; ++picture) {
+    const int cols = random.pick(64, 900);
+    HoughAccumulator by_runs(100, cols, kBand), one_by_one(100, cols, kBand);
+    by_runs.clear(kBand[0]);
+    one_by_one.clear(kBand[0]);
+    for (int round = 0; round < 60; ++round) {
+      const int row = random.pick(20, 59), begin = random.pick(0, cols - kMostCounted), percent = random.pick(0, 100);
+      std::vector<int> columns;
+      for (int x = begin; x < begin + kMostCounted; ++x) {
+        if (!random.chance(percent)) continue;
+        columns.push_back(x);
+        RowVotes(one_by_one, row, kAllAngles).add(x);
+      }
+      RowVotes(by_runs, row, kAllAngles).add(columns);
+    }
+    for (const int share : {4, 9, 40, 300}) {
+      ASSERT_EQ(numbers_of(by_runs.lowest_peak(share)), numbers_of(one_by_one.lowest_peak(share)));
+      ASSERT_EQ(numbers_of(by_runs.highest_peak(share)), numbers_of(one_by_one.highest_peak(share)));
     }
   }
 }
