@@ -162,10 +162,9 @@ void RowVotes::count_run(std::span<const int> columns) {
   static_assert((kMostCounted - 1) * 0.0872 + 2 < kMostDistances);
   const auto voters = static_cast<int>(columns.size());
   std::array<float, kMostCounted> across;
-  for (std::size_t i = 0; i < across.size(); ++i) {
-    // Where there are fewer, the last stands in for the others.
-    across[i] = static_cast<float>(columns[std::min(i, columns.size() - 1)] - accumulator_.centre_);
-  }
+  for (std::size_t i = 0; i < columns.size(); ++i) across[i] = static_cast<float>(columns[i] - accumulator_.centre_);
+  // Where there are fewer, the last stands in for the others.
+  std::fill(across.begin() + voters, across.end(), across[columns.size() - 1]);
   const Distances first = distances_at(across.front());
   const Distances last = distances_at(across.back());
   for (int k = angles_.first; k <= angles_.last; ++k) {
