@@ -67,8 +67,10 @@ void count_distances(const CountedColumns& columns, int places, int* counts) {
     const int here = places - from < kPlaces ? places - from : kPlaces;
     Integers packed{};
     for (int i = 0; i < here; ++i) {
-      const Integers place = Integers{} + (from + i) * columns.step, one = Integers{} + (1 << 8 * i);
-      for (int v = 0; v < kVectors; ++v) packed += (distances[v] == place) & one;
+      const int distance = (from + i) * columns.step;
+      const int one = 1 << 8 * i;
+      const Integers place = Integers{} + distance, ones = Integers{} + one;
+      for (int v = 0; v < kVectors; ++v) packed += (distances[v] == place) & ones;
     }
     Quads quads[kLanes / 4];
     __builtin_memcpy(quads, &packed, sizeof quads);

@@ -68,7 +68,8 @@ void PointMap::copy_tile(const EdgeMaps& maps, int row, int col, Direction direc
     for (int j = 0; j < kTile; ++j) line[j] = slices_are_rows_ ? tile[i][j] : tile[j][i];
     std::memcpy(slice, line, sizeof line);
   }
-  blocks_[static_cast<std::size_t>(first_slice / kBlock * (blocks_across_ + 1) + first_byte / kBlock + 1)] = 1;
+  int* blocks = blocks_.get() + std::ptrdiff_t{first_slice / kBlock} * (blocks_across_ + 1);
+  blocks[first_byte / kBlock + 1] = 1;
 }
 
 void PointMap::count_blocks() {

@@ -107,7 +107,7 @@ TEST_F(DenseVotesTest, HaveThePeaksOfSingleVotesInEveryForm) {
           const std::array<Peak, 3> wanted = peaks_of(edges.maps, area, search, false);
           by_each_form([&] {
             const std::array<Peak, 3> found = peaks_of(edges.maps, area, search, true);
-            ASSERT_TRUE(std::equal(found.begin(), found.end(), wanted.begin(), same)) << i << ", " << cols;
+            ASSERT_TRUE(std::equal(found.begin(), found.end(), wanted.begin(), same)) << i;
           });
         }
       }
