@@ -174,12 +174,18 @@ void RowVotes::count_run(std::span<const int> columns) {
       continue;
     }
     const int step = first[at] < last[at] ? 1 : -1;
-    const int places = std::abs(last[at] - first[at]) + 1;
+    const int places = std::abs(last[at] - first[at]);
     std::array<int, kMostDistances> counts;
     kernels->count_distances({across.data(), accumulator_.cosine_[at], row_part_[at], first[at], step}, places,
                              counts.data());
-    counts[static_cast<std::size_t>(places - 1)] -= kMostCounted - voters;
-    for (int i = 0; i < places; ++i) count(k, first[at] + i * step, counts[static_cast<std::size_t>(i)]);
+    // Whoever is not counted, and all that stand in, have the last column's distance.
+    int left = voters;
+    for (int i = 0; i < places; ++i) {
+      const int counted = counts[static_cast<std::size_t>(i)];
+      count(k, first[at] + i * step, counted);
+      left -= counted;
+    }
+    count(k, last[at], left);
   }
 }
 
