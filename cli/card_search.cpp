@@ -164,9 +164,9 @@ Judgement judge(const vantrel_card& card, const CardRequest& request, const std:
     case VANTREL_METHOD_ANYWHERE:
       return {certainty_anywhere(card), ""};
     case VANTREL_METHOD_DARK_GLASS:
-      return judged_by(anywhere, card, request.method.has_value());
+      return judged_by(anywhere, card);
     case VANTREL_METHOD_FLAT_LIGHT:
-      return request.method ? judged_by(anywhere, card, true) : Judgement{Certainty::kGuess, ""};
+      return request.method ? judged_by(anywhere, card) : Judgement{Certainty::kGuess, ""};
     default:
       return {Certainty::kGuess, ""};
   }
@@ -246,6 +246,9 @@ std::string advice_of(const CardSearch& search) {
   if (search.blank || search.claimed_cards() > 0) return "";
   if (search.glass && search.asked && !search.glass->has_card()) return advice_for(search.glass->reason);
   if (search.cards.empty()) return advice_for(search.reason);
+  if (search.asked && needs_confirmation(search.cards.front().card.method)) {
+    return advice_for(VANTREL_REASON_TOO_SMALL);
+  }
   if (search.cards.front().card.method == VANTREL_METHOD_SHEET) return "split --method sheet";
   return advice_for(VANTREL_REASON_NOTHING_LIKE_A_CARD);
 }

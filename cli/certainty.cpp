@@ -18,7 +18,9 @@ constexpr double kSame = 0.01;
 constexpr double kNear = 0.02;
 
 constexpr int kAllSides = 4;
-constexpr int kLeastSidesUnasked = 2;
+/** Of a card by a method for one kind of scan, where no card found anywhere confirms it. */
+constexpr int kLeastSidesGlass = 2;
+constexpr int kLeastSidesFlat = 3;
 
 double distance(const vantrel_point& a, const vantrel_point& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
@@ -53,17 +55,24 @@ Certainty certainty_anywhere(const vantrel_card& card) {
   return is_sure_anywhere(card) ? Certainty::kSure : Certainty::kLikely;
 }
 
-Judgement judged_by(const std::vector<vantrel_card>& anywhere, const vantrel_card& card, bool asked) {
+Judgement judged_by(const std::vector<vantrel_card>& anywhere, const vantrel_card& card) {
   const int sides = sides_found(card);
-  if (sides == 0 || (!asked && sides < kLeastSidesUnasked)) return {Certainty::kGuess, ""};
+  if (sides == 0) return {Certainty::kGuess, ""};
+  const bool flat = card.method == VANTREL_METHOD_FLAT_LIGHT;
+  const double contradiction = sides == kAllSides && !flat ? kLeastLikely : kLeastDoubtful;
+  bool guessed = false;
   bool contradicted = false;
   for (const vantrel_card& other : anywhere) {
     const double apart = difference(card.corners, other.corners);
     if (apart <= kSame && is_sure_anywhere(other) && sides == kAllSides) return {Certainty::kSure, ""};
     if (apart <= kNear && other.confidence >= kLeastDoubtful) return {Certainty::kLikely, ""};
-    contradicted = contradicted || other.confidence >= kLeastLikely;
+    guessed = guessed || apart <= kNear;
+    contradicted = contradicted || other.confidence >= contradiction;
   }
   if (contradicted) return {Certainty::kGuess, "the borders on the scan are those of another place"};
+  // Text that stands in a block has such a rectangle too, and no border.
+  if (flat && !guessed) return {Certainty::kGuess, "no border on the scan confirms it"};
+  if (sides < (flat ? kLeastSidesFlat : kLeastSidesGlass)) return {Certainty::kGuess, "too few of its sides were seen"};
   return {Certainty::kDoubtful, ""};
 }
 

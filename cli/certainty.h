@@ -41,10 +41,11 @@ Certainty certainty_anywhere(const vantrel_card& card);
  * Of a card by a method that looks for one kind of card and believes in it: what is found anywhere confirms it, or
  * contradicts it, for that looks at every border there is.
  *
+ * Where nothing does either, it takes two sides on dark glass; on flat light three, and a guess of the same place.
+ *
  * @param anywhere the cards that were found there.
- * @param asked    the method was named, so that its grounds are the caller's too; else it needs two sides or more.
  */
-Judgement judged_by(const std::vector<vantrel_card>& anywhere, const vantrel_card& card, bool asked);
+Judgement judged_by(const std::vector<vantrel_card>& anywhere, const vantrel_card& card);
 
 /** A judgement once the demands are considered. */
 Judgement held_to(const Demands& demands, const vantrel_card& card, Judgement judgement);

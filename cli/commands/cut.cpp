@@ -50,7 +50,7 @@ std::string words_of_frame(const FlatCard& card) {
 Judgement judge(const FlatCard& card, const Demands& demands, const Bitmap& scan) {
   if (card.sides_found() == 0) return {Certainty::kGuess, ""};
   const std::vector<vantrel_card> anywhere = all_cards(find(scan.view(), VANTREL_METHOD_ANYWHERE));
-  return held_to(demands, card.card, judged_by(anywhere, card.card, true));
+  return held_to(demands, card.card, judged_by(anywhere, card.card));
 }
 
 void tell(Finding& finding, const FlatCard& card, const Judgement& judgement, const vantrel_rect& rectangle,
@@ -61,7 +61,7 @@ void tell(Finding& finding, const FlatCard& card, const Judgement& judgement, co
     finding.message = seen;
   } else if (!judgement.refusal.empty()) {
     finding.message = "only a guess (" + seen + "; " + judgement.refusal + ")";
-    finding.advice = advice_for(VANTREL_REASON_NO_SIDE);
+    finding.advice = advice_for(VANTREL_REASON_TOO_SMALL);
   } else if (is_blank(scan)) {
     finding.message = "no side of a card was found: the scan is blank";
   } else {

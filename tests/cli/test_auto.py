@@ -116,15 +116,32 @@ def test_split_leaves_the_empty_glass_beside_a_card_alone(tool, tmp_path):
 
 
 def test_cut_keeps_to_the_frame_where_it_saw_no_side(tool, tmp_path):
+    # A card whose upper part is cut off.
+    path = scans.save(scans.load(SAMPLES / "cut" / "gray.png")[200:], tmp_path / "slip.png")
+    report = tool("cut", path, "--detect-only", "--json", ok=True).json[0]
+    assert [side for side, found in report["sides"].items() if not found] == ["top"]
+    assert report["rectangle"] == {"left": 40, "top": 0, "right": 722, "bottom": 362}
+    assert "3 of 4 sides found (top: the frame of the scan)" in tool("cut", path, "--detect-only", ok=True).text
+    tool("cut", path, "--detect-only", "--min-sides", 4).fails_with("--min-sides")
+
+
+@pytest.mark.parametrize("words", [("cut",), ("clip", "--method", "flat")])
+def test_rectangle_without_a_border_is_a_guess(tool, tmp_path, words):
+    """Of a slip one side alone is seen, of a page of text a block; neither is a card's rectangle."""
     slip = np.full((900, 700), 245, np.uint8)
     slip[:640, 120:600] = 150
-    path = scans.save(slip, tmp_path / "slip.png")
-    result = tool("cut", path, "--detect-only", "--json", ok=True)
-    report = result.json[0]
-    missed = [side for side, found in report["sides"].items() if not found]
-    assert "top" in missed and report["rectangle"]["top"] == 0
-    assert "top" in report["sides"] and ": the frame of the scan)" in tool("cut", path, "--detect-only", ok=True).text
-    tool("cut", path, "--detect-only", "--min-sides", 4).fails_with("--min-sides")
+    for path in (scans.save(slip, tmp_path / "slip.png"), SAMPLES / "anywhere" / "text-page.jpg"):
+        tool(*words, path, "-o", tmp_path / "c.png").fails_with("only a guess", "confirms it", "(try vantrel auto, ")
+        assert not (tmp_path / "c.png").exists()
+
+
+def test_one_side_on_dark_glass_is_a_guess(tool, tmp_path):
+    glass = np.full((440, 700), 40, np.uint8)
+    glass[30:] = 220
+    path = scans.save(glass, tmp_path / "edge.png")
+    told = ("only a guess (1 of 4 sides", "too few of its sides", "(try vantrel auto, ")
+    tool("clip", "--method", "dark-glass", path, "-o", tmp_path / "c.png").fails_with(*told)
+    assert not (tmp_path / "c.png").exists()
 
 
 # Without a subcommand.

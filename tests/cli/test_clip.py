@@ -255,7 +255,7 @@ def test_json_tells_all_that_was_found(tool, drawn, scan, tmp_path):
     report = tool("clip", *ON_GLASS, scan, "-o", tmp_path / "c.png", "--json", "--overlay", tmp_path / "v.png", ok=True).json[0]
     assert (report["file"], report["page"], report["pages"]) == (str(scan), 1, 1)
     assert (report["outcome"], report["error"], report["result"], report["verdict"]) == ("done", None, 1, "corners-found")
-    assert report["scan"] == {"width": 700, "height": 440, "depth": 24, "dpi": [300, 300]}
+    assert report["scan"] == {"width": 700, "height": 440, "depth": 24, "dpi": [300, 300], "reduced": False}
     assert report["outputs"][0]["path"] == str(tmp_path / "c.png")
     assert report["outputs"][0]["dpi"] == [300, 300]
     assert report["overlay"] == str(tmp_path / "v.png")
