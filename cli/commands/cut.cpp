@@ -66,7 +66,7 @@ void tell(Finding& finding, const FlatCard& card, const Judgement& judgement, co
     finding.message = "no side of a card was found: the scan is blank";
   } else {
     finding.message = "no side of a card on a flat background was found";
-    finding.advice = advice_for(VANTREL_REASON_NO_SIDE);
+    finding.advice = advice_for(VANTREL_REASON_TOO_SMALL);
   }
 }
 

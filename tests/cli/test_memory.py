@@ -7,6 +7,7 @@ routes have in common: one route samples those too.
 
 import os
 import subprocess
+from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
 import pytest
@@ -98,8 +99,14 @@ def fail_each(inputs, tmp_path, arguments, sample, ever=False, with_options=Fals
     if ever:
         failing["ever"] = 1
     harmless = 0
-    for number in range(first + hash_of(arguments) % step, total, step):
-        run = Run(inputs, tmp_path / str(number), arguments, request=number, **failing)
+
+    def run_with(number):
+        return number, Run(inputs, tmp_path / str(number), arguments, request=number, **failing)
+
+    # A run is mostly the loading of the tool: as many at a time as there are processors.
+    with ThreadPoolExecutor(os.cpu_count()) as pool:
+        runs = pool.map(run_with, range(first + hash_of(arguments) % step, total, step))
+    for number, run in runs:
         context = (number, run.code, run.out[-200:], run.err)
         if run.said != "failed":
             continue  # so late that it was not asked for this time
