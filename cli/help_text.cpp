@@ -47,6 +47,7 @@ CLI::Validator number_between(Number least, Number most) {
 
 std::string listed(const std::set<CLI::Option*>& options) {
   std::vector<std::string> names;
+  names.reserve(options.size());
   for (const CLI::Option* option : options) names.push_back(option->get_name());
   std::sort(names.begin(), names.end());
   std::string text;
