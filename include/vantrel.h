@@ -36,7 +36,7 @@
  * | AutoClipRedundantImg, vantrel_auto_clip                      | 500   | 5     |
  * | vantrel_find_corners                                         | 180   | 5     |
  * | AutoDetectCorner, vantrel_find_gradient_corners              | 800   | 12    |
- * | AutoClipRedundantImg_ORVA, AutoClipImg_Rect_ORVA             | 20    | 4     |
+ * | AutoClipRedundantImg_ORVA, AutoClipImg_Rect_ORVA             | 35    | 4     |
  * | BiLinear, BiCubic                                            | 30    | 12    |
  * | CutRectImage, for each pixel of the rectangle                | 5     | 4     |
  * | CardSeg                                                      | 20    | 2     |

@@ -39,7 +39,7 @@
  * ## Work and memory
  *
  * Both are bounded by the size of a scan, whatever it shows. For each pixel, dark glass takes at most 180 steps (basic
- * blocks of the code without vectors, about a nanosecond each) and 5 bytes, flat light 20 steps and 4 bytes, the sheet
+ * blocks of the code without vectors, about a nanosecond each) and 5 bytes, flat light 35 steps and 4 bytes, the sheet
  * 20 steps and 2 bytes, and each up to a megabyte besides; dark glass holds up to 600 bytes more for each pixel of the
  * longer side. Anywhere reads every pixel in at most 50 steps, and judges a bounded number of candidates on a reduced
  * copy in at most 1,200 million steps and 20 megabytes. Cutting, cropping, reducing, converting and enlarging take at

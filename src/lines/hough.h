@@ -165,11 +165,11 @@ class PointFeed {
  * @param area   where they lie: long enough both ways for blocks of cells and slices to be filled.
  * @param pixels those of the area that may be points.
  */
-constexpr bool are_many(std::int64_t points, const geometry::Rect& area, std::int64_t pixels) {
+inline bool are_many(std::int64_t points, const geometry::Rect& area, std::int64_t pixels) {
   constexpr int kLeast = 4096;
   constexpr int kLeastSide = 64;
   constexpr int kPixelsAPoint = 16;
-  return points >= kLeast && points >= pixels / kPixelsAPoint &&
+  return kernels->bounds_many && points >= kLeast && points >= pixels / kPixelsAPoint &&
          std::min(area.rows.size(), area.cols.size()) >= kLeastSide;
 }
 

@@ -113,6 +113,9 @@ struct Kernels {
 
   /** How many bytes are below a level. */
   int (*count_below)(const unsigned char* bytes, int count, unsigned char level);
+
+  /** Whether many points are sooner bounded and summed than voted: only with vectors does that take less time. */
+  bool bounds_many;
 };
 
 /** The form for this processor. */
@@ -129,7 +132,7 @@ void sum_cells(const SummedCells& cells, const ByteRun* runs, int count, double*
 double largest(const double* values, int count);
 int count_below(const unsigned char* bytes, int count, unsigned char level);
 
-inline constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below};
+inline constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below, false};
 
 }  // namespace plain
 }  // namespace vantrel::lines

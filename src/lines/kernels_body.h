@@ -349,7 +349,7 @@ int count_below(const unsigned char* bytes, int count, unsigned char level) {
   return below + plain::count_below(bytes + i, count - i, level);
 }
 
-constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below};
+constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below, true};
 
 }  // namespace
 }  // namespace vantrel::lines::form

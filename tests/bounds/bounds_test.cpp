@@ -206,8 +206,8 @@ constexpr double kLines = 600; /**< bytes a pixel of the longer side, where vote
 constexpr std::array kOperations = {
     Operation{"AutoClipRedundantImg, 8", 8, straighten, 500, 5, kLines},
     Operation{"AutoClipRedundantImg, 24", 24, straighten, 500, 5, kLines},
-    Operation{"AutoClipRedundantImg_ORVA, 8", 8, cut_upright, 20, 4, 40},
-    Operation{"AutoClipRedundantImg_ORVA, 24", 24, cut_upright, 20, 4, 40},
+    Operation{"AutoClipRedundantImg_ORVA, 8", 8, cut_upright, 35, 4, 40},
+    Operation{"AutoClipRedundantImg_ORVA, 24", 24, cut_upright, 35, 4, 40},
     Operation{"BiLinear, 8", 8, into_a_block<BiLinear>, 30, 12},
     Operation{"BiLinear, 24", 24, into_a_block<BiLinear>, 30, 12},
     Operation{"BiCubic, 8", 8, into_a_block<BiCubic>, 30, 12},
@@ -221,7 +221,7 @@ constexpr std::array kOperations = {
     Operation{"ClipImg", 8, find_rows, 2, 2},
     Operation{"Color2Gray", 24, make_gray, 10, 4},
     Operation{"vantrel_find, dark glass", 8, find<VANTREL_METHOD_DARK_GLASS>, 180, 5, kLines},
-    Operation{"vantrel_find, flat light", 24, find<VANTREL_METHOD_FLAT_LIGHT>, 20, 4},
+    Operation{"vantrel_find, flat light", 24, find<VANTREL_METHOD_FLAT_LIGHT>, 35, 4},
     Operation{"vantrel_find, sheet", 8, find<VANTREL_METHOD_SHEET>, 20, 2},
     // What the pixels show makes no difference here.
     Operation{"vantrel_cut", 24, cut_all, 30, 4, 0, 2000, 1 << 20, kPatterns.size()},

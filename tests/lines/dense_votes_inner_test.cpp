@@ -166,12 +166,12 @@ TEST_F(DenseVotesTest, MakeTheSamePair) {
 TEST(ArePointsMany, FromOneInSixteenPixelsOn) {
   constexpr Rect kArea{{0, 256}, {0, 256}};
   EXPECT_FALSE(are_many(4095, kArea, 4095));
-  EXPECT_TRUE(are_many(4096, kArea, 65536));
+  EXPECT_EQ(are_many(4096, kArea, 65536), kernels->bounds_many);
   EXPECT_FALSE(are_many(4096, kArea, 65552));
 }
 
 TEST(ArePointsMany, NeverOnNarrowAreas) {
-  EXPECT_TRUE(are_many(4096, {{0, 64}, {0, 64}}, 4096));
+  EXPECT_EQ(are_many(4096, {{0, 64}, {0, 64}}, 4096), kernels->bounds_many);
   EXPECT_FALSE(are_many(6300, {{0, 63}, {0, 100}}, 6300));
   EXPECT_FALSE(are_many(6300, {{0, 100}, {0, 63}}, 6300));
 }
