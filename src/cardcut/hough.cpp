@@ -162,9 +162,10 @@ void RowVotes::count_run(std::span<const int> columns) {
   static_assert((kMostCounted - 1) * 0.0872 + 2 < kMostDistances);
   const auto voters = static_cast<int>(columns.size());
   std::array<float, kMostCounted> across;
-  for (std::size_t i = 0; i < columns.size(); ++i) across[i] = static_cast<float>(columns[i] - accumulator_.centre_);
+  const auto place = [&](int column) { return static_cast<float>(column - accumulator_.centre_); };
+  const auto rest = std::transform(columns.begin(), columns.end(), across.begin(), place);
   // Where there are fewer, the last stands in for the others.
-  std::fill(across.begin() + voters, across.end(), across[columns.size() - 1]);
+  std::fill(rest, across.end(), place(columns.back()));
   const Distances first = distances_at(across.front());
   const Distances last = distances_at(across.back());
   for (int k = angles_.first; k <= angles_.last; ++k) {
