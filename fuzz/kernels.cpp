@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "fuzz/check.h"
@@ -146,6 +147,60 @@ void count_below(Random& random) {
       [&](const Form& form) { FUZZ_CHECK(form.lines.count_below(bytes.data(), count, level) == wanted); });
 }
 
+/** A search for lines, which votes are counted for. */
+struct Search {
+  vantrel::lines::Direction direction;
+  vantrel::lines::Angles angles;
+};
+
+/** Many points at once, by each form, and each for itself: the same strongest cells. */
+void dense_votes(Random& random) {
+  using namespace vantrel::lines;
+  static const DegreeTables tables;
+  const int rows = random.pick(8, 70), cols = random.pick(8, 70);
+  const Bytes gray = any_bytes(random, size_of(rows * cols));
+  EdgeMaps maps({gray.data(), rows, cols, cols});
+  if (!maps.ready()) return;
+  maps.detect({});
+  const Search search = random.one_in(2) ? Search{Direction::kAcrossRows, {{70, 109}}}
+                                         : Search{Direction::kAlongRows, {{0, 29}, {150, 179}}};
+  const auto strongest = [&](bool many) {
+    HoughAccumulator votes(rows, cols, search.angles, tables, std::nullopt);
+    FUZZ_CHECK(votes.ready());
+    vote_band(maps, {{0, rows}, {0, cols}}, search.direction, many, votes);
+    const Peak first = votes.strongest(search.angles);
+    return std::array{first, votes.strongest(search.angles, &first)};
+  };
+  const Kernels* const chosen = kernels;
+  const std::array<Peak, 2> wanted = strongest(false);
+  for_each_other_form([&](const Form& form) {
+    kernels = &form.lines;
+    const std::array<Peak, 2> found = strongest(true);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+      FUZZ_CHECK(found[i].distance == wanted[i].distance && found[i].angle == wanted[i].angle);
+      FUZZ_CHECK(found[i].votes == wanted[i].votes);
+    }
+  });
+  kernels = chosen;
+}
+
+void count_distances(Random& random) {
+  std::array<float, vantrel::cardcut::kMostCounted> across;
+  for (float& one : across) one = static_cast<float>(random.pick(-400, 400));
+  const float cosine = static_cast<float>(random.pick(-87, 87)) / 1000;
+  const float row_part = static_cast<float>(random.pick(-40000, 40000)) / 64;
+  const int first = static_cast<int>(row_part) + random.pick(-40, 40);
+  const int step = random.one_in(2) ? 1 : -1;
+  const int places = random.pick(1, vantrel::cardcut::kMostDistances);
+  const auto run = [&](const Form& form) {
+    std::array<int, vantrel::cardcut::kMostDistances> counts{};
+    form.cardcut.count_distances({across.data(), cosine, row_part, first, step}, places, counts.data());
+    return std::vector<int>(counts.begin(), counts.begin() + places);
+  };
+  const std::vector<int> wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
+}
+
 /** Rows that a running mean walks along, with the sums it comes with. */
 class MeanLines {
  public:
@@ -234,8 +289,13 @@ void warp(Random& random) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   constexpr std::array kKernels = {gray_row, any_far,     find_foreground, mark_row, vote,
-                                   warp,     count_below, mean_lines,      warp};
+                                   warp,     count_below, mean_lines,      warp,     count_distances};
   Random random(data, size);
-  kKernels[random.bits() % kKernels.size()](random);
+  // It takes as long as hundreds of the others.
+  if (random.one_in(64)) {
+    dense_votes(random);
+  } else {
+    kKernels[random.bits() % kKernels.size()](random);
+  }
   return 0;
 }
