@@ -106,6 +106,11 @@ Finding finding_of_none(const SplitCards& found, const SplitRequest& request, co
     json["without_evidence"] = found.without_evidence;
     return json;
   };
+  if (!found.sheet.cards.empty()) {
+    finding.message = "marks of " + count_of(found.sheet.cards.size()) + " only, which may be those of a page";
+    finding.advice = "split --method sheet";
+    return finding;
+  }
   if (found.anywhere.blank || found.without_evidence > 0) return finding;
   finding.message =
       (found.anywhere.cards.empty() ? "" : words_of(found.anywhere) + "; ") + reason_without_cards(found.sheet, scan);
@@ -131,6 +136,7 @@ int keep_evident(Sheet& sheet, const CardSearch& anywhere, const Bitmap& scan) {
 }
 
 bool shows_more(const Sheet& sheet, const CardSearch& anywhere) {
+  if (sheet.cards.size() < kFewestByMarks) return false;
   std::vector<bool> counted(anywhere.cards.size());
   std::size_t cards = 0;
   for (const SheetCard& marks : sheet.cards) {
@@ -149,10 +155,10 @@ SplitCards find_split(const Bitmap& scan, const SplitRequest& request) {
   const int most_cards = request.cards.most_cards;
   found.sheet = find_sheet_cards(scan, {request.straighten && request.cut, 0});
   found.without_evidence = keep_evident(found.sheet, found.anywhere, scan);
+  found.by_marks = request.method == VANTREL_METHOD_SHEET || shows_more(found.sheet, found.anywhere);
   if (most_cards > 0 && found.sheet.cards.size() > static_cast<std::size_t>(most_cards)) {
     found.sheet.cards.resize(static_cast<std::size_t>(most_cards));
   }
-  found.by_marks = request.method == VANTREL_METHOD_SHEET || shows_more(found.sheet, found.anywhere);
   return found;
 }
 

@@ -32,8 +32,14 @@ struct SplitCards {
 int keep_evident(Sheet& sheet, const CardSearch& anywhere, const Bitmap& scan);
 
 /**
- * Whether the segmentation sees more cards: on a sheet whose cards have no borders, print on paper on a white lid.
- * Marks that lie on one card with borders, be they several, are that card's.
+ * Where nobody said that it is a sheet of cards, so many places with print make one: two or three of them may as well
+ * be the paragraphs and pictures of a page.
+ */
+inline constexpr std::size_t kFewestByMarks = 4;
+
+/**
+ * Whether the segmentation sees more cards, kFewestByMarks at least: on a sheet whose cards have no borders, print on
+ * paper on a white lid. Marks that lie on one card with borders, be they several, are that card's.
  */
 bool shows_more(const Sheet& sheet, const CardSearch& anywhere);
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 
 #include "batch.h"
@@ -52,14 +53,15 @@ Finding finding_of_borders(const CardSearch& search, const AutoOptions& options,
   return finding;
 }
 
-/** A sheet of cards without borders is taken for one where two or more show print of their own. */
+/** A sheet of cards without borders is taken for one where enough of them show print, or as many as are asked for. */
 Finding finding_of_marks(const CardSearch& search, const AutoOptions& options, const Bitmap& scan) {
-  constexpr std::size_t kLeastCards = 2;
+  const std::size_t least =
+      options.cards > 0 ? std::min(static_cast<std::size_t>(options.cards), kFewestByMarks) : kFewestByMarks;
   SplitRequest request{VANTREL_METHOD_SHEET, false, !options.detect_only, {}};
   request.cards.demands = options.demands;
   SplitCards marks{search, find_sheet_cards(scan, {false, options.cards}), 0, true};
   marks.without_evidence = keep_evident(marks.sheet, search, scan);
-  if (marks.sheet.cards.size() < kLeastCards) return {};
+  if (marks.sheet.cards.size() < least) return {};
   Finding finding = sheet_finding(marks, request, options.orientation, scan);
   finding.message += ", found as on a sheet of cards";
   return finding;

@@ -76,6 +76,20 @@ def test_split_finds_every_card_by_what_shows_more(tool, tmp_path, name):
         assert abs(output["height"] - (true["bottom"] - true["top"])) < 80
 
 
+def test_three_places_with_print_make_a_sheet_only_for_who_says_so(tool, tmp_path):
+    with Image.open(SAMPLES / "sheets" / "two-columns.png") as sheet:
+        page = Image.new("L", sheet.size, 255)
+        for card in reading_order(TRUTH["sheets/two-columns.png"]["cards"])[:3]:
+            box = tuple(round(card[side]) for side in ("left", "top", "right", "bottom"))
+            page.paste(sheet.convert("L").crop(box), box)
+    page.save(tmp_path / "page.png", dpi=(300, 300))
+    for command in ((), ("split",)):
+        report = tool(*command, tmp_path / "page.png", "-o", f"{tmp_path}/", "--json").json[0]
+        assert (report["outcome"], report["advice"]) == ("nothing-found", "split --method sheet")
+    report = tool("split", tmp_path / "page.png", "-o", tmp_path, "--method", "sheet", "--json", ok=True).json[0]
+    assert (report["outcome"], len(report["outputs"])) == ("doubtful", 3)
+
+
 def test_split_finds_cards_by_their_borders(tool, tmp_path):
     path, truth = SAMPLES / "sheets" / "dark-strip.jpg", TRUTH["sheets/dark-strip.jpg"]["cards"]
     for dpi in (100, 300):  # the resolution plays no part
