@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "blankness.h"
 #include "flat_card.h"
@@ -33,12 +32,6 @@ const char* name_of(SideState state) {
 Colour colour_of(SideState state) {
   constexpr std::array kColours = {kGreen, kAmber, kRed};
   return kColours[static_cast<std::size_t>(state)];
-}
-
-std::string rounded(double value, const char* format) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), format, value);
-  return text.data();
 }
 
 double thousandths(double value) { return std::round(value * 1000) / 1000; }

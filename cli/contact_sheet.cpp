@@ -11,6 +11,7 @@
 #include "memory.h"
 #include "printable.h"
 #include "shown.h"
+#include "words.h"
 
 namespace tool {
 namespace {
@@ -136,7 +137,7 @@ void place(const Bitmap& cell, Bitmap& sheet, int column, int row) {
 std::string outcome_text(const Report& report, const Finding& finding) {
   const std::string outcome = name_of(report.outcome);
   // What marks on a sheet tell has no confidence.
-  return finding.found && finding.confidence > 0 ? outcome + ", confidence " + two_decimals(finding.confidence)
+  return finding.found && finding.confidence > 0 ? outcome + ", confidence " + rounded(finding.confidence, "%.2f")
                                                  : outcome;
 }
 

@@ -1,8 +1,6 @@
 #include "corner_search.h"
 
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "words.h"
 
@@ -27,12 +25,6 @@ Json verdict_of(vantrel_reason reason) {
     default:
       return {};
   }
-}
-
-std::string one_decimal(double value) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.1f", value);
-  return text.data();
 }
 
 /** " (top, left: the frame of the scan)", or nothing with all sides found. */
@@ -115,7 +107,7 @@ CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
 std::string words_of(const CornerSearch& search) {
   if (!search.has_card()) return words_of(search.reason);
   return std::to_string(search.sides_found()) + " of 4 sides found" + defaulted_sides(search) + ", tilt " +
-         one_decimal(search.seen.tilt) + " degrees";
+         rounded(search.seen.tilt, "%.1f") + " degrees";
 }
 
 Json json_of(const vantrel_quad& corners) {

@@ -1,9 +1,7 @@
 #include "help_text.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -11,17 +9,13 @@
 #include <type_traits>
 #include <vector>
 
+#include "words.h"
+
 namespace tool {
 namespace {
 
 constexpr std::size_t kNameWidth = 28;
 constexpr std::size_t kTextWidth = 72;
-
-std::string plain(double value) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%g", value);
-  return text.data();
-}
 
 template <class Number>
 std::optional<Number> number_of(const std::string& text) {
@@ -35,7 +29,7 @@ std::optional<Number> number_of(const std::string& text) {
 /** The number in its plainest form: to the parser a leading zero means base 8. */
 template <class Number>
 CLI::Validator number_between(Number least, Number most) {
-  const std::string bounds = plain(double(least)) + " to " + plain(double(most));
+  const std::string bounds = rounded(double(least), "%g") + " to " + rounded(double(most), "%g");
   const auto check = [=](std::string& text) -> std::string {
     const std::optional<Number> value = number_of<Number>(text);
     if (!value || !(*value >= least) || !(*value <= most)) return "'" + text + "' is no number from " + bounds;

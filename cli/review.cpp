@@ -9,6 +9,7 @@
 #include "printable.h"
 #include "safe_file.h"
 #include "shown.h"
+#include "words.h"
 
 namespace tool {
 namespace {
@@ -94,7 +95,7 @@ void Review::conclude(std::size_t inputs) {
                    [](const Entry* a, const Entry* b) { return a->confidence < b->confidence; });
   std::string page = kHead;
   page += "<h1>" + std::to_string(ordered.size()) + " of " + std::to_string(inputs) +
-          " scans to be looked at</h1>\n<p>What was not found, or with a confidence below " + two_decimals(below_) +
+          " scans to be looked at</h1>\n<p>What was not found, or with a confidence below " + rounded(below_, "%.2f") +
           "; the least sure first. Green sides were found, amber ones are weak, red ones guessed.</p>\n<main>\n";
   for (const Entry* entry : ordered) {
     page += "<figure class=\"" + entry->text.substr(0, entry->text.find(':')) + "\">";

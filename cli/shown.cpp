@@ -1,8 +1,6 @@
 #include "shown.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "library.h"
 
@@ -18,12 +16,6 @@ Bitmap small_overlay(const Scan& scan, const Finding& finding, int side) {
 
 std::string title_of(const Report& report) {
   return report.pages > 1 ? report.input + ", page " + std::to_string(report.page) : report.input;
-}
-
-std::string two_decimals(double value) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.2f", value);
-  return text.data();
 }
 
 }  // namespace tool

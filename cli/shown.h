@@ -18,8 +18,6 @@ Bitmap small_overlay(const Scan& scan, const Finding& finding, int side);
 /** The input's name, with its page where it has several. */
 std::string title_of(const Report& report);
 
-std::string two_decimals(double value);
-
 }  // namespace tool
 
 #endif

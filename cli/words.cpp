@@ -1,11 +1,20 @@
 #include "words.h"
 
+#include <array>
+#include <cstdio>
+
 namespace tool {
 namespace {
 
 std::string limit(vantrel_limit limit) { return std::to_string(vantrel_limit_value(limit)); }
 
 }  // namespace
+
+std::string rounded(double value, const char* format) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), format, value);
+  return text.data();
+}
 
 std::string words_of(vantrel_reason reason) {
   switch (reason) {

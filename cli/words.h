@@ -15,6 +15,9 @@ namespace tool {
 /** By vantrel_side_index. */
 inline constexpr std::array kSideNames = {"top", "bottom", "left", "right"};
 
+/** A number as printf writes it by the format of one double. */
+std::string rounded(double value, const char* format);
+
 /** Why there is no card: the library's sentence, with the number that bounds what it takes. */
 std::string words_of(vantrel_reason reason);
 
