@@ -90,7 +90,10 @@ ComponentBoxes::ComponentBoxes(image::ConstPixels edge) : boxes_(most_components
   RunBuffers<Slot> runs(edge.cols);
   if (!boxes_.ready() || !slots.ready() || !runs.ready()) return;
   SlotStore store(slots.all());
-  runs.extract(edge.rows, store, [&](int row, auto found) { for_each_run_of_bytes(edge.row(row), edge.cols, found); });
+  const auto runs_of = [&](int row, auto found) __attribute__((always_inline)) {
+    for_each_run_of_bytes(edge.row(row), edge.cols, found);
+  };
+  runs.extract(edge.rows, store, runs_of);
   count_ = store.list(boxes_.get());
   ready_ = true;
 }

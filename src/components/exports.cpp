@@ -102,6 +102,8 @@ bool Gray2Bin(unsigned char* edge, _BLIST& list, int rows, int cols) {
   if (rows < 0 || cols < 0 || rows > components::kLongestSide || cols > components::kLongestSide) return false;
   const vantrel::image::ConstPixels map{edge, rows, cols,
                                         static_cast<std::ptrdiff_t>(vantrel::image::stride_bytes(cols, 8))};
-  return components::extract_to_list(
-      list, cols, rows, [&](int row, auto found) { components::for_each_run_of_bytes(map.row(row), cols, found); });
+  const auto runs_of = [&](int row, auto found) __attribute__((always_inline)) {
+    components::for_each_run_of_bytes(map.row(row), cols, found);
+  };
+  return components::extract_to_list(list, cols, rows, runs_of);
 }

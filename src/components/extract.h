@@ -62,12 +62,13 @@ void for_each_run_of_bits(const unsigned char* bits, int width, Found found) {
 
 /** Calls `found(columns)` for every run of foreground bytes (0) of a row, which is no longer than kLongestSide. */
 template <class Found>
-void for_each_run_of_bytes(const unsigned char* bytes, int width, Found found) {
+[[gnu::always_inline]] inline void for_each_run_of_bytes(const unsigned char* bytes, int width, Found found) {
   std::uint64_t foreground[kLongestSide / 64 + 1];
   kernels->find_foreground(bytes, width, foreground);
-  bool open = false;  // whether a run goes on behind the word before
+  if (width % 64 == 0) foreground[width / 64] = 0;  // where a run that reaches the row's end ends
+  bool open = false;                                // whether a run goes on behind the word before
   int start = 0;
-  for (int column = 0; column < width; column += 64) {
+  for (int column = 0; column <= width; column += 64) {
     const std::uint64_t word = foreground[column / 64];
     const std::uint64_t shifted = word << 1 | (open ? 1 : 0);
     std::uint64_t starts = word & ~shifted;
@@ -82,7 +83,6 @@ void for_each_run_of_bytes(const unsigned char* bytes, int width, Found found) {
     if (starts != 0) start = column + std::countr_zero(starts);
     open = word >> 63 != 0;
   }
-  if (open) found(geometry::Span{start, width});
 }
 
 /** The runs of two neighbouring rows, and how far those of the row before have been looked at. */
@@ -120,10 +120,10 @@ template <class Run, class Store, class Names>
       const bool earlier = store.first_row(*names.owner(touched)) < store.first_row(*names.owner(name));
       const auto survivor = earlier ? touched : name;
       const auto absorbed = earlier ? name : touched;
+      auto* kept = names.owner(survivor);
       auto* given_up = names.owner(absorbed);
-      names.unite(survivor, absorbed, rows);
-      store.absorb(*names.owner(survivor), *given_up);
-      name = survivor;
+      name = names.unite(survivor, absorbed, rows);
+      store.absorb(*kept, *given_up);
     }
     // A run that reaches further right may touch the next run of this row too.
     if (before.end >= run.last()) {
@@ -152,7 +152,7 @@ struct OwnNames {
     return name;
   }
   template <class Run, class Owner>
-  static void unite(Owner* survivor, const Owner* absorbed, const RowRuns<Run>& rows) {
+  static Owner* unite(Owner* survivor, const Owner* absorbed, const RowRuns<Run>& rows) {
     const auto rename = [&](Run* runs, unsigned short count) {
       for (Run* run = runs; run != runs + count; ++run) {
         if (run->node == absorbed) run->node = survivor;
@@ -160,6 +160,7 @@ struct OwnNames {
     };
     rename(rows.previous, rows.previous_count);
     rename(rows.current, rows.current_count);
+    return survivor;
   }
   template <class Run, class Owner>
   static void add(geometry::Span run, const Owner*, Owner* owner, const RowRuns<Run>& rows) {
@@ -181,7 +182,7 @@ struct LinkedRun {
   Owner* owner; /**< where the run names itself */
 };
 
-/** The names of such runs: the run that names itself. */
+/** The names of such runs: the run that names itself. A run never names one of the row before its own. */
 struct LinkedNames {
   template <class Run>
   static Run* of(Run& run) {
@@ -194,14 +195,29 @@ struct LinkedNames {
     return name->owner;
   }
   template <class Run>
-  static void unite(Run* survivor, Run* absorbed, const RowRuns<Run>&) {
+  static Run* unite(Run* survivor, Run* absorbed, const RowRuns<Run>& rows) {
+    auto* owner = survivor->owner;
+    if (is_current(absorbed, rows)) std::swap(survivor, absorbed);  // a run of the row before is soon forgotten
     absorbed->same_as = survivor;
+    survivor->owner = owner;
+    return survivor;
   }
   template <class Run, class Owner>
   static void add(geometry::Span run, Run* name, Owner* owner, const RowRuns<Run>& rows) {
     Run* added = rows.current + rows.current_count;
-    *added = {static_cast<unsigned short>(run.first), static_cast<unsigned short>(run.last()),
-              name == nullptr ? added : name, owner};
+    *added = {static_cast<unsigned short>(run.first), static_cast<unsigned short>(run.last()), added, owner};
+    if (name == nullptr) return;
+    if (is_current(name, rows)) {
+      added->same_as = name;
+    } else {
+      name->same_as = added;
+    }
+  }
+
+ private:
+  template <class Run>
+  static bool is_current(const Run* run, const RowRuns<Run>& rows) {
+    return run >= rows.current && run < rows.current + rows.current_count;
   }
 };
 
@@ -218,38 +234,27 @@ class RunBuffers {
 
   bool ready() const { return runs_.ready(); }
 
-  /** Goes through the rows; `for_each_run(row, found)` calls found for every run of one. */
+  /**
+   * Goes through the rows; `for_each_run(row, found)` calls found for every run of one. Where all of that is inlined,
+   * how far the rows have been looked at stays in registers, which saves a third of the time.
+   */
   template <class Store, class ForEachRun>
   void extract(int height, Store& store, ForEachRun for_each_run) {
     for (int row = 0; row < height; ++row) {
       unsigned short previous_index = 0;
       unsigned short current_count = 0;
       const RowRuns<Run> rows{previous_, current_, previous_count_, previous_index, current_count};
-      for_each_run(row, [&](geometry::Span run) {
+      const auto join = [&](geometry::Span run) __attribute__((always_inline)) {
         // A run for which there is no room is dropped.
         add_run<Run>(run, row, rows, store, LinkedNames());
-      });
-      leave_previous(current_count);
+      };
+      for_each_run(row, join);
       std::swap(previous_, current_);
       previous_count_ = current_count;
     }
   }
 
  private:
-  /** Lets the current runs name each other only: of those that name one of the row before, the first takes its place.
-   */
-  void leave_previous(unsigned short current_count) {
-    for (Run* run = current_; run != current_ + current_count; ++run) {
-      Run* named = LinkedNames::of(*run);
-      const bool is_current = named >= current_ && named < current_ + current_count;
-      if (!is_current) {
-        run->owner = named->owner;
-        named->same_as = run;
-      }
-      run->same_as = is_current ? named : run;
-    }
-  }
-
   std::size_t most_;
   image::WorkArray<Run> runs_;
   Run* previous_;
