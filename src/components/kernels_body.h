@@ -57,9 +57,15 @@ void find_foreground(const unsigned char* bytes, int count, std::uint64_t* foreg
   for (int i = 0; i < whole; ++i) foreground[i] = zeros_of_64(bytes + 64 * i);
   const int rest = count - 64 * whole;
   if (rest == 0) return;
-  // The last 64 bytes, of which some were seen before, make the last word.
-  if (whole == 0) return plain::find_foreground(bytes, rest, foreground);
-  foreground[whole] = zeros_of_64(bytes + count - 64) >> (64 - rest);
+  if (whole > 0) {
+    // The last 64 bytes, of which some were seen before, make the last word.
+    foreground[whole] = zeros_of_64(bytes + count - 64) >> (64 - rest);
+  } else {
+    unsigned char padded[64];
+    __builtin_memset(padded, 255, sizeof padded);
+    __builtin_memcpy(padded, bytes, static_cast<unsigned>(rest));
+    foreground[0] = zeros_of_64(padded);
+  }
 }
 
 constexpr Kernels kKernels{find_foreground};
