@@ -330,23 +330,40 @@ double largest(const double* values, int count) {
   return largest;
 }
 
+/** The sum of all lanes: pairs of bytes first, and then four words by a product, whose highest one holds it. */
+inline int sum_of(const Bytes& counts) {
+  constexpr std::uint64_t kEven = 0x00FF00FF00FF00FF, kOnes = 0x0001000100010001;
+  std::uint64_t eights[kBytes / 8];
+  __builtin_memcpy(eights, &counts, sizeof eights);
+  std::uint64_t words = 0;
+  for (const std::uint64_t eight : eights) words += (eight & kEven) + (eight >> 8 & kEven);
+  return static_cast<int>(words * kOnes >> 48);
+}
+static_assert(kBytes * 255 < 1 << 16);
+
+inline Bytes ones_below(const Bytes& levels, unsigned char level) {
+  return -reinterpret_cast<Bytes>(levels < Bytes{} + level);
+}
+
 int count_below(const unsigned char* bytes, int count, unsigned char level) {
-  constexpr int kLanes = kBytes;
-  int below = 0;
-  int i = 0;
-  while (i + kLanes <= count) {
+  if (count == 0) return 0;
+  const int rest = count % kBytes;
+  Bytes last = Bytes{} + static_cast<unsigned char>(255);  // below no level
+  __builtin_memcpy(&last, bytes + count - rest, static_cast<unsigned>(rest));
+  int below = sum_of(ones_below(last, level));
+  for (int i = 0; i < count - rest;) {
     // A lane counts to 255, and then is emptied.
-    const int whole = (count - i) / kLanes;
-    const int end = i + (whole < 255 ? whole : 255) * kLanes;
+    const int whole = (count - i) / kBytes;
+    const int end = i + (whole < 255 ? whole : 255) * kBytes;
     Bytes counts{};
-    for (; i < end; i += kLanes) {
+    for (; i < end; i += kBytes) {
       Bytes next;
       __builtin_memcpy(&next, bytes + i, sizeof next);
-      counts -= reinterpret_cast<Bytes>(next < Bytes{} + level);
+      counts += ones_below(next, level);
     }
-    for (int lane = 0; lane < kLanes; ++lane) below += counts[lane];
+    below += sum_of(counts);
   }
-  return below + plain::count_below(bytes + i, count - i, level);
+  return below;
 }
 
 constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below, true};
