@@ -12,7 +12,7 @@ constexpr double kLeastDoubtful = 0.5;
 /** From here on the library prefers it to every other method. */
 constexpr double kLeastLikely = 0.9;
 /** From here on, with all four sides. */
-constexpr double kLeastSure = 0.98;
+constexpr double kLeastSure = 0.988;
 /** So far apart, as shares of the diagonal, two findings are the same card, and two different claims. */
 constexpr double kSame = 0.01;
 constexpr double kNear = 0.02;

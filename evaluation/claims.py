@@ -27,7 +27,7 @@ from evaluation import building, sources  # noqa: E402  (the folder is put on th
 from evaluation.judging import offset, pair  # noqa: E402
 from evaluation.records import Found, Scan, points  # noqa: E402
 
-COUNT = 100  # scans of a set
+COUNT = 200  # scans of a set
 OFF = 0.02
 MOST_WRONG = 200  # of so many sure claims one may be off
 PAGE = ROOT / "docs" / "claims.md"
