@@ -40,6 +40,9 @@ Span between(double low, double high, double start, double step, Span all) {
   return geometry::common({whole(std::floor(std::min(a, b)) + 1), whole(std::ceil(std::max(a, b)))}, all);
 }
 
+/** Cells are bounded, loosely or closely, by so many groups at a time. */
+constexpr int kBlockGroups = kBoundCells / kSumCells;
+
 /** Hands runs to the kernel, many at a time. */
 class Runs {
  public:
@@ -104,13 +107,39 @@ void plain::sum_cells(const SummedCells& cells, const ByteRun* runs, int count, 
   }
 }
 
-DenseVotes::DenseVotes(PointMap&& points, int centre_row, int centre_col, int angles, int cells)
+DenseVotes::DenseVotes(PointMap&& points, int centre_row, int centre_col, std::span<const Slant> slants,
+                       int first_distance, int cells)
     : points_(std::move(points)),
       first_across_(points_.across().first - (points_.slices_are_rows() ? centre_col : centre_row)),
       first_along_(points_.slices().first - (points_.slices_are_rows() ? centre_row : centre_col)),
+      slants_{},
+      largest_{},
+      angles_(static_cast<int>(slants.size())),
+      first_distance_(first_distance),
       groups_((cells + kSumCells - 1) / kSumCells),
-      bounds_(static_cast<std::size_t>(angles) * static_cast<std::size_t>(groups_)),
-      weights_(std::size_t{kPositions} * kMostTaps * kBoundCells) {}
+      bounds_(slants.size() * static_cast<std::size_t>(groups_)),
+      weights_(std::size_t{kPositions} * kMostTaps * kBoundCells) {
+  std::copy(slants.begin(), slants.end(), slants_.begin());
+  const LooseVotes loose(points_, slants);
+  if (!loose.ready()) bounds_ = {};
+  if (!ready()) return;
+  for (int angle = 0; angle < angles_; ++angle) {
+    for (int group = 0; group < groups_; group += kBlockGroups) {
+      const Slant slant = slants_[static_cast<std::size_t>(angle)];
+      const int distance = first_distance + group * kSumCells;
+      const double ends[] = {place_of(slant, distance), place_of(slant, distance + kBoundCells - 1)};
+      const int most = loose.most(angle, std::min(ends[0], ends[1]), std::max(ends[0], ends[1]));
+      const auto first = bounds_.all().subspan(index(angle, group));
+      std::fill_n(first.begin(), std::min(kBlockGroups, groups_ - group), Bound{most, State::kLoose});
+      largest_[static_cast<std::size_t>(angle)] = std::max(largest_[static_cast<std::size_t>(angle)], most);
+    }
+  }
+}
+
+/** Where a line of that distance passes slice 0. */
+double DenseVotes::place_of(Slant slant, int distance) const {
+  return (distance - first_along_ * slant.along) / slant.across - first_across_;
+}
 
 /**
  * A point at distance d from a cell's line gives it 1 - |d|. Of all points at a position, none lies further from where
@@ -152,31 +181,33 @@ void DenseVotes::bound_block(Slant slant, int first_distance, unsigned* sums) co
   }
 }
 
-void DenseVotes::bound(int angle, Slant slant, int first_distance) {
+void DenseVotes::bound(int angle, int least) {
+  Slant slant = slants_[static_cast<std::size_t>(angle)];
   const bool turned = slant.across < 0;
   if (turned) slant = {-slant.across, -slant.along};
   fill_weights(slant.across);
-  constexpr int kBlockGroups = kBoundCells / kSumCells;
   for (int group = 0; group < groups_; group += kBlockGroups) {
-    const int distance = first_distance + group * kSumCells;
+    if (!is_loose(angle, group) || bound_of(angle, group) <= least) continue;
+    const int distance = first_distance_ + group * kSumCells;
     std::array<unsigned, kBoundCells> sums{};
     bound_block(slant, turned ? -(distance + kBoundCells - 1) : distance, sums.data());
     if (turned) std::reverse(sums.begin(), sums.end());
     for (int i = 0; i < std::min(kBlockGroups, groups_ - group); ++i) {
       const auto first = sums.begin() + i * kSumCells;
       const unsigned most = *std::max_element(first, first + kSumCells);
-      bounds_[index(angle, group + i)] = {most == 0 ? 0 : static_cast<int>(most / kVoteParts + 1), false};
+      Bound& bound = bounds_[index(angle, group + i)];
+      bound = {std::min(bound.votes, most == 0 ? 0 : static_cast<int>(most / kVoteParts + 1)), State::kClose};
     }
   }
+  int& largest = largest_[static_cast<std::size_t>(angle)];
+  largest = 0;
+  for (int group = 0; group < groups_; ++group) largest = std::max(largest, bound_of(angle, group));
 }
 
-int DenseVotes::largest_bound() const {
-  int largest = 0;
-  for (const Bound& bound : bounds_.all()) largest = std::max(largest, bound.votes);
-  return largest;
-}
-
-void DenseVotes::sum(Slant slant, int first_distance, double* sums) const {
+void DenseVotes::sum(int angle, int group, double* sums) {
+  bounds_[index(angle, group)].state = State::kSummed;
+  Slant slant = slants_[static_cast<std::size_t>(angle)];
+  const int first_distance = first_distance_ + group * kSumCells;
   const bool turned = slant.across < 0;
   if (turned) slant = {-slant.across, -slant.along};
   const int distance = turned ? -(first_distance + kSumCells - 1) : first_distance;

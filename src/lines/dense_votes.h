@@ -5,18 +5,15 @@
 #ifndef VANTREL_LINES_DENSE_VOTES_H
 #define VANTREL_LINES_DENSE_VOTES_H
 
+#include <array>
 #include <cstdint>
+#include <span>
 
 #include "lines/kernels.h"
+#include "lines/loose_votes.h"
 #include "lines/point_map.h"
 
 namespace vantrel::lines {
-
-/** How the lines of an angle lie on a map: distance = across * byte + along * slice, both counted from the centre. */
-struct Slant {
-  double across; /**< cosine of 30 degrees at least, or at most its negative: cells lie about a byte apart */
-  double along;
-};
 
 /**
  * What cells can hold at most, by weights for points whose place is known to a 64th of a pixel, and what they hold.
@@ -27,42 +24,52 @@ struct Slant {
 class DenseVotes {
  public:
   /** None, and not ready. */
-  DenseVotes() = default;
+  DenseVotes() : slants_{}, largest_{} {}
 
-  /** For so many angles with so many cells each; check `ready` before use. */
-  DenseVotes(PointMap&& points, int centre_row, int centre_col, int angles, int cells);
+  /** For so many cells of each angle, the first of which has that distance; check `ready` before use. */
+  DenseVotes(PointMap&& points, int centre_row, int centre_col, std::span<const Slant> slants, int first_distance,
+             int cells);
 
   bool ready() const { return points_.ready() && bounds_.ready() && weights_.ready(); }
-  bool slices_are_rows() const { return points_.slices_are_rows(); }
   int groups() const { return groups_; }
-
-  /** Bounds the cells of an angle, the first of which has that distance. */
-  void bound(int angle, Slant slant, int first_distance);
 
   /** More than any cell of the group holds, however its sum is rounded; 0 when they hold nothing. */
   int bound_of(int angle, int group) const { return bounds_[index(angle, group)].votes; }
-  bool is_summed(int angle, int group) const { return bounds_[index(angle, group)].summed; }
-  void note_sum(int angle, int group) { bounds_[index(angle, group)].summed = true; }
-  int largest_bound() const;
 
-  /** Sums the votes for kSumCells cells from that distance on, each in the order of the points' rows and columns. */
-  void sum(Slant slant, int first_distance, double* sums) const;
+  int largest_bound(int angle) const { return largest_[static_cast<std::size_t>(angle)]; }
+
+  /** Whether little is known of a group's cells: then `bound` tells more. */
+  bool is_loose(int angle, int group) const { return bounds_[index(angle, group)].state == State::kLoose; }
+
+  /** Bounds those cells of an angle closely that loosely may hold so many votes. */
+  void bound(int angle, int least);
+
+  bool is_summed(int angle, int group) const { return bounds_[index(angle, group)].state == State::kSummed; }
+
+  /** Sums the votes for a group's kSumCells cells, each in the order of the points' rows and columns. */
+  void sum(int angle, int group, double* sums);
 
  private:
+  enum class State : unsigned char { kLoose, kClose, kSummed };
   struct Bound {
     int votes;
-    bool summed;
+    State state;
   };
 
   std::size_t index(int angle, int group) const {
     return static_cast<std::size_t>(angle) * static_cast<std::size_t>(groups_) + static_cast<std::size_t>(group);
   }
+  double place_of(Slant slant, int distance) const;
   void bound_block(Slant slant, int first_distance, unsigned* sums) const;
   void fill_weights(double across);
 
   PointMap points_;
   double first_across_ = 0; /**< byte 0 and slice 0, counted from the centre */
   double first_along_ = 0;
+  std::array<Slant, kMostAngles> slants_;
+  std::array<int, kMostAngles> largest_; /**< bound of each angle */
+  int angles_ = 0;
+  int first_distance_ = 0;
   int groups_ = 0;
   int taps_ = 0; /**< see BoundedSlices */
   image::WorkArray<Bound> bounds_;

@@ -33,6 +33,13 @@ geometry::Span all_distances(int longer_side) {
   return {0, longer_side <= kMost ? 2 * longer_side : 0};
 }
 
+template <class Found>
+void for_each_angle(const Angles& angles, Found found) {
+  for (const AngleSpan& span : {angles.low, angles.high}) {
+    for (int t = span.first; t <= span.last; ++t) found(t);
+  }
+}
+
 /** How many cells there are; for an image that has no accumulator, more than there can be memory for. */
 std::size_t cell_count(int longer_side, std::size_t stride, const Angles& angles) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
@@ -85,12 +92,10 @@ HoughAccumulator::HoughAccumulator(int rows, int cols, const Angles& voted, cons
       tables_(tables),
       zero_(std::max(rows, cols)),
       distances_(all_distances(zero_)) {
-  for (const AngleSpan& span : {voted.low, voted.high}) {
-    for (int t = span.first; t <= span.last; ++t) {
-      cos_[static_cast<std::size_t>(column(t))] = tables.cos[t];
-      sin_[static_cast<std::size_t>(column(t))] = tables.sin[t];
-    }
-  }
+  for_each_angle(voted, [&](int t) {
+    cos_[static_cast<std::size_t>(column(t))] = tables.cos[t];
+    sin_[static_cast<std::size_t>(column(t))] = tables.sin[t];
+  });
   if (area) distances_ = distances_within(*area);
   stride_ = cell_stride(distances_.size());
   cells_ = image::WorkArray<double>(cell_count(zero_, stride_, voted), image::Fill::kZero);
@@ -165,28 +170,25 @@ void HoughAccumulator::vote(std::span<const EdgePoint> centred_points) {
 }
 
 bool HoughAccumulator::vote(PointMap&& points) {
-  DenseVotes dense(std::move(points), centre_.row, centre_.col, voted_.size(), distances_.size());
+  std::array<Slant, kMostAngles> slants;
+  const auto angles = static_cast<std::size_t>(voted_.size());
+  for (std::size_t i = 0; i < angles; ++i) {
+    slants[i] = points.slices_are_rows() ? Slant{cos_[i], sin_[i]} : Slant{sin_[i], cos_[i]};
+  }
+  DenseVotes dense(std::move(points), centre_.row, centre_.col, std::span(slants).first(angles),
+                   distances_.first - zero_, distances_.size());
   if (!dense.ready()) return false;
   dense_ = std::move(dense);
-  for (const AngleSpan& span : {voted_.low, voted_.high}) {
-    for (int t = span.first; t <= span.last; ++t) dense_.bound(column(t), slant(t), distances_.first - zero_);
-  }
   return true;
-}
-
-Slant HoughAccumulator::slant(int angle) const {
-  const double sin = tables_.sin[angle], cos = tables_.cos[angle];
-  return dense_.slices_are_rows() ? Slant{cos, sin} : Slant{sin, cos};
 }
 
 /** Sums the votes for a group of cells. */
 void HoughAccumulator::sum_group(int angle, int group) {
   std::array<double, kSumCells> sums;
   const int first = group * kSumCells;
-  dense_.sum(slant(angle), distances_.first + first - zero_, sums.data());
+  dense_.sum(column(angle), group, sums.data());
   double* cells = cells_.get() + static_cast<std::size_t>(column(angle)) * stride_ + first;
   std::copy_n(sums.data(), std::min(kSumCells, distances_.size() - first), cells);
-  dense_.note_sum(column(angle), group);
 }
 
 /** Takes the nearest of an angle's strongest cells if it is stronger than the best, or as strong and nearer. */
@@ -211,35 +213,45 @@ void HoughAccumulator::look_around(int angle, geometry::Span distances, const Pe
 }
 
 void HoughAccumulator::look_in_all(const Angles& searched, const Peak* excluded, Peak& best) const {
-  for (const AngleSpan& span : {searched.low, searched.high}) {
-    for (int t = span.first; t <= span.last; ++t) look_around(t, reached_, excluded, best);
-  }
+  for_each_angle(searched, [&](int t) { look_around(t, reached_, excluded, best); });
 }
 
-/** Looks in groups of cells by falling bounds, until what is left can hold less than the best. */
-void HoughAccumulator::look_in_bounded(const Angles& searched, const Peak* excluded, Peak& best) {
+/**
+ * Looks in groups of cells by falling bounds, until what is left can hold less than the best. Where a group's turn
+ * comes by a loose bound, those of its angle that have the next turns get closer ones, which may put them off.
+ */
+void HoughAccumulator::look_in_bounded(const Angles& searched, const Peak* excluded, int least, Peak& best) {
   constexpr int kStep = 64;
-  for (int above = dense_.largest_bound() + 1; above > 1 && best.votes <= above - 1;) {
+  int above = 1;
+  for_each_angle(searched, [&](int t) { above = std::max(above, dense_.largest_bound(column(t)) + 1); });
+  const auto enough = [&] { return std::max(best.votes, static_cast<double>(least)); };
+  while (above > 1 && above - 1 > enough()) {
     const int from = above - std::max(above / kStep, 1);
-    for (const AngleSpan& span : {searched.low, searched.high}) {
-      for (int t = span.first; t <= span.last; ++t) {
-        for (int group = 0; group < dense_.groups(); ++group) {
+    for_each_angle(searched, [&](int t) {
+      if (dense_.largest_bound(column(t)) < from) return;
+      for (int group = 0; group < dense_.groups(); ++group) {
+        const auto has_turn = [&] {
           const int bound = dense_.bound_of(column(t), group);
-          if (bound < from || bound >= above) continue;
-          if (!dense_.is_summed(column(t), group)) sum_group(t, group);
-          const int first = distances_.first + group * kSumCells;
-          look_around(t, {first, std::min(first + kSumCells, distances_.end)}, excluded, best);
+          return bound >= from && bound < above && bound > enough();
+        };
+        if (!has_turn()) continue;
+        if (dense_.is_loose(column(t), group)) {
+          dense_.bound(column(t), std::max(static_cast<int>(enough()), above / 2));
+          if (!has_turn()) continue;
         }
+        if (!dense_.is_summed(column(t), group)) sum_group(t, group);
+        const int first = distances_.first + group * kSumCells;
+        look_around(t, {first, std::min(first + kSumCells, distances_.end)}, excluded, best);
       }
-    }
+    });
     above = from;
   }
 }
 
-Peak HoughAccumulator::strongest(const Angles& searched, const Peak* excluded) {
+Peak HoughAccumulator::strongest(const Angles& searched, const Peak* excluded, int least) {
   Peak best;
   if (dense_.ready()) {
-    look_in_bounded(searched, excluded, best);
+    look_in_bounded(searched, excluded, least, best);
   } else {
     look_in_all(searched, excluded, best);
   }

@@ -96,9 +96,12 @@ class HoughAccumulator {
    */
   bool vote(PointMap&& points);
 
-  /** The first strongest cell of the searched angles, by distance, then angle; cells near `excluded` are passed over.
+  /**
+   * The first strongest cell of the searched angles, by distance, then angle; cells near `excluded` are passed over.
+   *
+   * @param least so many votes are wanted: when no cell has them, another one that has fewer may be told.
    */
-  Peak strongest(const Angles& searched, const Peak* excluded = nullptr);
+  Peak strongest(const Angles& searched, const Peak* excluded = nullptr, int least = 0);
 
   /** The distance of a peak's line from the image's origin: the line's c. */
   double distance(const Peak& peak) const;
@@ -112,12 +115,11 @@ class HoughAccumulator {
   geometry::Span distances_of(const PointBox& box) const;
   geometry::Span distances_within(const geometry::Rect& area) const;
   bool reach(std::span<const EdgePoint> centred_points);
-  Slant slant(int angle) const;
   void sum_group(int angle, int group);
   void look_in(int angle, geometry::Span distances, Peak& best) const;
   void look_around(int angle, geometry::Span distances, const Peak* excluded, Peak& best) const;
   void look_in_all(const Angles& searched, const Peak* excluded, Peak& best) const;
-  void look_in_bounded(const Angles& searched, const Peak* excluded, Peak& best);
+  void look_in_bounded(const Angles& searched, const Peak* excluded, int least, Peak& best);
 
   Centre centre_;
   Angles voted_;

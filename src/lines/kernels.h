@@ -51,6 +51,51 @@ struct WeighedCells {
   const short* drifts; /**< truncated */
 };
 
+/**
+ * Lines are first bounded loosely, all together that pass the first slice between two bytes. They pass each other slice
+ * within a byte and one of kPieces pieces of it. What a slice gives it at most depends on the piece it
+ * begins in, and has its own row for each: in parts of a vote, so that a byte holds what kLooseSlices slices give.
+ */
+inline constexpr int kPieces = 2;
+inline constexpr int kLooseParts = 11;
+inline constexpr int kLooseSlices = 16;
+
+/** The first byte that counts for a line that passes behind byte 0, and how many do. */
+inline constexpr int kFirstLoose = -1;
+inline constexpr int kLooseBytes = 5;
+
+/** Bytes lie at least so far apart, in distances: no angle leans by more than 30 degrees. */
+inline constexpr double kLeastAcross = 0.866;
+
+/** A whole number of parts that is no less. */
+constexpr int loose_parts(double votes) {
+  const double parts = votes * kLooseParts;
+  return static_cast<int>(parts) + (static_cast<int>(parts) < parts ? 1 : 0);
+}
+
+/** What a point of a byte gives the lines that begin in a piece at most: a vote less its distance. */
+constexpr unsigned char loose_weight(int piece, int byte) {
+  const double first = piece / double{kPieces}, last = first + 1 + 1 / double{kPieces};
+  const double away = byte < first ? first - byte : byte > last ? byte - last : 0;
+  const double vote = 1 - away * kLeastAcross;
+  return static_cast<unsigned char>(vote > 0 ? loose_parts(vote) : 0);
+}
+
+/**
+ * What all bytes of a slice together give a line at most: as much as when it passes through one of them, whose
+ * neighbours then count for the rest.
+ */
+inline constexpr unsigned char kMostLooseParts = loose_parts(1 + 2 * (1 - kLeastAcross));
+
+/** They are counted so many bytes at a time. */
+inline constexpr int kLooseStep = 64;
+
+/** A row of each of some slices, from where the line that passes slice 0 behind byte 0 passes it. */
+struct LooseRows {
+  const unsigned char* rows[kLooseSlices];
+  int slices;
+};
+
 /** So many slices are counted at once, and give a cell no more parts of a vote each than fit a word together. */
 inline constexpr int kMostSlices = 32;
 inline constexpr int kMostPartsASlice = 127;
@@ -105,6 +150,12 @@ struct Kernels {
   /** Adds to each sum what the slices' points give its cell at most, in parts of a vote. */
   void (*bound_cells)(const BoundedSlices& slices, unsigned* sums);
 
+  /** Writes what a slice gives the lines behind each byte at most, a row for each piece; steps of kLooseStep bytes. */
+  void (*spread)(const unsigned char* points, int steps, unsigned char* const* rows);
+
+  /** Adds to each sum the bytes of its place, from one place on, in steps of kLooseStep places. */
+  void (*add_rows)(const LooseRows& rows, int from, int steps, int* sums);
+
   /** Adds to each sum the votes for its cell in the order of the runs, as `vote` adds them in the points' order. */
   void (*sum_cells)(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
 
@@ -128,11 +179,14 @@ void mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* directi
 void vote(const VoteSheet& sheet, const EdgePoint* points, int count);
 void weigh(const WeighedCells& cells, unsigned char* weights);
 void bound_cells(const BoundedSlices& slices, unsigned* sums);
+void spread(const unsigned char* points, int steps, unsigned char* const* rows);
+void add_rows(const LooseRows& rows, int from, int steps, int* sums);
 void sum_cells(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
 double largest(const double* values, int count);
 int count_below(const unsigned char* bytes, int count, unsigned char level);
 
-inline constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below, false};
+inline constexpr Kernels kKernels{mark_row, vote,      weigh,   bound_cells, spread,
+                                  add_rows, sum_cells, largest, count_below, false};
 
 }  // namespace plain
 }  // namespace vantrel::lines

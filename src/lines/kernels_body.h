@@ -266,6 +266,44 @@ void bound_cells(const BoundedSlices& slices, unsigned* sums) {
   }
 }
 
+/** A slice gives no more than kMostLooseParts, whatever its bytes give one by one. */
+void spread(const unsigned char* points, int steps, unsigned char* const* rows) {
+  static_assert(kLooseStep % kBytes == 0);
+  const Bytes most = Bytes{} + kMostLooseParts;
+  for (int from = 0; from < steps * kLooseStep; from += kBytes) {
+    Bytes marks[kLooseBytes];
+    for (int i = 0; i < kLooseBytes; ++i) __builtin_memcpy(&marks[i], points + from + kFirstLoose + i, kBytes);
+    for (int piece = 0; piece < kPieces; ++piece) {
+      Bytes votes{};
+      for (int i = 0; i < kLooseBytes; ++i) votes += marks[i] & loose_weight(piece, kFirstLoose + i);
+      votes = votes < most ? votes : most;
+      __builtin_memcpy(rows[piece] + from, &votes, kBytes);
+    }
+  }
+}
+
+template <int kVectors>
+inline void add_bytes(const LooseRows& rows, int from, int* sums) {
+  Bytes totals[kVectors]{};
+  for (int i = 0; i < rows.slices; ++i) {
+    for (int v = 0; v < kVectors; ++v) {
+      Bytes row;
+      __builtin_memcpy(&row, rows.rows[i] + from + v * kBytes, kBytes);
+      totals[v] += row;
+    }
+  }
+  unsigned char votes[kVectors * kBytes];
+  __builtin_memcpy(votes, totals, sizeof votes);
+  for (int i = 0; i < kVectors * kBytes; ++i) sums[from + i] += votes[i];
+}
+
+static_assert(kLooseSlices * kMostLooseParts < 1 << 8);
+void add_rows(const LooseRows& rows, int from, int steps, int* sums) {
+  constexpr int kStepVectors = kLooseStep / kBytes;
+  for (; steps > 1; steps -= 2, from += 2 * kLooseStep) add_bytes<2 * kStepVectors>(rows, from, sums);
+  if (steps > 0) add_bytes<kStepVectors>(rows, from, sums);
+}
+
 using Doubles = double __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
 using LaneWords = unsigned long long __attribute__((vector_size(VANTREL_VECTOR_BYTES)));
 constexpr int kDoubles = VANTREL_VECTOR_BYTES / 8;
@@ -366,7 +404,7 @@ int count_below(const unsigned char* bytes, int count, unsigned char level) {
   return below;
 }
 
-constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, sum_cells, largest, count_below, true};
+constexpr Kernels kKernels{mark_row, vote, weigh, bound_cells, spread, add_rows, sum_cells, largest, count_below, true};
 
 }  // namespace
 }  // namespace vantrel::lines::form

@@ -8,10 +8,8 @@
 namespace vantrel::lines {
 namespace {
 
-/** The map is filled by squares of so many pixels. */
-constexpr int kTile = 8;
-
-constexpr int blocks_of(int pixels) { return (pixels + PointMap::kBlock - 1) / PointMap::kBlock; }
+constexpr int blocks_of(int slices) { return (slices + PointMap::kBlock - 1) / PointMap::kBlock; }
+constexpr int tiles_of(int bytes) { return (bytes + PointMap::kTile - 1) / PointMap::kTile; }
 
 }  // namespace
 
@@ -19,20 +17,20 @@ PointMap::PointMap(const EdgeMaps& maps, const geometry::Rect& area, Direction d
     : area_(area),
       slices_are_rows_(direction == Direction::kAlongRows),
       stride_(std::ptrdiff_t{across().size()} + kMargin),
-      blocks_across_(blocks_of(across().size())),
+      tiles_across_(tiles_of(across().size())),
       // A margin behind a slice is the next one's; behind the last there is room for the rest of a tile.
       bytes_(static_cast<std::size_t>(stride_) * static_cast<std::size_t>(slices().size() + kTile) + kMargin,
              image::Fill::kZero),
-      blocks_(static_cast<std::size_t>(blocks_of(slices().size())) * static_cast<std::size_t>(blocks_across_ + 1),
-              image::Fill::kZero) {
+      tiles_(static_cast<std::size_t>(blocks_of(slices().size())) * static_cast<std::size_t>(tiles_across_ + 1),
+             image::Fill::kZero) {
   if (!ready()) return;
   for (int r = area.rows.first; r < area.rows.end; r += kTile) {
     for (int c = area.cols.first; c < area.cols.end; c += kTile) copy_tile(maps, r, c, direction);
   }
-  count_blocks();
+  count_tiles();
 }
 
-/** Copies the points of a tile, and notes its block if there are any: most tiles of most maps have none. */
+/** Copies the points of a tile, and notes it if there are any: most tiles of most maps have none. */
 void PointMap::copy_tile(const EdgeMaps& maps, int row, int col, Direction direction) {
   const int rows = std::min(kTile, area_.rows.end - row);
   const int cols = std::min(kTile, area_.cols.end - col);
@@ -68,22 +66,22 @@ void PointMap::copy_tile(const EdgeMaps& maps, int row, int col, Direction direc
     for (int j = 0; j < kTile; ++j) line[j] = slices_are_rows_ ? tile[i][j] : tile[j][i];
     std::memcpy(slice, line, sizeof line);
   }
-  int* blocks = blocks_.get() + std::ptrdiff_t{first_slice / kBlock} * (blocks_across_ + 1);
-  blocks[first_byte / kBlock + 1] = 1;
+  int* tiles = tiles_.get() + std::ptrdiff_t{first_slice / kBlock} * (tiles_across_ + 1);
+  tiles[first_byte / kTile + 1] = 1;
 }
 
-void PointMap::count_blocks() {
-  int* row = blocks_.get();
-  for (int left = blocks_of(slices().size()); left > 0; --left, row += blocks_across_ + 1) {
-    for (int i = 0; i < blocks_across_; ++i) row[i + 1] += row[i];
+void PointMap::count_tiles() {
+  int* row = tiles_.get();
+  for (int left = blocks_of(slices().size()); left > 0; --left, row += tiles_across_ + 1) {
+    for (int i = 0; i < tiles_across_; ++i) row[i + 1] += row[i];
   }
 }
 
 bool PointMap::is_empty(int block, geometry::Span bytes) const {
   const geometry::Span inside = geometry::common(bytes, {0, across().size()});
   if (inside.empty()) return true;
-  const int* row = blocks_.get() + std::ptrdiff_t{block} * (blocks_across_ + 1);
-  return row[inside.last() / kBlock + 1] == row[inside.first / kBlock];
+  const int* before = tiles_before(block);
+  return before[inside.last() / kTile + 1] == before[inside.first / kTile];
 }
 
 }  // namespace vantrel::lines

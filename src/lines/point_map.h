@@ -25,6 +25,7 @@ class PointMap {
 
   /** So many slices, and so many pixels of each, are known to be empty or not together. */
   static constexpr int kBlock = kMostSlices;
+  static constexpr int kTile = 8;
 
   /** None, and not ready. */
   PointMap() = default;
@@ -32,7 +33,7 @@ class PointMap {
   /** Check `ready` before use. */
   PointMap(const EdgeMaps& maps, const geometry::Rect& area, Direction direction);
 
-  bool ready() const { return bytes_.ready() && blocks_.ready(); }
+  bool ready() const { return bytes_.ready() && tiles_.ready(); }
   bool slices_are_rows() const { return slices_are_rows_; }
 
   /** Rows or columns of the image. */
@@ -47,16 +48,28 @@ class PointMap {
   /** Whether some bytes are all 0, counted from 0, in every slice of a block; a true one may be missed. */
   bool is_empty(int block, geometry::Span bytes) const;
 
+  /** Calls `found(bytes)` for spans of bytes in a block of slices, in order: outside all of them, it is empty. */
+  template <class Found>
+  void for_each_span(int block, Found found) const {
+    const int* before = tiles_before(block);
+    for (int i = 0; i < tiles_across_; ++i) {
+      const int first = i;
+      while (i < tiles_across_ && before[i + 1] != before[i]) ++i;
+      if (i > first) found(geometry::Span{first * kTile, i * kTile});
+    }
+  }
+
  private:
   void copy_tile(const EdgeMaps& maps, int row, int col, Direction direction);
-  void count_blocks();
+  void count_tiles();
+  const int* tiles_before(int block) const { return tiles_.get() + std::ptrdiff_t{block} * (tiles_across_ + 1); }
 
   geometry::Rect area_{};
   bool slices_are_rows_ = false;
   std::ptrdiff_t stride_ = 0;
-  int blocks_across_ = 0;
+  int tiles_across_ = 0;
   image::WorkArray<unsigned char> bytes_;
-  image::WorkArray<int> blocks_; /**< of some slices each: how many blocks before this one have points */
+  image::WorkArray<int> tiles_; /**< of each block of slices: how many tiles before this one have points */
 };
 
 }  // namespace vantrel::lines

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -126,16 +127,69 @@ TEST_F(DenseVotesTest, AreNoMoreThanTheirBounds) {
         if (!level && t > 30 && t < 150) continue;
         const Slant slant = level ? Slant{tables.sin[t], tables.cos[t]} : Slant{tables.cos[t], tables.sin[t]};
         PointMap points(edges.maps, {{0, kRows}, {0, kCols}}, level ? Direction::kAcrossRows : Direction::kAlongRows);
-        DenseVotes votes(std::move(points), kRows / 2, kCols / 2, 1, 2 * kCols);
+        DenseVotes votes(std::move(points), kRows / 2, kCols / 2, std::span(&slant, 1), -kCols, 2 * kCols);
         ASSERT_TRUE(votes.ready());
-        votes.bound(0, slant, -kCols);
+        std::vector<int> loose;
+        for (int group = 0; group < votes.groups(); ++group) {
+          ASSERT_TRUE(votes.is_loose(0, group));
+          loose.push_back(votes.bound_of(0, group));
+        }
+        votes.bound(0, 0);
         for (int group = 0; group < votes.groups(); ++group) {
           std::array<double, kSumCells> sums;
-          votes.sum(slant, group * kSumCells - kCols, sums.data());
+          const int bound = votes.bound_of(0, group);
+          votes.sum(0, group, sums.data());
           const double most = *std::max_element(sums.begin(), sums.end());
-          ASSERT_LE(most, votes.bound_of(0, group)) << t;
+          ASSERT_LE(most, bound) << t;
+          ASSERT_LE(bound, loose[static_cast<std::size_t>(group)]) << t;
           // And the bounds are of use.
-          ASSERT_GE(1.1 * most + 3, votes.bound_of(0, group)) << t;
+          ASSERT_GE(1.1 * most + 3, bound) << t;
+        }
+      }
+    });
+  }
+}
+
+TEST_F(DenseVotesTest, AreLooselyBoundedByThreeTimesTheMost) {
+  const DegreeTables tables;
+  constexpr int kRows = 130, kCols = 150;
+  for (const Pattern pattern : kPatterns) {
+    const Edges edges(kRows, kCols, pattern, 8);
+    PointMap points(edges.maps, {{0, kRows}, {0, kCols}}, Direction::kAcrossRows);
+    const Slant slant{tables.sin[79], tables.cos[79]};
+    DenseVotes votes(std::move(points), kRows / 2, kCols / 2, std::span(&slant, 1), -kCols, 2 * kCols);
+    ASSERT_TRUE(votes.ready());
+    int loose = 0;
+    double most = 0;
+    for (int group = 0; group < votes.groups(); ++group) {
+      loose = std::max(loose, votes.bound_of(0, group));
+      std::array<double, kSumCells> sums;
+      votes.sum(0, group, sums.data());
+      most = std::max(most, *std::max_element(sums.begin(), sums.end()));
+    }
+    EXPECT_GE(3 * most + 3, loose);
+  }
+}
+
+TEST_F(DenseVotesTest, NeedNotTellOfTooFew) {
+  const DegreeTables tables;
+  constexpr int kRows = 131, kCols = 170;
+  const Search& search = kSearches[1];
+  for (const Pattern pattern : kPatterns) {
+    const Edges edges(kRows, kCols, pattern, 11);
+    HoughAccumulator all(kRows, kCols, search.voted, tables);
+    vote_band(edges.maps, {{0, kRows}, {0, kCols}}, search.direction, false, all);
+    const Peak wanted = all.strongest(search.voted);
+    by_each_form([&] {
+      for (const int more : {-1, 0, 1}) {
+        HoughAccumulator votes(kRows, kCols, search.voted, tables);
+        vote_band(edges.maps, {{0, kRows}, {0, kCols}}, search.direction, true, votes);
+        const int least = static_cast<int>(wanted.votes) + more;
+        const Peak found = votes.strongest(search.voted, nullptr, least);
+        if (more <= 0) {
+          ASSERT_TRUE(same(found, wanted)) << least;
+        } else {
+          ASSERT_LT(found.votes, least);
         }
       }
     });

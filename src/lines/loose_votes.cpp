@@ -1,0 +1,133 @@
+#include "lines/loose_votes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vantrel::lines {
+namespace {
+
+using geometry::Span;
+
+/** A slice is passed at most so many bytes further than another one of those that are added at once. */
+constexpr int kMostShift = 10;
+static_assert(kMostShift >= kLooseSlices * 0.578);
+
+/** Lines count points from so many bytes behind the one where they pass a slice, and no further. */
+constexpr int kLastLoose = kFirstLoose + kLooseBytes - 1;
+
+/** Of a span with points, lines are counted from where each passes the slice that it passes last so far before it. */
+constexpr int kBefore = kMostShift + kLastLoose;
+
+/** How many steps there are for the lines of a span, whatever they lean, and how many bytes of each row they pass. */
+constexpr int steps_for(int bytes) { return (kBefore + bytes - kFirstLoose + kLooseStep - 1) / kLooseStep; }
+constexpr int passed_by(int steps) { return steps * kLooseStep + kMostShift; }
+
+/** Where byte 0 lies in a row. */
+constexpr int kMargin = 64;
+
+constexpr int whole(std::int64_t position) { return static_cast<int>(position >> 32); }
+constexpr int piece(std::int64_t position) { return static_cast<int>((position & 0xffffffff) * kPieces >> 32); }
+
+}  // namespace
+
+void plain::spread(const unsigned char* points, int steps, unsigned char* const* rows) {
+  for (int at = 0; at < steps * kLooseStep; ++at) {
+    for (int piece = 0; piece < kPieces; ++piece) {
+      int votes = 0;
+      for (int byte = kFirstLoose; byte < kFirstLoose + kLooseBytes; ++byte) {
+        votes += points[at + byte] != 0 ? loose_weight(piece, byte) : 0;
+      }
+      rows[piece][at] = static_cast<unsigned char>(std::min<int>(votes, kMostLooseParts));
+    }
+  }
+}
+
+void plain::add_rows(const LooseRows& rows, int from, int steps, int* sums) {
+  for (int at = from; at < from + steps * kLooseStep; ++at) {
+    for (int i = 0; i < rows.slices; ++i) sums[at] += rows.rows[i][at];
+  }
+}
+
+LooseVotes::LooseVotes(const PointMap& points, std::span<const Slant> slants)
+    // Steps from a span's begin end up to one later than those from byte 0.
+    : width_(std::ptrdiff_t{kMargin} + (steps_for(points.across().size() + PointMap::kTile) + 1) * kLooseStep),
+      lines_{},
+      rows_(static_cast<std::size_t>(width_) * kLooseSlices * kPieces) {
+  constexpr double kWhole = 0x1p32;
+  const int slices = points.slices().size();
+  int most = 0;
+  for (std::size_t i = 0; i < slants.size(); ++i) {
+    const auto slope = static_cast<std::int64_t>(-slants[i].along / slants[i].across * kWhole);
+    const int reached = whole(slope * (slices - 1));
+    lines_[i] = {slope, -std::max(reached, 0) - kBefore};
+    most = std::max(most, std::abs(reached));
+  }
+  stride_ = static_cast<std::size_t>((steps_for(points.across().size() + PointMap::kTile + most) + 1) * kLooseStep);
+  sums_ = image::WorkArray<int>(stride_ * slants.size(), image::Fill::kZero);
+  if (!ready()) return;
+  for (int from = 0; from < slices; from += kLooseSlices) {
+    const Tile tile = tile_of(points, {from, std::min(from + kLooseSlices, slices)});
+    spread_slices(points, tile);
+    for (std::size_t angle = 0; angle < slants.size(); ++angle) add_slices(tile, angle);
+  }
+}
+
+LooseVotes::Tile LooseVotes::tile_of(const PointMap& points, Span slices) {
+  Tile tile{slices, {}, 0};
+  points.for_each_span(slices.first / PointMap::kBlock, [&](Span bytes) {
+    // Spans near each other are taken together, so that whole steps never fall on two; and what there is no place for.
+    Span& last = tile.spans[tile.count == 0 ? 0 : tile.count - 1];
+    const bool near = tile.count > 0 && bytes.first < last.end + 2 * kLooseStep;
+    if (near || tile.count == tile.spans.size()) {
+      last.end = bytes.end;
+    } else {
+      tile.spans[tile.count++] = bytes;
+    }
+  });
+  return tile;
+}
+
+void LooseVotes::spread_slices(const PointMap& points, const Tile& tile) {
+  for (const Span& bytes : tile.all()) {
+    const int first = bytes.first - kBefore;
+    const int steps = steps_for(bytes.size());
+    for (int i = 0; i < tile.slices.size(); ++i) {
+      unsigned char* rows[kPieces];
+      for (int piece = 0; piece < kPieces; ++piece) {
+        rows[piece] = row(i, piece) + kMargin + first;
+        std::fill(rows[piece] + steps * kLooseStep, rows[piece] + passed_by(steps), static_cast<unsigned char>(0));
+      }
+      kernels->spread(points.slice(tile.slices.first + i) + first, steps, rows);
+    }
+  }
+}
+
+void LooseVotes::add_slices(const Tile& tile, std::size_t angle) {
+  const Lines& lines = lines_[angle];
+  LooseRows rows{{}, tile.slices.size()};
+  std::int64_t position = lines.slope * tile.slices.first;
+  const int least = std::min(whole(position), whole(position + lines.slope * (rows.slices - 1)));
+  for (int i = 0; i < rows.slices; ++i, position += lines.slope) {
+    rows.rows[i] = row(i, piece(position)) + kMargin + whole(position);
+  }
+  int* const sums = sums_.get() + static_cast<std::ptrdiff_t>(angle * stride_) - lines.first;
+  for (const Span& bytes : tile.all()) {
+    kernels->add_rows(rows, bytes.first - kBefore - least, steps_for(bytes.size()), sums);
+  }
+}
+
+int LooseVotes::most(int angle, double from, double to) const {
+  constexpr double kSlack = 1e-6;
+  const int first_line = lines_[static_cast<std::size_t>(angle)].first;
+  const auto index = [&](double place) {
+    return static_cast<int>(std::clamp(std::floor(place) - first_line, -1.0, static_cast<double>(stride_)));
+  };
+  const int first = std::max(index(from - kSlack), 0);
+  const int end = std::min(index(to + kSlack) + 1, static_cast<int>(stride_));
+  const int* sums = sums_.get() + static_cast<std::size_t>(angle) * stride_;
+  int most = 0;
+  for (int i = first; i < end; ++i) most = std::max(most, sums[i]);
+  return most == 0 ? 0 : most / kLooseParts + 1;
+}
+
+}  // namespace vantrel::lines
