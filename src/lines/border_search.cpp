@@ -109,11 +109,11 @@ bool BorderSearch::prefers_runner_up(const Peak& strongest, const Peak& runner_u
 }
 
 Border BorderSearch::accept_horizontal() {
-  const Peak strongest = votes_.strongest(kHorizontalAngles);
-  const Peak runner_up = votes_.strongest(kHorizontalAngles, &strongest);
   const int quorum = cols_of(scene_) / (scene_.side == Side::kTop ? 4 : rules_.bottom_quorum);
+  const Peak strongest = votes_.strongest(kHorizontalAngles, nullptr, quorum);
   Border border;
   if (quorum > strongest.votes) return border;
+  const Peak runner_up = votes_.strongest(kHorizontalAngles, &strongest, quorum);
 
   const auto settle = [&](const Peak& peak, Settled settled) {
     const Line line = votes_.line(peak);
@@ -137,7 +137,8 @@ Border BorderSearch::accept_horizontal() {
 }
 
 Border BorderSearch::accept_vertical() {
-  const Peak strongest = votes_.strongest(kVerticalAngles);
+  const int quorum = rows_of(scene_) * 4 / 9;  // rounded down: the rest is judged below
+  const Peak strongest = votes_.strongest(kVerticalAngles, nullptr, quorum);
   if (rows_of(scene_) * 4.0 > strongest.votes * 9) return {};
   const int L = crossing(votes_.distance(strongest));
   if (!accepted_by(SideClutter(L, rows_of(scene_), cols_of(scene_), scene_.side), scene_.components)) return {};

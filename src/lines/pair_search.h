@@ -22,13 +22,16 @@ struct BorderPair {
   geometry::Line second{};
 };
 
-/** Where points vote for a pair of borders, where each of the two is looked for, and the votes that the second needs.
+/**
+ * Where points vote for a pair of borders, where each of the two is looked for, and the votes that they need. Of two
+ * horizontal ones the first is the stronger, so that it needs no fewer; of two vertical ones any first will do.
  */
 struct PairRules {
   Angles voted;
   Angles first;
   Angles second;
-  int quorum;
+  int first_quorum;
+  int quorum; /**< of the second */
 
   static PairRules of(int rows, int cols, bool horizontal);
 };
