@@ -8,12 +8,51 @@
 namespace vantrel::lines {
 namespace {
 
+using geometry::Rect;
+using geometry::Span;
+
 constexpr int blocks_of(int slices) { return (slices + PointMap::kBlock - 1) / PointMap::kBlock; }
+/** Most of most maps is empty, which is seen for so many columns at once. */
+constexpr int kStretch = 64;
+
+bool has_edges(const image::ConstPixels& directions, const Rect& area) {
+  unsigned any = 0;
+  for (int r = area.rows.first; r < area.rows.end; ++r) {
+    const unsigned char* row = directions.row(r) + area.cols.first;
+    const auto look = [&](int count) {
+      for (int i = 0; i < count; ++i) any |= row[i] ^ static_cast<unsigned>(Direction::kNone);
+    };
+    // A whole stretch is looked at in vectors.
+    if (area.cols.size() == kStretch) {
+      look(kStretch);
+    } else {
+      look(area.cols.size());
+    }
+  }
+  return any != 0;
+}
+
 constexpr int tiles_of(int bytes) { return (bytes + PointMap::kTile - 1) / PointMap::kTile; }
+
+/** Each half interleaved with the other moves the bits of a place round by one; three times that, and rows are columns.
+ */
+template <class Tile>
+void transpose(Tile& tile) {
+  constexpr int kHalf = PointMap::kTile * PointMap::kTile / 2;
+  static_assert(kHalf == 1 << 5);
+  for (int i = 0; i < 3; ++i) {
+    Tile mixed;
+    for (int k = 0; k < kHalf; ++k) {
+      mixed[2 * k] = tile[k];
+      mixed[2 * k + 1] = tile[k + kHalf];
+    }
+    tile = mixed;
+  }
+}
 
 }  // namespace
 
-PointMap::PointMap(const EdgeMaps& maps, const geometry::Rect& area, Direction direction)
+PointMap::PointMap(const EdgeMaps& maps, const Rect& area, Direction direction)
     : area_(area),
       slices_are_rows_(direction == Direction::kAlongRows),
       stride_(std::ptrdiff_t{across().size()} + kMargin),
@@ -25,47 +64,39 @@ PointMap::PointMap(const EdgeMaps& maps, const geometry::Rect& area, Direction d
              image::Fill::kZero) {
   if (!ready()) return;
   for (int r = area.rows.first; r < area.rows.end; r += kTile) {
-    for (int c = area.cols.first; c < area.cols.end; c += kTile) copy_tile(maps, r, c, direction);
+    const Span rows{r, std::min(r + kTile, area.rows.end)};
+    for (int c = area.cols.first; c < area.cols.end; c += kStretch) {
+      const Rect part{rows, {c, std::min(c + kStretch, area.cols.end)}};
+      if (has_edges(maps.direction(), part)) copy_tiles(maps.direction(), part, direction);
+    }
   }
   count_tiles();
 }
 
-/** Copies the points of a tile, and notes it if there are any: most tiles of most maps have none. */
-void PointMap::copy_tile(const EdgeMaps& maps, int row, int col, Direction direction) {
-  const int rows = std::min(kTile, area_.rows.end - row);
-  const int cols = std::min(kTile, area_.cols.end - col);
-  const image::ConstPixels directions = maps.direction();
-  constexpr auto kNone = static_cast<unsigned char>(Direction::kNone);
-  unsigned char tile[kTile][kTile];
-  std::memset(tile, kNone, sizeof tile);
-  bool flat = true;
-  for (int r = 0; r < rows; ++r) {
-    if (cols == kTile) {
-      std::memcpy(tile[r], directions.row(row + r) + col, kTile);
-    } else {
-      std::memcpy(tile[r], directions.row(row + r) + col, static_cast<std::size_t>(cols));
+/** Copies the points of some tiles side by side, and notes those that have any. */
+void PointMap::copy_tiles(const image::ConstPixels& directions, const Rect& from, Direction direction) {
+  const auto value = static_cast<unsigned char>(direction);
+  for (int col = from.cols.first; col < from.cols.end; col += kTile) {
+    Tile tile{};
+    const int cols = std::min(kTile, from.cols.end - col);
+    for (int r = 0; r < from.rows.size(); ++r) {
+      const unsigned char* row = directions.row(from.rows.first + r) + col;
+      for (int c = 0; c < cols; ++c) tile[r * kTile + c] = row[c] == value ? 255 : 0;
     }
-    std::uint64_t line;
-    std::memcpy(&line, tile[r], sizeof line);
-    flat = flat && line == kNone * 0x0101010101010101;
+    const int down = from.rows.first - area_.rows.first, right = col - area_.cols.first;
+    if (slices_are_rows_) {
+      put_tile(tile, down, right);
+    } else {
+      transpose(tile);
+      put_tile(tile, right, down);
+    }
   }
-  if (flat) return;
-  unsigned char any = 0;
-  for (unsigned char& byte : std::span(tile[0], std::size_t{kTile} * kTile)) {
-    byte = byte == static_cast<unsigned char>(direction) ? 255 : 0;
-    any |= byte;
-  }
-  if (any == 0) return;
-  const int down = row - area_.rows.first;
-  const int right = col - area_.cols.first;
-  const int first_slice = slices_are_rows_ ? down : right;
-  const int first_byte = slices_are_rows_ ? right : down;
+}
+
+void PointMap::put_tile(const Tile& tile, int first_slice, int first_byte) {
+  if (std::all_of(tile.begin(), tile.end(), [](unsigned char byte) { return byte == 0; })) return;
   unsigned char* slice = bytes_.get() + kMargin + first_slice * stride_ + first_byte;
-  for (int i = 0; i < kTile; ++i, slice += stride_) {
-    unsigned char line[kTile];
-    for (int j = 0; j < kTile; ++j) line[j] = slices_are_rows_ ? tile[i][j] : tile[j][i];
-    std::memcpy(slice, line, sizeof line);
-  }
+  for (int i = 0; i < kTile; ++i, slice += stride_) std::memcpy(slice, tile.data() + i * kTile, kTile);
   int* tiles = tiles_.get() + std::ptrdiff_t{first_slice / kBlock} * (tiles_across_ + 1);
   tiles[first_byte / kTile + 1] = 1;
 }
@@ -77,8 +108,8 @@ void PointMap::count_tiles() {
   }
 }
 
-bool PointMap::is_empty(int block, geometry::Span bytes) const {
-  const geometry::Span inside = geometry::common(bytes, {0, across().size()});
+bool PointMap::is_empty(int block, Span bytes) const {
+  const Span inside = geometry::common(bytes, {0, across().size()});
   if (inside.empty()) return true;
   const int* before = tiles_before(block);
   return before[inside.last() / kTile + 1] == before[inside.first / kTile];

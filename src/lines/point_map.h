@@ -5,6 +5,7 @@
 #ifndef VANTREL_LINES_POINT_MAP_H
 #define VANTREL_LINES_POINT_MAP_H
 
+#include <array>
 #include <cstddef>
 
 #include "geometry/span.h"
@@ -60,7 +61,10 @@ class PointMap {
   }
 
  private:
-  void copy_tile(const EdgeMaps& maps, int row, int col, Direction direction);
+  using Tile = std::array<unsigned char, std::size_t{kTile} * kTile>;
+
+  void copy_tiles(const image::ConstPixels& directions, const geometry::Rect& from, Direction direction);
+  void put_tile(const Tile& tile, int first_slice, int first_byte);
   void count_tiles();
   const int* tiles_before(int block) const { return tiles_.get() + std::ptrdiff_t{block} * (tiles_across_ + 1); }
 
