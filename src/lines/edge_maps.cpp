@@ -32,6 +32,7 @@ void EdgeMaps::detect(const geometry::Rect& interior) {
   clear_frame(direction_, static_cast<int>(Direction::kNone));
   mark_edges(gray_, {edge_.get(), gray_.rows, gray_.cols, stride_}, {direction_.get(), gray_.rows, gray_.cols, stride_},
              interior);
+  skipped_ = skipped_by(interior, gray_.rows, gray_.cols);
 }
 
 /** What is no edge has a direction byte of its own. */

@@ -53,6 +53,9 @@ class EdgeMaps {
   /** Marks the edges outside the interior rectangle (see mark_edges). */
   void detect(const geometry::Rect& interior);
 
+  /** Pixels among which none is an edge. */
+  const geometry::Rect& skipped() const { return skipped_; }
+
   /** Calls `found(row, column)` for every edge pixel of a direction in an area, row by row. */
   template <class Found>
   void for_each_point(const geometry::Rect& area, Direction direction, Found found) const {
@@ -70,6 +73,7 @@ class EdgeMaps {
 
   image::ConstPixels gray_;
   std::ptrdiff_t stride_;
+  geometry::Rect skipped_{};
   image::WorkArray<unsigned char> edge_;
   image::WorkArray<unsigned char> direction_;
 };

@@ -59,29 +59,36 @@ void plain::mark_row(const RowTriple& gray, unsigned char* edge, unsigned char* 
   }
 }
 
+geometry::Rect skipped_by(const geometry::Rect& interior, int rows, int cols) {
+  const int row_margin = rows / 15;
+  const int col_margin = cols / 25;
+  const auto within = [](int first, int end, int visited_end) {
+    first = std::clamp(first, 1, std::max(visited_end, 1));
+    return geometry::Span{first, std::clamp(end, first, std::max(visited_end, first))};
+  };
+  return {within(interior.rows.first + row_margin + 1, interior.rows.end - row_margin, rows - 2),
+          within(interior.cols.first + col_margin + 1, interior.cols.end - col_margin, cols - 2)};
+}
+
 void mark_edges(image::ConstPixels gray, image::Pixels edge, image::Pixels direction, const geometry::Rect& interior) {
-  const int row_margin = gray.rows / 15;
-  const int col_margin = gray.cols / 25;
-  // The last two rows and columns are never visited.
   const int col_end = gray.cols - 2;
-  const int skip_from = std::clamp(interior.cols.first + col_margin + 1, 1, std::max(col_end, 1));
-  const int skip_to = std::clamp(interior.cols.end - col_margin, skip_from, std::max(col_end, skip_from));
+  const auto [skipped_rows, skipped] = skipped_by(interior, gray.rows, gray.cols);
   // The kernel takes less time for a whole vector than for a part of one: what is marked too much is skipped after
   // that.
   constexpr int kWholeVector = 64;
-  const int left_end = std::max(skip_from, std::min(1 + kWholeVector, col_end));
-  const int right_from = std::min(skip_to, std::max(col_end - kWholeVector, 1));
+  const int left_end = std::max(skipped.first, std::min(1 + kWholeVector, col_end));
+  const int right_from = std::min(skipped.end, std::max(col_end - kWholeVector, 1));
 
   for (int i = 1; i < gray.rows - 2; ++i) {
     const RowTriple triple{gray.row(i - 1), gray.row(i), gray.row(i + 1)};
     unsigned char* edges = edge.row(i);
     unsigned char* directions = direction.row(i);
-    if (i > interior.rows.first + row_margin && i < interior.rows.end - row_margin) {
-      const auto skipped = static_cast<std::size_t>(skip_to - skip_from);
+    if (skipped_rows.contains(i)) {
+      const auto count = static_cast<std::size_t>(skipped.size());
       kernels->mark_row(triple, edges, directions, 1, left_end);
       kernels->mark_row(triple, edges, directions, right_from, col_end);
-      std::memset(edges + skip_from, kNoEdge, skipped);
-      std::memset(directions + skip_from, static_cast<int>(Direction::kNone), skipped);
+      std::memset(edges + skipped.first, kNoEdge, count);
+      std::memset(directions + skipped.first, static_cast<int>(Direction::kNone), count);
     } else {
       kernels->mark_row(triple, edges, directions, 1, col_end);
     }

@@ -30,11 +30,17 @@ enum class Direction : unsigned char {
 Direction direction_of(int across_rows, int along_rows);
 
 /**
+ * The pixels of an image that are not looked at: those more than rows / 15 rows and cols / 25 columns inside the
+ * interior, and not in the outermost rows and columns.
+ */
+geometry::Rect skipped_by(const geometry::Rect& interior, int rows, int cols);
+
+/**
  * Marks the edge pixels (gradients of kLeastEdgeMagnitude and more) and their directions outside an interior rectangle.
  *
- * Visits rows 1 to rows - 3 and columns 1 to cols - 3; all other pixels of the maps stay as they were. Pixels more than
- * rows / 15 rows and cols / 25 columns inside the interior are marked as no edge without being looked at. The operator
- * is I. Sobel and G. Feldman's 3 x 3 gradient ("A 3x3 Isotropic Gradient Operator", 1968).
+ * Visits rows 1 to rows - 3 and columns 1 to cols - 3; all other pixels of the maps stay as they were. Those that the
+ * interior skips are marked as no edge without being looked at. The operator is I. Sobel and G. Feldman's 3 x 3
+ * gradient ("A 3x3 Isotropic Gradient Operator", 1968).
  *
  * @param edge, direction maps of the image's size.
  */

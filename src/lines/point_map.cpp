@@ -65,8 +65,11 @@ PointMap::PointMap(const EdgeMaps& maps, const Rect& area, Direction direction)
   if (!ready()) return;
   for (int r = area.rows.first; r < area.rows.end; r += kTile) {
     const Span rows{r, std::min(r + kTile, area.rows.end)};
+    const auto [skipped_rows, skipped] = maps.skipped();
+    const bool skips = skipped_rows.first <= rows.first && rows.end <= skipped_rows.end;
     for (int c = area.cols.first; c < area.cols.end; c += kStretch) {
       const Rect part{rows, {c, std::min(c + kStretch, area.cols.end)}};
+      if (skips && skipped.first <= part.cols.first && part.cols.end <= skipped.end) continue;
       if (has_edges(maps.direction(), part)) copy_tiles(maps.direction(), part, direction);
     }
   }
