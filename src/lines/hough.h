@@ -170,7 +170,7 @@ class PointFeed {
 inline bool are_many(std::int64_t points, const geometry::Rect& area, std::int64_t pixels) {
   constexpr int kLeast = 4096;
   constexpr int kLeastSide = 64;
-  constexpr int kPixelsAPoint = 16;
+  constexpr int kPixelsAPoint = 32;
   return kernels->bounds_many && points >= kLeast && points >= pixels / kPixelsAPoint &&
          std::min(area.rows.size(), area.cols.size()) >= kLeastSide;
 }

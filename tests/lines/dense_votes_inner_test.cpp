@@ -217,11 +217,11 @@ TEST_F(DenseVotesTest, MakeTheSamePair) {
   EXPECT_GE(found, 4);
 }
 
-TEST(ArePointsMany, FromOneInSixteenPixelsOn) {
+TEST(ArePointsMany, FromOneInThirtyTwoPixelsOn) {
   constexpr Rect kArea{{0, 256}, {0, 256}};
   EXPECT_FALSE(are_many(4095, kArea, 4095));
-  EXPECT_EQ(are_many(4096, kArea, 65536), kernels->bounds_many);
-  EXPECT_FALSE(are_many(4096, kArea, 65552));
+  EXPECT_EQ(are_many(4096, kArea, 131072), kernels->bounds_many);
+  EXPECT_FALSE(are_many(4096, kArea, 131104));
 }
 
 TEST(ArePointsMany, NeverOnNarrowAreas) {
