@@ -55,6 +55,9 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits);
 int count_tiff_pages(const Bytes& file);
 int count_pdf_pages(const Bytes& file);
 
+/** Judges the images that a page is drawn with, where they are not part of its drawing itself. */
+void check_images_of_pdf_page(const Bytes& file, int page, const Limits& limits);
+
 Picture read_webp(const Bytes& file, const Limits& limits);
 Picture read_bmp(const Bytes& file, const Limits& limits);
 Picture read_pnm(const Bytes& file, const Limits& limits);

@@ -57,6 +57,7 @@ Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
     return static_cast<std::int64_t>(std::ceil(std::min(points, 1e9) * kDotsPerInch / kPoints));
   };
   check_size(pixels(size.width()), pixels(size.height()), 32, limits);
+  check_images_of_pdf_page(file, page, limits);
   poppler::page_renderer renderer;
   renderer.set_image_format(poppler::image::format_rgb24);
   renderer.set_render_hint(poppler::page_renderer::antialiasing);
