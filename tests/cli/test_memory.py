@@ -21,6 +21,7 @@ pytestmark = pytest.mark.skipif(not PRELOAD, reason="a sanitizer has allocators 
 SAMPLE = None if os.environ.get("VANTREL_EVERY_REQUEST") else 25
 BEHIND_OPTIONS = 900
 FORMATS = ("png", "jpg", "tif", "bmp", "ppm", "webp")
+FORMATS_READ = ("gif", "jp2", "pdf")
 
 ROUTES = {
     "clip on glass": ("clip", "IN.png", "--method", "dark-glass", "-o", "OUT/card.png"),
@@ -45,7 +46,7 @@ ROUTES = {
     "cards to a PDF file": ("crop", "IN.png", "IN.jpg", "--rect", "5,5,60,40", "-o", "OUT/all.pdf"),
     "crop": ("crop", "IN.png", "--rect", "5,5,60,40", "-o", "OUT/part.png"),
     "detect": ("detect", "IN.png", "--overlay", "OUT/seen.png"),
-    **{f"read {f}": ("crop", f"IN.{f}", "--rect", "5,5,60,40", "-o", "OUT/part.png") for f in FORMATS},
+    **{f"read {f}": ("crop", f"IN.{f}", "--rect", "5,5,60,40", "-o", "OUT/part.png") for f in FORMATS + FORMATS_READ},
     **{f"write {f}": ("crop", "IN.png", "--rect", "5,5,60,40", "-o", f"OUT/part.{f}") for f in FORMATS},
 }
 
@@ -57,7 +58,7 @@ def inputs(tmp_path_factory):
     pixels = np.full((120, 160, 3), 40, np.uint8)
     pixels[12:108, 16:144] = 230
     scan = Image.fromarray(pixels)
-    for name in FORMATS:
+    for name in FORMATS + FORMATS_READ:
         scan.save(folder / f"IN.{name}")
     scan.resize((320, 240)).save(folder / "TWICE.png")
     scan.convert("1").save(folder / "BITS.tif")
@@ -92,6 +93,8 @@ class Run:
 def fail_each(inputs, tmp_path, arguments, sample, ever=False, with_options=False, **failing):
     """Returns how many requests there are, and how many of those that failed did no harm."""
     whole = Run(inputs, tmp_path / "whole", arguments, **failing)
+    if "is not read by this build" in whole.err:
+        pytest.skip(whole.err)
     assert whole.code == 0, whole.err
     total = int(whole.said)
     first = 0 if sample is None or with_options else max(0, total - BEHIND_OPTIONS)
