@@ -2,8 +2,11 @@
 
 #include <dlfcn.h>
 #include <malloc.h>
+#include <pthread.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
@@ -11,7 +14,9 @@
 #include <new>
 
 #include "console.h"
+#include "printable.h"
 #include "safe_file.h"
+#include "size_limits.h"
 
 namespace tool {
 namespace {
@@ -19,6 +24,9 @@ namespace {
 thread_local int foreign_depth = 0;
 thread_local int bears_nothing = 0;
 thread_local int missed = 0;
+thread_local Budget* budget = nullptr;
+/** The name of an input, or how it begins; a string would have to be destroyed, which is registered with memory. */
+thread_local std::array<char, 1024> input{};
 bool own_code_began = false;
 
 /**
@@ -58,6 +66,33 @@ ForeignCode::~ForeignCode() {
 
 bool ForeignCode::missed_memory() const { return missed != missed_before_; }
 
+Budget::Budget(std::int64_t bytes, int most_megabytes)
+    : outer_(budget),
+      most_megabytes_(std::max(most_megabytes, Limits().megabytes)),
+      last_words_("vantrel: " + printable(input.data()) +
+                  ": reading it takes more memory than a picture of its size needs (--most-megabytes allows more)\n") {
+  allow(bytes);
+  budget = this;
+}
+
+Budget::~Budget() { budget = outer_; }
+
+void Budget::allow(std::int64_t bytes) {
+  const double share = static_cast<double>(most_megabytes_) / Limits().megabytes;
+  allowed_ += static_cast<std::int64_t>(static_cast<double>(bytes) * share);
+}
+
+void Budget::check(std::size_t bytes) {
+  const std::int64_t left = allowed_ - taken_;
+  if (left > 0 && bytes <= static_cast<std::size_t>(left)) return;
+  budget = nullptr;
+  remove_temporaries();
+  print_error(last_words_);
+  _exit(1);
+}
+
+void name_input(const std::string& path) { input[path.copy(input.data(), input.size() - 1)] = '\0'; }
+
 void begin_own_code() { own_code_began = true; }
 
 void keep_memory() {
@@ -93,8 +128,16 @@ namespace {
 
 constexpr std::size_t kSmall = std::size_t{1} << 20;
 
+void check_budget(std::size_t bytes) {
+  if (tool::budget != nullptr) tool::budget->check(bytes);
+}
+
+/** What an allocator set aside, 0 for none. */
+std::int64_t size_of(void* block) { return static_cast<std::int64_t>(malloc_usable_size(block)); }
+
 /** Looks at what an allocator gave for so many bytes. */
 void* judged(void* block, std::size_t bytes) {
+  if (block != nullptr && tool::budget != nullptr) tool::budget->count(size_of(block));
   if (block != nullptr || bytes == 0 || (tool::foreign_depth == 0 && tool::own_code_began)) return block;
   ++tool::missed;
   if (bytes < kSmall || tool::bears_nothing > 0) tool::end_without_memory();
@@ -122,13 +165,34 @@ class Next {
   Function* function_ = nullptr;
 };
 
+using ThreadMain = void*(void*);
+using PthreadCreate = int(pthread_t*, const pthread_attr_t*, ThreadMain*, void*);
+
 constinit Next<void*(std::size_t)> next_malloc("malloc");
 constinit Next<void*(std::size_t, std::size_t)> next_calloc("calloc");
 constinit Next<void*(void*, std::size_t)> next_realloc("realloc");
+constinit Next<void*(std::size_t, std::size_t)> next_memalign("memalign");
+constinit Next<void(void*)> next_free("free");
+constinit Next<PthreadCreate> next_pthread_create("pthread_create");
 
 void* refused() {
   errno = ENOMEM;
   return nullptr;
+}
+
+/** A thread that foreign code starts. */
+struct ForeignThread {
+  ThreadMain* main;
+  void* argument;
+  tool::Budget* budget;
+};
+
+void* run_foreign_thread(void* given) {
+  const ForeignThread thread = *static_cast<ForeignThread*>(given);
+  const tool::ForeignCode foreign(tool::Large::kCrashes);
+  tool::budget = thread.budget;
+  free(given);
+  return thread.main(thread.argument);
 }
 
 }  // namespace
@@ -137,17 +201,64 @@ extern "C" {
 
 void* malloc(std::size_t bytes) noexcept {
   auto* next = next_malloc.get();
-  return next == nullptr ? refused() : judged(next(bytes), bytes);
+  if (next == nullptr) return refused();
+  check_budget(bytes);
+  return judged(next(bytes), bytes);
 }
 
 void* calloc(std::size_t count, std::size_t bytes) noexcept {
   auto* next = next_calloc.get();
-  return next == nullptr ? refused() : judged(next(count, bytes), count * bytes);
+  std::size_t all = 0;
+  if (next == nullptr || __builtin_mul_overflow(count, bytes, &all)) return refused();
+  check_budget(all);
+  return judged(next(count, bytes), all);
 }
 
 void* realloc(void* block, std::size_t bytes) noexcept {
   auto* next = next_realloc.get();
-  return next == nullptr ? refused() : judged(next(block, bytes), bytes);
+  if (next == nullptr) return refused();
+  if (tool::budget == nullptr) return judged(next(block, bytes), bytes);
+  const std::int64_t before = size_of(block);
+  check_budget(bytes);
+  void* const moved = judged(next(block, bytes), bytes);
+  if (moved != nullptr || bytes == 0) tool::budget->count(-before);
+  return moved;
+}
+
+void* memalign(std::size_t alignment, std::size_t bytes) noexcept {
+  auto* next = next_memalign.get();
+  if (next == nullptr) return refused();
+  check_budget(bytes);
+  return judged(next(alignment, bytes), bytes);
+}
+
+void* aligned_alloc(std::size_t alignment, std::size_t bytes) noexcept { return memalign(alignment, bytes); }
+
+int posix_memalign(void** block, std::size_t alignment, std::size_t bytes) noexcept {
+  if (alignment < sizeof(void*) || (alignment & (alignment - 1)) != 0) return EINVAL;
+  const int before = errno;
+  void* const given = memalign(alignment, bytes);
+  errno = before;
+  if (given == nullptr) return ENOMEM;
+  *block = given;
+  return 0;
+}
+
+void free(void* block) noexcept {
+  if (tool::budget != nullptr) tool::budget->count(-size_of(block));
+  if (auto* next = next_free.get()) next(block);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMain* main, void* argument) noexcept {
+  auto* next = next_pthread_create.get();
+  if (next == nullptr) return EAGAIN;
+  if (tool::foreign_depth == 0) return next(thread, attributes, main, argument);
+  void* const memory = malloc(sizeof(ForeignThread));
+  if (memory == nullptr) return EAGAIN;
+  const int error =
+      next(thread, attributes, run_foreign_thread, new (memory) ForeignThread{main, argument, tool::budget});
+  if (error != 0) free(memory);
+  return error;
 }
 }
 

@@ -9,6 +9,10 @@
 #ifndef VANTREL_CLI_MEMORY_H
 #define VANTREL_CLI_MEMORY_H
 
+#include <atomic>
+#include <cstdint>
+#include <string>
+
 namespace tool {
 
 inline constexpr const char* kNotEnoughMemory = "not enough memory";
@@ -35,6 +39,40 @@ class ForeignCode {
   int missed_before_;
   int bears_nothing_;
 };
+
+/**
+ * As long as one of these lives, what runs on this thread, and on the threads that foreign code starts there, may have
+ * so much memory at a time. Where it asks for more the tool ends in good order: a decoder takes that much more than the
+ * picture needs only of a file that was made for it, and not all of them bear to be stopped in another way.
+ */
+class Budget {
+ public:
+  static constexpr std::int64_t kMega = 1000000;
+
+  /** @param most_megabytes what a picture may take by the limits: with a higher one the budget grows. */
+  Budget(std::int64_t bytes, int most_megabytes);
+  ~Budget();
+  Budget(const Budget&) = delete;
+  Budget& operator=(const Budget&) = delete;
+
+  /** So many more. */
+  void allow(std::int64_t bytes);
+
+  /** To be told before so many are taken. */
+  void check(std::size_t bytes);
+  /** So many were taken; less than 0: given back. */
+  void count(std::int64_t bytes) { taken_ += bytes; }
+
+ private:
+  Budget* outer_;
+  int most_megabytes_;
+  std::atomic<std::int64_t> allowed_ = 0;
+  std::atomic<std::int64_t> taken_ = 0;
+  std::string last_words_;
+};
+
+/** What this thread works on from now on, for the message of a budget that is used up. */
+void name_input(const std::string& path);
 
 /** To be called first in main: before that everything counts as foreign code, as what other libraries do at loading. */
 void begin_own_code();

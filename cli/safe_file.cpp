@@ -18,6 +18,7 @@
 
 #include "console.h"
 #include "failure.h"
+#include "memory.h"
 #include "size_limits.h"
 
 namespace tool {
@@ -195,6 +196,7 @@ class Input {
 }  // namespace
 
 std::vector<unsigned char> read_file(const std::string& path, int most_megabytes) {
+  name_input(path);
   const Input input(path);
   // One more, so that the end is seen without asking for more memory.
   std::vector<unsigned char> content(static_cast<std::size_t>(input.size(most_megabytes)) + 1);

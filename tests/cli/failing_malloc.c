@@ -13,6 +13,7 @@
 void* __libc_malloc(size_t bytes);
 void* __libc_calloc(size_t count, size_t bytes);
 void* __libc_realloc(void* block, size_t bytes);
+void* __libc_memalign(size_t alignment, size_t bytes);
 
 static atomic_long requests;
 static int started;
@@ -55,3 +56,12 @@ static int fails(size_t bytes) {
 void* malloc(size_t bytes) { return fails(bytes) ? NULL : __libc_malloc(bytes); }
 void* calloc(size_t count, size_t bytes) { return fails(count * bytes) ? NULL : __libc_calloc(count, bytes); }
 void* realloc(void* block, size_t bytes) { return fails(bytes) ? NULL : __libc_realloc(block, bytes); }
+void* memalign(size_t alignment, size_t bytes) { return fails(bytes) ? NULL : __libc_memalign(alignment, bytes); }
+void* aligned_alloc(size_t alignment, size_t bytes) { return memalign(alignment, bytes); }
+
+int posix_memalign(void** block, size_t alignment, size_t bytes) {
+  void* const given = memalign(alignment, bytes);
+  if (given == NULL) return ENOMEM;
+  *block = given;
+  return 0;
+}

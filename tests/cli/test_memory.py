@@ -14,6 +14,7 @@ import pytest
 from PIL import Image
 
 from conftest import TOOL
+from test_read_only_formats import HEIC
 
 PRELOAD = os.environ.get("VANTREL_FAILING_MALLOC")
 pytestmark = pytest.mark.skipif(not PRELOAD, reason="a sanitizer has allocators of its own")
@@ -21,7 +22,7 @@ pytestmark = pytest.mark.skipif(not PRELOAD, reason="a sanitizer has allocators 
 SAMPLE = None if os.environ.get("VANTREL_EVERY_REQUEST") else 25
 BEHIND_OPTIONS = 900
 FORMATS = ("png", "jpg", "tif", "bmp", "ppm", "webp")
-FORMATS_READ = ("gif", "jp2", "pdf")
+FORMATS_READ = ("gif", "jp2", "heic", "pdf")
 
 ROUTES = {
     "clip on glass": ("clip", "IN.png", "--method", "dark-glass", "-o", "OUT/card.png"),
@@ -59,7 +60,9 @@ def inputs(tmp_path_factory):
     pixels[12:108, 16:144] = 230
     scan = Image.fromarray(pixels)
     for name in FORMATS + FORMATS_READ:
-        scan.save(folder / f"IN.{name}")
+        if name != "heic":
+            scan.save(folder / f"IN.{name}")
+    (folder / "IN.heic").write_bytes(HEIC)
     scan.resize((320, 240)).save(folder / "TWICE.png")
     scan.convert("1").save(folder / "BITS.tif")
     scan.save(folder / "PAGES.tif", save_all=True, append_images=[scan])
@@ -82,7 +85,8 @@ class Run:
         reading, writing = os.pipe()
         environment = dict(os.environ, LD_PRELOAD=PRELOAD, FAILING_REPORT=str(writing), MALLOC_PERTURB_="165")
         environment.update({f"FAILING_{name.upper()}": str(value) for name, value in failing.items()})
-        process = subprocess.run([TOOL, *arguments, "-j", "1"], capture_output=True, env=environment, pass_fds=[writing])
+        command = [TOOL, *arguments, "-j", "1"]
+        process = subprocess.run(command, capture_output=True, env=environment, pass_fds=[writing], timeout=120)
         os.close(writing)
         self.said = os.read(reading, 100).decode()
         os.close(reading)
