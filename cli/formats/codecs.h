@@ -9,6 +9,7 @@
 #ifndef VANTREL_CLI_FORMATS_CODECS_H
 #define VANTREL_CLI_FORMATS_CODECS_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -55,8 +56,8 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits);
 int count_tiff_pages(const Bytes& file);
 int count_pdf_pages(const Bytes& file);
 
-/** Judges the images that a page is drawn with, where they are not part of its drawing itself. */
-void check_images_of_pdf_page(const Bytes& file, int page, const Limits& limits);
+/** Judges what a page is drawn with; returns how many samples its images have. */
+std::int64_t check_pdf_page(const Bytes& file, int page, const Limits& limits);
 
 Picture read_webp(const Bytes& file, const Limits& limits);
 Picture read_bmp(const Bytes& file, const Limits& limits);

@@ -86,67 +86,6 @@ std::int64_t least_pnm_bytes(int type, std::int64_t width, std::int64_t height, 
   }
 }
 
-/** A number of so many bytes, the most significant first; 0 beyond the end of the file. */
-std::int64_t number_at(const Bytes& file, std::size_t at, std::size_t bytes) {
-  if (at > file.size() || bytes > file.size() - at) return 0;
-  std::int64_t number = 0;
-  for (std::size_t i = 0; i < bytes; ++i) number = number << 8 | file[at + i];
-  return number;
-}
-
-/** Where the code stream of a JPEG 2000 file begins, which the decoder goes by; the end of the file if nowhere. */
-std::size_t code_stream_of(const Bytes& file) {
-  constexpr std::int64_t kCodeStream = 0x6a703263;  // "jp2c"
-  constexpr std::size_t kHead = 8;
-  constexpr std::size_t kLongHead = 16;
-  for (std::size_t at = 0; at + kHead < file.size();) {
-    const bool is_long = number_at(file, at, 4) == 1;
-    const std::size_t head = is_long ? kLongHead : kHead;
-    if (number_at(file, at + 4, 4) == kCodeStream) return at + head;
-    const auto length = static_cast<std::size_t>(is_long ? number_at(file, at + 12, 4) : number_at(file, at, 4));
-    if (length < head || length > file.size() - at) break;
-    at += length;
-  }
-  return file.size();
-}
-
-/**
- * Judges what the code stream says of itself: the boxes before it may say anything else. The decoder takes four bytes a
- * sample, and notes so much of every tile before it has seen any.
- */
-void check_code_stream(const Bytes& file, const Limits& limits) {
-  constexpr std::int64_t kStart = 0xff4fff51;
-  constexpr std::int64_t kMostTiles = 65535;
-  constexpr std::int64_t kBytesOfSample = 4;
-  constexpr std::int64_t kBytesOfTile = 9000;
-  constexpr std::int64_t kBytesOfTileSample = 1200;
-  const std::size_t at = code_stream_of(file);
-  struct Side {
-    std::int64_t end, first, tile, first_tile;
-  };
-  const auto side = [&](std::size_t place) {
-    const auto word = [&](std::size_t n) { return number_at(file, at + place + 8 * n, 4); };
-    return Side{word(0), word(1), word(2), word(3)};
-  };
-  const auto is_whole = [](const Side& s) {
-    return s.first < s.end && s.first_tile <= s.first && s.first_tile + s.tile > s.first;
-  };
-  const auto tiles_along = [](const Side& s) { return (s.end - s.first_tile + s.tile - 1) / s.tile; };
-  const Side x = side(8);
-  const Side y = side(12);
-  const std::int64_t samples = number_at(file, at + 40, 2);
-  if (number_at(file, at, 4) != kStart || !is_whole(x) || !is_whole(y) || samples == 0) {
-    refuse_damaged(Format::kJpeg2000);
-  }
-  const std::int64_t width = x.end - x.first;
-  const std::int64_t height = y.end - y.first;
-  check_size(width, height, static_cast<int>(8 * kBytesOfSample * samples), limits);
-  const std::int64_t tiles = tiles_along(x) * tiles_along(y);
-  if (tiles > kMostTiles) refuse_damaged(Format::kJpeg2000);
-  const std::int64_t notes = tiles * (kBytesOfTile + kBytesOfTileSample * samples) / (width * height);
-  check_size(width, height, static_cast<int>(8 * (kBytesOfSample * samples + notes)), limits);
-}
-
 /** Reads the picture as Leptonica has it. */
 PixPtr decoded(Format format, const Bytes& file, const ForeignCode& foreign) {
   PixPtr pix(pixReadMem(file.data(), file.size()));
@@ -204,22 +143,6 @@ Picture read_pnm(const Bytes& file, const Limits& limits) {
   if (pixGetDepth(pix.get()) == 16 && is_binary_gray_pnm(file) && exchanges_bytes_of_gray_pnm()) {
     exchange_bytes(pix.get());
   }
-  Picture picture;
-  picture.image = bitmap_of(std::move(pix));
-  picture.sample_bits = bits;
-  return picture;
-}
-
-Picture read_jpeg2000(const Bytes& file, const Limits& limits) {
-  const ForeignCode foreign(Large::kCrashes);
-  l_int32 bits = 0;
-  if (readHeaderMemJp2k(file.data(), file.size(), nullptr, nullptr, &bits, nullptr, nullptr) != 0) {
-    refuse_damaged(Format::kJpeg2000);
-  }
-  check_code_stream(file, limits);
-  PixPtr pix(pixReadMemJp2k(file.data(), file.size(), 1, nullptr, 0, 0));
-  if (!pix) refuse_damaged(Format::kJpeg2000);
-  pixSetResolution(pix.get(), 0, 0);
   Picture picture;
   picture.image = bitmap_of(std::move(pix));
   picture.sample_bits = bits;

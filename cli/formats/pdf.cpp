@@ -21,6 +21,13 @@ namespace {
 /** A page has no pixels of its own; this is what cards are scanned with. */
 constexpr int kDotsPerInch = 300;
 
+/** What drawing takes at most: without pixels, for each of them, and for each sample of an image. */
+constexpr std::int64_t kBytesAside = 64 * Budget::kMega;
+constexpr std::int64_t kBytesOfPixel = 40;
+constexpr std::int64_t kBytesOfSample = 12;
+
+std::int64_t bytes_to_open(const Bytes& file) { return kBytesAside + 8 * static_cast<std::int64_t>(file.size()); }
+
 /** Fonts and settings are the whole process's. */
 std::mutex poppler_mutex;
 
@@ -37,12 +44,15 @@ std::unique_ptr<poppler::document> open_pdf(const Bytes& file) {
 }  // namespace
 
 int count_pdf_pages(const Bytes& file) {
+  const Budget budget(bytes_to_open(file), Limits().megabytes);
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(poppler_mutex);
   return open_pdf(file)->pages();
 }
 
 Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
+  Budget budget(bytes_to_open(file), limits.megabytes);
+  budget.allow(kBytesOfSample * check_pdf_page(file, page, limits));
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(poppler_mutex);
   const std::unique_ptr<poppler::document> document = open_pdf(file);
@@ -56,8 +66,10 @@ Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   const auto pixels = [](double points) {
     return static_cast<std::int64_t>(std::ceil(std::min(points, 1e9) * kDotsPerInch / kPoints));
   };
-  check_size(pixels(size.width()), pixels(size.height()), 32, limits);
-  check_images_of_pdf_page(file, page, limits);
+  const std::int64_t width = pixels(size.width());
+  const std::int64_t height = pixels(size.height());
+  check_size(width, height, 32, limits);
+  budget.allow(kBytesOfPixel * width * height);
   poppler::page_renderer renderer;
   renderer.set_image_format(poppler::image::format_rgb24);
   renderer.set_render_hint(poppler::page_renderer::antialiasing);

@@ -1,9 +1,7 @@
 // What qpdf has of its older interface is not wanted.
 #define POINTERHOLDER_TRANSITION 4
 #include <algorithm>
-#include <exception>
 #include <memory>
-#include <new>
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -14,7 +12,6 @@
 #include <string>
 #include <string_view>
 
-#include "failure.h"
 #include "formats/codecs.h"
 #include "memory.h"
 
@@ -92,61 +89,7 @@ void add_page(QPDF& document, PdfPage& page) {
   QPDFPageDocumentHelper(document).addPage(QPDFPageObjectHelper(document.makeIndirectObject(sheet)), false);
 }
 
-/** How many samples a pixel has; three where it is not plain. */
-int samples_of(QPDFObjectHandle space) {
-  const std::string name = space.isName() ? space.getName() : "";
-  if (name == "/DeviceGray") return 1;
-  if (name == "/DeviceCMYK") return 4;
-  if (!space.isArray() || space.getArrayNItems() < 2 || !space.getArrayItem(0).isName()) return 3;
-  const std::string kind = space.getArrayItem(0).getName();
-  if (kind == "/Indexed" || kind == "/CalGray" || kind == "/Separation") return 1;
-  QPDFObjectHandle profile = space.getArrayItem(1);
-  QPDFObjectHandle samples =
-      kind == "/ICCBased" && profile.isStream() ? profile.getDict().getKey("/N") : QPDFObjectHandle::newNull();
-  return samples.isInteger() ? std::clamp(samples.getIntValueAsInt(), 1, 4) : 3;
-}
-
-/** Judges what the dictionary of an image says of it. */
-void check_dictionary(QPDFObjectHandle image, const Limits& limits) {
-  const auto number = [&](const char* key, long long otherwise) {
-    QPDFObjectHandle value = image.getKey(key);
-    return value.isInteger() ? value.getIntValue() : otherwise;
-  };
-  QPDFObjectHandle mask = image.getKey("/ImageMask");
-  const bool stencil = mask.isBool() && mask.getBoolValue();
-  const int bits = stencil ? 1 : static_cast<int>(std::clamp(number("/BitsPerComponent", 8), 1LL, 16LL));
-  check_size(number("/Width", 0), number("/Height", 0), stencil ? 1 : bits * samples_of(image.getKey("/ColorSpace")),
-             limits);
-}
-
 }  // namespace
-
-void check_images_of_pdf_page(const Bytes& file, int page, const Limits& limits) {
-  const ForeignCode foreign(Large::kCrashes);
-  const auto check_image = [&](QPDFObjectHandle image) {
-    for (const char* key : {"/SMask", "/Mask"}) {
-      QPDFObjectHandle mask = image.getDict().getKey(key);
-      if (mask.isStream()) check_dictionary(mask.getDict(), limits);
-    }
-    check_dictionary(image.getDict(), limits);
-  };
-  try {
-    QPDF document;
-    document.setSuppressWarnings(true);
-    document.processMemoryFile("", reinterpret_cast<const char*>(file.data()), file.size());
-    const auto& pages = document.getAllPages();
-    if (page < 1 || static_cast<std::size_t>(page) > pages.size()) return;
-    QPDFPageObjectHelper(pages[static_cast<std::size_t>(page) - 1])
-        .forEachImage(true,
-                      [&](QPDFObjectHandle& image, QPDFObjectHandle&, const std::string&) { check_image(image); });
-  } catch (const Failure&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception&) {
-    // What qpdf cannot make out may still be drawn.
-  }
-}
 
 PdfPage page_of(const Bitmap& image, const Metadata& metadata, const Encoding& encoding) {
   PdfPage page;

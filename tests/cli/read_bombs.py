@@ -1,0 +1,183 @@
+"""Small files of the formats that are only read, which ask for far more memory or time than there is.
+
+Each has a name that tells what is too large, and the end of what is said of it.
+"""
+
+import io
+import struct
+import zlib
+
+from PIL import Image
+
+from test_read_only_formats import HEIC
+
+SIDE = 30000
+ZEROS = zlib.compress(bytes(4 << 20), 9)
+
+
+PIXELS = "are more than 300 megapixels (--most-megapixels allows more)"
+BYTES = "bits a pixel take more than 500 megabytes (--most-megabytes allows more)"
+WORK = "to draw the page takes the work of more than 500 megabytes (--most-megabytes allows more)"
+MEMORY = "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)"
+DAMAGED = "data is truncated or damaged"
+
+
+def bombs():
+    yield "head.jp2", PIXELS, jpeg2000((SIDE, SIDE))
+    yield "below.jp2", PIXELS, jpeg2000((SIDE, SIDE), told=(64, 64))  # in the code stream alone
+    yield "most.jp2", PIXELS, jpeg2000((0xFFFFFFFF, 0xFFFFFFFF))
+    yield "tiles.jp2", BYTES, jpeg2000((4000, 4000), tile=(16, 16))
+    yield "precincts.jp2", BYTES, jpeg2000((6000, 6000), precincts=True)
+    yield "samples.jp2", "more than four samples a pixel", jpeg2000((4000, 4000), samples=16384)
+    yield "size.heic", PIXELS, heic(told=(SIDE, SIDE))
+    yield "grid.heic", PIXELS, heic(grid=grid(SIDE, SIDE))
+    yield "outside-grid.heic", PIXELS, heic(grid=grid(SIDE, SIDE), outside=True)
+    yield "long-grid.heic", PIXELS, heic(grid=grid(SIDE, SIDE, long=True), outside=True)
+    yield "wide-grid.heic", DAMAGED, heic(grid=grid(17000, 48))
+    yield "tiles.heic", DAMAGED, heic(grid=grid(64, 48, rows=256, columns=256))
+    yield "overlay.heic", PIXELS, heic(grid=overlay(SIDE, SIDE), kind=b"iovl", outside=True)
+    yield "nested.heic", "put together from such as are so themselves", heic(part=2)
+    yield "coded.heic", MEMORY, heic(coded=8192)
+    yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
+    yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
+    yield "bits.pdf", PIXELS, pdf(image=(4 * SIDE, SIDE, 1, b"/DeviceGray"))
+    yield "deep.pdf", BYTES, pdf(image=(9000, 9000, 16, b"/DeviceCMYK"))
+    yield "often.pdf", WORK, pdf(drawing=b"q /X0 Do Q " * 1000, image=(4000, 4000, 8, b"/DeviceGray"))
+    yield "inline.pdf", WORK, pdf(drawing=b"BI /W 30000 /H 30000 /BPC 8 /CS /G ID " + bytes(99) + b" EI")
+    yield "long.pdf", WORK, pdf(drawing=blanks(60), filter=b"/Filter /FlateDecode")
+    yield "nested.pdf", WORK, pdf(forms=10)
+    yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
+
+
+def jpeg2000(size, told=None, tile=None, samples=None, precincts=False):
+    """The file says one size, its code stream another."""
+    buffer = io.BytesIO()
+    options = {"precinct_size": (64, 64), "codeblock_size": (4, 4), "num_resolutions": 2} if precincts else {}
+    Image.new("RGB", (64, 64), (90, 120, 200)).save(buffer, "JPEG2000", **options)
+    file = bytearray(buffer.getvalue())
+    head = file.index(b"ihdr") + 4
+    file[head : head + 8] = struct.pack(">II", *reversed(told or size))
+    stream = file.index(b"\xff\x4f\xff\x51") + 8
+    file[stream : stream + 8] = struct.pack(">II", *size)
+    file[stream + 16 : stream + 24] = struct.pack(">II", *(tile or size))
+    if precincts:
+        sizes = file.index(b"\xff\x52") + 14
+        file[sizes : sizes + 2] = b"\x00\x11"  # of one sample in the smallest form, of two by two in the next
+    if samples:
+        marker = stream - 4
+        length = struct.unpack(">H", file[marker : marker + 2])[0]
+        file[marker : marker + length] = (
+            struct.pack(">H", 38 + 3 * samples) + file[marker + 2 : marker + 36] + struct.pack(">H", samples) + b"\7\1\1" * samples
+        )
+    return bytes(file)
+
+
+def grid(width, height, rows=1, columns=1, long=False):
+    return struct.pack(">BBBBII" if long else ">BBBBHH", 0, int(long), rows - 1, columns - 1, width, height)
+
+
+def overlay(width, height):
+    return struct.pack(">BB8xIIii", 0, 1, width, height, 0, 0)
+
+
+def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, coded=None):
+    """The file says one size, how it is put together from its tile another, and the tile a third."""
+    file = bytearray(HEIC)
+    place = file.rindex(b"ispe") + 8
+    file[place : place + 8] = struct.pack(">II", *told)
+    place = file.index(b"grid")
+    file[place : place + 4] = kind
+    place = file.index(b"dimg") + 8
+    file[place : place + 2] = struct.pack(">H", part)
+    if outside:
+        place = file.index(b"iloc") + 12 + 20  # behind the first item
+        file[place + 2 : place + 20] = struct.pack(">HHIHII", 0, 0, len(file) + 8, 1, 0, len(grid))
+        file += struct.pack(">I", 8 + len(grid)) + b"mdat" + grid
+    else:
+        place = file.index(b"idat") + 4
+        file[place : place + 8] = grid
+    if coded:
+        enlarge_tile(file, coded)
+    return bytes(file)
+
+
+def enlarge_tile(file, side):
+    """Another size in the parameters of the tile's sequence of pictures, which are as long as they were."""
+    place = file.index(b"\x42\x01\x01\x03")  # its kind, its number of layers, its profile
+    length = struct.unpack(">H", file[place - 2 : place])[0]
+    raw = bytes(file[place : place + length])
+    plain = raw.replace(b"\0\0\3", b"\0\0")
+    bits = "".join(f"{byte:08b}" for byte in plain)
+    before = 16 + 8 + 96 + 1 + 3  # and the numbers of this set and of the form of its colours: 1 and 010
+    end = before + 2 * 13
+    assert bits[before - 4 : end] == "1010" + "0000001000001" * 2, bits[before - 4 : end]
+    number = f"{side + 1:b}"
+    changed = bits[:before] + 2 * ("0" * (len(number) - 1) + number) + bits[end:]
+    changed += "0" * (-len(changed) % 8)
+    packed = bytes(int(changed[i : i + 8], 2) for i in range(0, len(changed), 8))
+    stuffed = bytearray()
+    for byte in packed:
+        if stuffed[-2:] == b"\0\0" and byte <= 3:
+            stuffed.append(3)
+        stuffed.append(byte)
+    longer = len(stuffed) - length
+    file[place - 2 : place + length] = struct.pack(">H", len(stuffed)) + stuffed
+    for box in (b"meta", b"iprp", b"ipco", b"hvcC"):
+        start = file.index(box) - 4
+        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
+    for item in (0, 2):  # the places of the tile and of the metadata behind
+        place = file.index(b"iloc") + 12 + 20 * item + 6
+        old = struct.unpack(">I", file[place : place + 4])[0]
+        file[place : place + 4] = struct.pack(">I", old + longer)
+
+
+def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0):
+    """A page, the image that it shows, and forms of which each draws the next ten times, the last one the image."""
+    head = b"/Type /XObject /Subtype /Image /Width %d /Height %d /BitsPerComponent %d /ColorSpace %s /Filter /FlateDecode" % image
+    names = b" ".join(b"/X%d %d 0 R" % (i, 5 + i) for i in range(forms + 1))
+    resources = b"/Resources << /XObject << %s >> >>" % names
+    form = b"/Type /XObject /Subtype /Form /BBox [0 0 99 99] " + resources
+    if forms:
+        drawing = b"/X%d Do " % forms
+    objects = [
+        b"<< /Type /Catalog /Pages 2 0 R >>",
+        b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
+        b"<< /Type /Page /Parent 2 0 R /MediaBox [%s] /Contents 4 0 R %s >>" % (box, resources),
+        stream(filter, drawing),
+        stream(head, ZEROS),
+        *(stream(form, b"/X%d Do " % i * 10) for i in range(forms)),
+    ]
+    file, table = b"%PDF-1.4\n", b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
+    for number, content in enumerate(objects, 1):
+        table += b"%010d 00000 n \n" % len(file)
+        file += b"%d 0 obj %s endobj\n" % (number, content)
+    return file + table + b"trailer << /Size %d /Root 1 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, len(file))
+
+
+def stream(dictionary, data):
+    return b"<< %s /Length %d >> stream\n%s\nendstream" % (dictionary, len(data), data)
+
+
+def blanks(megabytes, before=b""):
+    """Compressed; what this process takes counts for the tool that it starts."""
+    packer = zlib.compressobj(1)
+    megabyte = b" " * (1 << 20)
+    return packer.compress(before) + b"".join(packer.compress(megabyte) for _ in range(megabytes)) + packer.flush()
+
+
+def pdf_of_hidden_objects():
+    """The objects are in a compressed stream, whose blanks are far longer than they are."""
+    hidden = b"1 0 2 40 " + b"<< /Type /Catalog /Pages 2 0 R >>".ljust(40) + b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>"
+    objects = {
+        3: b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] >>",
+        4: stream(b"/Type /ObjStm /N 2 /First 9 /Filter /FlateDecode", blanks(200, hidden)),
+    }
+    file, places = b"%PDF-1.5\n", {}
+    for number, content in objects.items():
+        places[number] = len(file)
+        file += b"%d 0 obj %s endobj\n" % (number, content)
+    places[5] = len(file)
+    rows = [(0, 0, 0), (2, 4, 0), (2, 4, 1), *((1, places[number], 0) for number in (3, 4, 5))]
+    table = b"".join(struct.pack(">BIH", *row) for row in rows)
+    file += b"5 0 obj %s endobj\n" % stream(b"/Type /XRef /Size 6 /W [1 4 2] /Root 1 0 R", table)
+    return file + b"startxref\n%d\n%%%%EOF\n" % places[5]
