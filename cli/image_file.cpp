@@ -56,7 +56,32 @@ Format format_of_content(const Bytes& file) {
   throw Failure(std::string("not an image (") + kFormatNames + ")");
 }
 
+/** Whether the libraries for it were there when this was built. */
+bool is_read(Format format) {
+  switch (format) {
+#ifndef VANTREL_WITH_GIF
+    case Format::kGif:
+      return false;
+#endif
+#ifndef VANTREL_WITH_JPEG2000
+    case Format::kJpeg2000:
+      return false;
+#endif
+#ifndef VANTREL_WITH_HEIF
+    case Format::kHeif:
+      return false;
+#endif
+#ifndef VANTREL_WITH_PDF
+    case Format::kPdf:
+      return false;
+#endif
+    default:
+      return true;
+  }
+}
+
 Picture read_picture(const Bytes& file, Format format, int page, const Limits& limits) {
+  if (!is_read(format)) refuse_format(format);
   switch (format) {
     case Format::kTiff:
       return read_tiff(file, page, limits);

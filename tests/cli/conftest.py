@@ -60,9 +60,9 @@ class Result:
 def tool(tmp_path_factory):
     log = tmp_path_factory.mktemp("sanitizer") / "log"
 
-    def run(*arguments, ok=None, **options):
+    def run(*arguments, ok=None, path=TOOL, **options):
         process = subprocess.run(
-            [TOOL, *map(str, arguments)],
+            [path, *map(str, arguments)],
             capture_output=True,
             timeout=120,
             env=tool_environment(log),

@@ -2,6 +2,7 @@
 
 import base64
 import io
+import os
 import struct
 
 import numpy as np
@@ -111,3 +112,16 @@ def test_a_gif_of_a_huge_screen_is_refused(read, tool, tmp_path):
     (tmp_path / "in.gif").write_bytes(file)
     read(saved("GIF"), "GIF")
     tool("crop", tmp_path / "in.gif", "--rect", "0,0,9,9", "-o", tmp_path / "b.png").fails_with("megapixels", "allows more")
+
+
+@pytest.mark.parametrize("name, format", [("GIF", "GIF"), ("JPEG 2000", "JPEG2000"), ("HEIC", "HEIC"), ("PDF", "PDF")])
+def test_a_build_without_the_libraries_names_the_format(tool, tmp_path, name, format):
+    (tmp_path / "other").write_bytes(HEIC if format == "HEIC" else saved(format))
+    (tmp_path / "in.png").write_bytes(saved("PNG"))
+    for pages in ((), ("--page", "2"), ("--page", "all")):
+        result = tool("clip", tmp_path / "other", "--detect-only", *pages, path=os.environ["VANTREL_PLAIN_TOOL"])
+        result.fails_with(f"{tmp_path / 'other'}: {name} is not read by this build")
+    arguments = ("crop", tmp_path / "in.png", tmp_path / "other", "--rect", "0,0,9,9", "-o", tmp_path / "out")
+    result = tool(*arguments, path=os.environ["VANTREL_PLAIN_TOOL"])
+    assert result.code == 1 and f"other: {name} is not read by this build" in result.err
+    assert [path.name for path in (tmp_path / "out").iterdir()] == ["in.png"]
