@@ -15,7 +15,7 @@ constexpr double kLeastMarks = 0.002; /**< of the place; less is dust */
 constexpr double kMostMarks = 0.5;
 constexpr double kLeastSpread = 0.2; /**< of the place's width and height */
 constexpr double kEdge = 0.03;       /**< so wide, as a share of the place's width, its edges are */
-constexpr double kMostOnEdge = 0.4;  /**< the density of marks on the edges by that of the place */
+constexpr double kMostOnEdge = 0.1;  /**< the density of marks on the edges by that of the place */
 
 vantrel_rect on_copy(const vantrel_rect& place, const GrayCopy& copy) {
   const int n = copy.times;

@@ -1,6 +1,7 @@
 #include "split_cards.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "library.h"
 #include "print_evidence.h"
@@ -35,21 +36,37 @@ bool are_same(const SheetCard& marks, const vantrel_quad& borders) {
   return holds(r, middle_of(borders)) || holds(borders, {(r.left + r.right) / 2.0, (r.top + r.bottom) / 2.0});
 }
 
-/** Whether all corners of a card lie on a place, or nearly: cutting the place out then cuts hardly anything off. */
-bool lies_on(const vantrel_quad& q, const vantrel_rect& place) {
-  constexpr double kSlack = 0.12;
-  const int slack = static_cast<int>(kSlack * (place.right - place.left));
-  const vantrel_rect wide = {place.left - slack, place.top - slack, place.right + slack, place.bottom + slack};
-  return holds(wide, q.top_left) && holds(wide, q.top_right) && holds(wide, q.bottom_right) &&
-         holds(wide, q.bottom_left);
+/** Whether a place is as large as the cards that the segmentation looks for; what the frame cuts off is not. */
+bool has_card_size(const vantrel_rect& place, const Bitmap& scan) {
+  constexpr double kWidth = 3.55;  // inches
+  constexpr double kHeight = 2.2;
+  constexpr double kLeast = 0.9;
+  constexpr double kMost = 1.15;  // a card askew takes a little more
+  const double dpi = scan.view().dpi;
+  const auto fits = [&](int pixels, double inches) {
+    return pixels >= kLeast * inches * dpi && pixels <= kMost * inches * dpi;
+  };
+  return fits(place.right - place.left, kWidth) && fits(place.bottom - place.top, kHeight);
 }
 
+/** Whether the corners of a card are those of a place, as nearly as the segmentation sees a card askew. */
+bool is_card_of(const vantrel_rect& place, const vantrel_quad& q) {
+  constexpr double kSlack = 0.12;
+  const double slack = kSlack * (place.right - place.left);
+  const auto near = [&](const vantrel_point& p, int x, int y) {
+    return std::abs(p.x - x) <= slack && std::abs(p.y - y) <= slack;
+  };
+  return near(q.top_left, place.left, place.top) && near(q.top_right, place.right, place.top) &&
+         near(q.bottom_right, place.right, place.bottom) && near(q.bottom_left, place.left, place.bottom);
+}
+
+/** Whether a card lies on a place: its borders do, or nothing contradicts the print on it. */
 bool is_evident(const SheetCard& marks, const CardSearch& anywhere, const GrayCopy& copy) {
   if (marks.seen.straightened != 0) return true;
   bool contradicted = false;
   for (const FoundCard& found : anywhere.cards) {
     if (!found.claimed() || !are_same(marks, found.card.corners)) continue;
-    if (lies_on(found.card.corners, marks.seen.place)) return true;
+    if (is_card_of(marks.seen.place, found.card.corners)) return true;
     contradicted = contradicted || found.judgement.certainty >= Certainty::kLikely;
   }
   return !contradicted && has_print(copy, marks.seen.place);
@@ -69,7 +86,8 @@ Json json_of_split(const SplitCards& found, bool cut) {
 
 std::string words_of_left_out(int places) {
   if (places == 0) return "";
-  return ", " + std::to_string(places) + (places == 1 ? " place" : " places") + " without print or a border left out";
+  return ", " + std::to_string(places) + (places == 1 ? " place" : " places") +
+         " left out, whose size, print or borders are not a card's";
 }
 
 /** The cards by their borders, each straightened. */
@@ -128,8 +146,9 @@ CardSearch look_anywhere(const SplitRequest& request, const Bitmap& scan) {
 int keep_evident(Sheet& sheet, const CardSearch& anywhere, const Bitmap& scan) {
   if (sheet.cards.empty()) return 0;
   const GrayCopy copy = gray_copy(scan, kPrintCopySide);
-  const auto rest = std::remove_if(sheet.cards.begin(), sheet.cards.end(),
-                                   [&](const SheetCard& marks) { return !is_evident(marks, anywhere, copy); });
+  const auto rest = std::remove_if(sheet.cards.begin(), sheet.cards.end(), [&](const SheetCard& marks) {
+    return !has_card_size(marks.seen.place, scan) || !is_evident(marks, anywhere, copy);
+  });
   const auto dropped = static_cast<int>(sheet.cards.end() - rest);
   sheet.cards.erase(rest, sheet.cards.end());
   return dropped;
@@ -173,10 +192,11 @@ Finding sheet_finding(const SplitCards& found, const SplitRequest& request, cons
   finding.certainty = Certainty::kDoubtful;
   finding.confidence = 0;
   const bool only_dropped = sheet.cards.empty() && found.without_evidence > 0;
-  finding.message = only_dropped          ? "no card with print or a border"
+  const char* const by_marks = sheet.cards.size() == 1 ? " by its marks" : " by their marks";
+  finding.message = only_dropped          ? "there are marks, but by their size, print or borders not those of a card"
                     : sheet.cards.empty() ? reason_without_cards(sheet, scan)
-                                          : count_of(sheet.cards.size()) + " by their marks, whose sides are not seen";
-  finding.message += words_of_left_out(found.without_evidence);
+                                          : count_of(sheet.cards.size()) + by_marks + ", whose sides are not seen" +
+                                                words_of_left_out(found.without_evidence);
   if (!finding.found && found.anywhere.blank) finding.message = words_of(found.anywhere);
   if (!finding.found)
     finding.advice = found.anywhere.blank ? "" : advice_for(only_dropped ? VANTREL_REASON_NO_MARKS : sheet.reason);

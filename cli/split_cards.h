@@ -28,7 +28,10 @@ struct SplitCards {
   bool by_marks = false; /**< whether it is the sheet that counts */
 };
 
-/** Drops the places of a sheet on which there is neither print nor a card's border. Returns how many. */
+/**
+ * Drops the places of a sheet that are not as large as its cards, on which there is neither print nor a card's border,
+ * or where the borders found anywhere are those of another card. Returns how many.
+ */
 int keep_evident(Sheet& sheet, const CardSearch& anywhere, const Bitmap& scan);
 
 /**

@@ -10,6 +10,7 @@
 #include "memory.h"
 #include "rectangle.h"
 #include "sheet.h"
+#include "split_cards.h"
 
 namespace tool {
 namespace {
@@ -54,6 +55,7 @@ class Detection {
 
   void look_for_sheet_cards(const Bitmap& scan) {
     sheet_ = find_sheet_cards(scan, {});
+    keep_evident(sheet_, *anywhere_, scan);
     json_["sheet"] = json_of(sheet_);
   }
 

@@ -170,3 +170,28 @@ def test_split_never_overwrites(tool, tmp_path):
 @pytest.mark.parametrize("out", ["-", "card.png"])
 def test_split_needs_a_folder(tool, scan, tmp_path, out):
     tool("split", scan, "-o", out, cwd=tmp_path).fails_with("-o", code=2)
+
+
+# What is no sheet of cards.
+
+NO_CARDS = ("marks, but by their size, print or borders not those of a card", "(try vantrel auto, or --dpi")
+
+
+@pytest.mark.parametrize("name", ["a4-white", "dark-on-gray", "free-sheet", "photograph", "portrait", "receipt-in-corner", "wood"])
+def test_marks_on_a_scan_of_another_kind_are_no_cards(tool, tmp_path, name):
+    """At 300 dpi, as is alleged, no card fits where the marks are."""
+    path = SAMPLES / "anywhere" / f"{name}.jpg"
+    tool("split", path, "-o", tmp_path, "--method", "sheet", "--dpi", 300).fails_with(*NO_CARDS)
+    assert list(tmp_path.iterdir()) == []
+
+
+def test_borders_within_a_place_contradict_it(tool, tmp_path):
+    """There is room for a card of the sheet's size around a smaller one, but its borders are seen."""
+    random = np.random.default_rng(1)
+    page = np.clip(random.normal(238, 2, (900, 1400)), 0, 255).astype(np.uint8)
+    page[300:630, 400:900] = 90
+    page[360:380, 450:800] = page[420:440, 450:700] = page[560:580, 600:860] = 20
+    path = scans.save(page, tmp_path / "page.png")
+    tool("split", path, "-o", tmp_path, "--method", "sheet").fails_with(*NO_CARDS)
+    report = tool("split", path, "--detect-only", "--json", ok=True).json[0]
+    assert (report["method"], len(report["cards"])) == ("anywhere", 1)
