@@ -39,17 +39,22 @@ int end_of_parsing(const CLI::App& parser, const CLI::ParseError& error) {
   return kWrongUsage;
 }
 
+void add_version(CLI::App& parser) {
+  parser.set_version_flag("-V,--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
+}
+
 /** What the command line asks for: parsed and done. Throws what the commands throw. */
 int parse_and_run(int argc, char** argv) {
   CLI::App parser("Find business cards on scans, straighten and cut them out", "vantrel");
   parser.formatter(std::make_shared<tool::HelpText>());
   parser.footer("The manual, man vantrel, tells the rest.");
-  parser.set_version_flag("-V,--version", std::string("vantrel ") + vantrel_version(), "Print the version and end");
+  add_version(parser);
   parser.set_help_flag("-h,--help", "Print this help and end");
   parser.require_subcommand(1);
   const std::vector<tool::Command> commands = {
       tool::add_auto(parser),    tool::add_clip(parser), tool::add_cut(parser),   tool::add_split(parser),
       tool::add_enlarge(parser), tool::add_crop(parser), tool::add_detect(parser)};
+  for (const tool::Command& command : commands) add_version(*command.parser);
   try {
     std::vector<std::string> arguments = tool::meant_arguments(parser, {argv + 1, argv + argc});
     std::reverse(arguments.begin(), arguments.end());  // as the parser takes them

@@ -96,18 +96,28 @@ std::string retold(const std::string& said) {
   return said;
 }
 
-}  // namespace
-
-std::string nearest(const std::string& word, const std::vector<std::string>& names) {
-  const auto least = std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
-    return distance(word, a) < distance(word, b);
-  });
-  if (least == names.end()) return "";
-  const std::size_t most = std::max<std::size_t>(1, least->size() / 3);
-  return distance(word, *least) <= most ? *least : "";
+/** The parser takes `--json=3` for `--json`, and "=card.png" for the file of `-o=card.png`; who types that means
+ * neither. */
+void check_values(const CLI::App& command, const std::vector<std::string>& words) {
+  const std::string see = " (see vantrel " + command.get_name() + " --help)";
+  for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
+    const std::size_t equals = words[i].find('=');
+    const std::string name = words[i].substr(0, equals);
+    if (name.size() < 2 || name.front() != '-') continue;
+    const CLI::Option* option = command.get_option_no_throw(name);
+    if (option == nullptr) continue;
+    const bool is_flag = option->get_items_expected_max() == 0;
+    if (equals == std::string::npos) {
+      i += is_flag ? 0 : 1;  // a value may look like an option
+    } else if (is_flag) {
+      throw WrongUsage(name + " takes no value" + see);
+    } else if (name[1] != '-') {
+      throw WrongUsage(name + " takes its value without '='" + see);
+    }
+  }
 }
 
-std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vector<std::string>& given) {
+std::vector<std::string> with_subcommand(const CLI::App& parser, const std::vector<std::string>& given) {
   if (given.empty() || asks_for_tool(given.front())) return given;
   const std::vector<std::string> names = subcommands_of(parser);
   const auto is_subcommand = [&](const std::string& word) {
@@ -125,6 +135,25 @@ std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vect
   }
   std::vector<std::string> meant = {"auto"};
   meant.insert(meant.end(), given.begin(), given.end());
+  return meant;
+}
+
+}  // namespace
+
+std::string nearest(const std::string& word, const std::vector<std::string>& names) {
+  const auto least = std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+    return distance(word, a) < distance(word, b);
+  });
+  if (least == names.end()) return "";
+  const std::size_t most = std::max<std::size_t>(1, least->size() / 3);
+  return distance(word, *least) <= most ? *least : "";
+}
+
+std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vector<std::string>& given) {
+  std::vector<std::string> meant = with_subcommand(parser, given);
+  if (!meant.empty() && meant.front().front() != '-') {
+    check_values(*parser.get_subcommand_ptr(meant.front()), {meant.begin() + 1, meant.end()});
+  }
   return meant;
 }
 

@@ -32,6 +32,35 @@ def test_version(tool):
     assert result.text == f"vantrel {os.environ['VANTREL_VERSION']}\n" and result.err == ""
 
 
+@pytest.mark.parametrize("option", ["-V", "--version"])
+def test_each_subcommand_tells_the_version(tool, option):
+    told = tool("--version", ok=True).text
+    for words in [(), *((name,) for name in subcommands(tool)), ("scan.png", "-o", "card.png"), ("-q",)]:
+        result = tool(*words, option, ok=True)
+        assert (result.text, result.err) == (told, ""), words
+
+
+def test_flags_take_no_value(tool, scan, tmp_path):
+    """Neither what would be true nor what would be false is taken for the flag."""
+    flag = re.compile(r"^  (?:-\w,)?(--[\w-]+)(?!.*[ ,](?:N|X|OUT|FILE|FOLDER|FORMAT|L,T,R,B|\S+\|\S+)(?: |$)) ", re.M)
+    for name in subcommands(tool):
+        flags = flag.findall(tool(name, "--help", ok=True).text)
+        assert {"--json", "--recursive", "--help", "--version"} <= set(flags)
+        for option in flags:
+            for value in ("3", "false", "true", ""):
+                told = f"{option} takes no value (see vantrel {name} --help)"
+                tool(name, scan, f"{option}={value}").fails_with(told, code=2)
+    tool(scan, "-q=1", "--detect-only").fails_with("-q takes no value (see vantrel auto --help)", code=2)
+    # What follows an option is its value, whatever it looks like.
+    tool("clip", scan, "-o", "--json=3.png", "--dry-run", ok=True, cwd=tmp_path)
+
+
+def test_short_options_take_their_values_without_a_sign(tool, scan, tmp_path):
+    tool("clip", scan, "-o=card.png", cwd=tmp_path).fails_with("-o takes its value without '='", code=2)
+    tool("clip", scan, "-ocard.png", ok=True, cwd=tmp_path)
+    assert sorted(path.name for path in tmp_path.iterdir()) == ["card.png", "scan.png"]
+
+
 def test_help_lists_every_subcommand(tool):
     names = subcommands(tool)
     assert "clip" in names
