@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "fuzz/check.h"
@@ -157,7 +158,7 @@ struct Search {
 void dense_votes(Random& random) {
   using namespace vantrel::lines;
   static const DegreeTables tables;
-  const int rows = random.pick(8, 70), cols = random.pick(8, 70);
+  const int rows = random.pick(8, 70), cols = random.one_in(4) ? random.pick(71, 400) : random.pick(8, 70);
   const Bytes gray = any_bytes(random, size_of(rows * cols));
   EdgeMaps maps({gray.data(), rows, cols, cols});
   if (!maps.ready()) return;
@@ -182,6 +183,32 @@ void dense_votes(Random& random) {
     }
   });
   kernels = chosen;
+}
+
+void loose_rows(Random& random) {
+  using namespace vantrel::lines;
+  const int steps = random.pick(0, 4), slices = random.pick(1, kLooseSlices);
+  const std::size_t count = size_of(steps * kLooseStep);
+  Bytes points = any_bytes(random, count + kLooseBytes - 1);
+  for (unsigned char& point : points) point = point & 1 ? 255 : 0;
+  Bytes held = any_bytes(random, count + size_of(slices));
+  for (unsigned char& byte : held) byte %= kMostLooseParts + 1;
+  const auto run = [&](const Form& form) {
+    std::array<Bytes, kPieces> rows;
+    std::array<unsigned char*, kPieces> to;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      rows[i].resize(count);
+      to[i] = rows[i].data();
+    }
+    form.lines.spread(points.data() - kFirstLoose, steps, to.data());
+    LooseRows shifted{held.data(), {}, slices};
+    for (int i = 0; i < slices; ++i) shifted.offsets[i] = i;
+    std::vector<int> sums(count, 7);
+    form.lines.add_rows(shifted, 0, steps, sums.data());
+    return std::pair(rows, sums);
+  };
+  const auto wanted = run(kPlain);
+  for_each_other_form([&](const Form& form) { FUZZ_CHECK(run(form) == wanted); });
 }
 
 void count_distances(Random& random) {
@@ -288,8 +315,8 @@ void warp(Random& random) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-  constexpr std::array kKernels = {gray_row, any_far,     find_foreground, mark_row, vote,
-                                   warp,     count_below, mean_lines,      warp,     count_distances};
+  constexpr std::array kKernels = {gray_row, any_far,     find_foreground, mark_row,   vote,
+                                   warp,     count_below, mean_lines,      loose_rows, count_distances};
   Random random(data, size);
   // It takes as long as hundreds of the others.
   if (random.one_in(64)) {
