@@ -92,7 +92,8 @@ inline constexpr int kLooseStep = 64;
 
 /** A row of each of some slices, from where the line that passes slice 0 behind byte 0 passes it. */
 struct LooseRows {
-  const unsigned char* rows[kLooseSlices];
+  const unsigned char* bytes;
+  int offsets[kLooseSlices]; /**< of the rows, in bytes */
   int slices;
 };
 

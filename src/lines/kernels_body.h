@@ -288,7 +288,7 @@ inline void add_bytes(const LooseRows& rows, int from, int* sums) {
   for (int i = 0; i < rows.slices; ++i) {
     for (int v = 0; v < kVectors; ++v) {
       Bytes row;
-      __builtin_memcpy(&row, rows.rows[i] + from + v * kBytes, kBytes);
+      __builtin_memcpy(&row, rows.bytes + rows.offsets[i] + from + v * kBytes, kBytes);
       totals[v] += row;
     }
   }

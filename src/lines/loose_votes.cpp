@@ -26,7 +26,12 @@ constexpr int passed_by(int steps) { return steps * kLooseStep + kMostShift; }
 constexpr int kMargin = 64;
 
 constexpr int whole(std::int64_t position) { return static_cast<int>(position >> 32); }
-constexpr int piece(std::int64_t position) { return static_cast<int>((position & 0xffffffff) * kPieces >> 32); }
+
+/**
+ * Among slices that are added at once, places are known to so many bits of a byte. What they are off by is less than
+ * what weights are rounded up by.
+ */
+constexpr int kPlaceBits = 16;
 
 }  // namespace
 
@@ -44,7 +49,7 @@ void plain::spread(const unsigned char* points, int steps, unsigned char* const*
 
 void plain::add_rows(const LooseRows& rows, int from, int steps, int* sums) {
   for (int at = from; at < from + steps * kLooseStep; ++at) {
-    for (int i = 0; i < rows.slices; ++i) sums[at] += rows.rows[i][at];
+    for (int i = 0; i < rows.slices; ++i) sums[at] += rows.bytes[rows.offsets[i] + at];
   }
 }
 
@@ -104,12 +109,19 @@ void LooseVotes::spread_slices(const PointMap& points, const Tile& tile) {
 
 void LooseVotes::add_slices(const Tile& tile, std::size_t angle) {
   const Lines& lines = lines_[angle];
-  LooseRows rows{{}, tile.slices.size()};
-  std::int64_t position = lines.slope * tile.slices.first;
-  const int least = std::min(whole(position), whole(position + lines.slope * (rows.slices - 1)));
-  for (int i = 0; i < rows.slices; ++i, position += lines.slope) {
-    rows.rows[i] = row(i, piece(position)) + kMargin + whole(position);
+  const std::int64_t position = lines.slope * tile.slices.first;
+  const auto place = static_cast<int>((position & 0xffffffff) >> (32 - kPlaceBits));
+  const auto slope = static_cast<int>(lines.slope >> (32 - kPlaceBits));
+  const auto width = static_cast<int>(width_);
+  LooseRows rows{rows_.get() + kMargin + whole(position), {}, tile.slices.size()};
+  for (int i = 0; i < kLooseSlices; ++i) {
+    const int at = place + i * slope;
+    static_assert(kPieces == 2);
+    const int second_half = -(at >> (kPlaceBits - 1) & 1);
+    rows.offsets[i] = i * kPieces * width + (second_half & width) + (at >> kPlaceBits);
   }
+  const int last = place + (rows.slices - 1) * slope;
+  const int least = whole(position) + std::min(0, last >> kPlaceBits);
   int* const sums = sums_.get() + static_cast<std::ptrdiff_t>(angle * stride_) - lines.first;
   for (const Span& bytes : tile.all()) {
     kernels->add_rows(rows, bytes.first - kBefore - least, steps_for(bytes.size()), sums);
