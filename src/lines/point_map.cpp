@@ -1,9 +1,8 @@
 #include "lines/point_map.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
-#include <span>
+#include <iterator>
 
 namespace vantrel::lines {
 namespace {
@@ -43,8 +42,8 @@ void transpose(Tile& tile) {
   for (int i = 0; i < 3; ++i) {
     Tile mixed;
     for (int k = 0; k < kHalf; ++k) {
-      mixed[2 * k] = tile[k];
-      mixed[2 * k + 1] = tile[k + kHalf];
+      mixed.bytes[2 * k] = tile.bytes[k];
+      mixed.bytes[2 * k + 1] = tile.bytes[k + kHalf];
     }
     tile = mixed;
   }
@@ -84,7 +83,7 @@ void PointMap::copy_tiles(const image::ConstPixels& directions, const Rect& from
     const int cols = std::min(kTile, from.cols.end - col);
     for (int r = 0; r < from.rows.size(); ++r) {
       const unsigned char* row = directions.row(from.rows.first + r) + col;
-      for (int c = 0; c < cols; ++c) tile[r * kTile + c] = row[c] == value ? 255 : 0;
+      for (int c = 0; c < cols; ++c) tile.bytes[r * kTile + c] = row[c] == value ? 255 : 0;
     }
     const int down = from.rows.first - area_.rows.first, right = col - area_.cols.first;
     if (slices_are_rows_) {
@@ -97,9 +96,9 @@ void PointMap::copy_tiles(const image::ConstPixels& directions, const Rect& from
 }
 
 void PointMap::put_tile(const Tile& tile, int first_slice, int first_byte) {
-  if (std::all_of(tile.begin(), tile.end(), [](unsigned char byte) { return byte == 0; })) return;
+  if (std::all_of(std::begin(tile.bytes), std::end(tile.bytes), [](unsigned char byte) { return byte == 0; })) return;
   unsigned char* slice = bytes_.get() + kMargin + first_slice * stride_ + first_byte;
-  for (int i = 0; i < kTile; ++i, slice += stride_) std::memcpy(slice, tile.data() + i * kTile, kTile);
+  for (int i = 0; i < kTile; ++i, slice += stride_) std::memcpy(slice, tile.bytes + i * kTile, kTile);
   int* tiles = tiles_.get() + std::ptrdiff_t{first_slice / kBlock} * (tiles_across_ + 1);
   tiles[first_byte / kTile + 1] = 1;
 }

@@ -5,7 +5,6 @@
 #ifndef VANTREL_LINES_POINT_MAP_H
 #define VANTREL_LINES_POINT_MAP_H
 
-#include <array>
 #include <cstddef>
 
 #include "geometry/span.h"
@@ -61,7 +60,9 @@ class PointMap {
   }
 
  private:
-  using Tile = std::array<unsigned char, std::size_t{kTile} * kTile>;
+  struct Tile {
+    unsigned char bytes[kTile * kTile];
+  };
 
   void copy_tiles(const image::ConstPixels& directions, const geometry::Rect& from, Direction direction);
   void put_tile(const Tile& tile, int first_slice, int first_byte);
