@@ -42,10 +42,10 @@ TEST(LooseWeight, IsNoLessThanAnyVote) {
 }
 
 TEST(LooseWeight, IsLessThanAPartTooMuch) {
-  constexpr std::array<std::array<int, kLooseBytes>, kPieces> kWeights = {{{2, 11, 11, 7, 0}, {0, 7, 11, 11, 2}}};
+  constexpr int kWeights[kPieces][kLooseBytes] = {{2, 11, 11, 7, 0}, {0, 7, 11, 11, 2}};
   for (int piece = 0; piece < kPieces; ++piece) {
     for (int i = 0; i < kLooseBytes; ++i) {
-      EXPECT_EQ(loose_weight(piece, kFirstLoose + i), kWeights.at(piece).at(i)) << piece;
+      EXPECT_EQ(loose_weight(piece, kFirstLoose + i), kWeights[piece][i]) << piece;
     }
   }
   EXPECT_EQ(kMostLooseParts, 14);
