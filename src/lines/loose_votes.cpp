@@ -67,7 +67,7 @@ LooseVotes::LooseVotes(const PointMap& points, std::span<const Slant> slants)
     lines_[i] = {slope, -std::max(reached, 0) - kBefore};
     most = std::max(most, std::abs(reached));
   }
-  stride_ = static_cast<std::size_t>((steps_for(points.across().size() + PointMap::kTile + most) + 1) * kLooseStep);
+  stride_ = static_cast<std::size_t>(steps_for(points.across().size() + PointMap::kTile + most) + 1) * kLooseStep;
   sums_ = image::WorkArray<int>(stride_ * slants.size(), image::Fill::kZero);
   if (!ready()) return;
   for (int from = 0; from < slices; from += kLooseSlices) {
