@@ -179,8 +179,9 @@ DarkLine dark_line(const SideProfiles& profiles, const Evidence& evidence, const
     const double here = beside.departure(i, beside[ground]);
     const double next = beside.departure(i - 1, beside[ground]);
     if (here >= before && here > next && here > kPartOfFlank * steepest) {
+      // Below 0, as the place before is no steeper and the next one less steep.
       const double bend = before - 2.0 * here + next;
-      const double between = bend < 0.0 ? std::clamp((before - next) / (2.0 * bend), -0.5, 0.5) : 0.0;
+      const double between = std::clamp((before - next) / (2.0 * bend), -0.5, 0.5);
       const double shift = i + 0.5 - between;
       if (shift > -kLeastWidth) return none;
       if (best_near(evidence, outer, shift).evidence >= kPartOfEvidence * outer.evidence)

@@ -133,7 +133,7 @@ double middle_of(const SideProfiles& profiles, const BorderSignal& signal, std::
       weights += weight;
       moments += weight * (i + 0.5);
     }
-    if (!(weights > 0.0)) return sample;
+    // There is some weight: first beside the sample, which has a slope, then as a mean has one of its values near it.
     at = moments / weights;
   }
   return at;
@@ -145,7 +145,7 @@ OffsetLine in_pixels(const SideProfiles& profiles, const SampleLine& line) {
   const double last = profiles.along[static_cast<std::size_t>(profiles.places - 1)];
   const double begin = (line.begin - profiles.centre) * profiles.step;
   const double end = (line.end - profiles.centre) * profiles.step;
-  const double slope = last > first ? (end - begin) / (last - first) : 0.0;
+  const double slope = (end - begin) / (last - first);
   return {begin - slope * first, slope};
 }
 
@@ -321,7 +321,7 @@ double share_on_course(const SideProfiles& profiles, const BorderSignal& signal,
     shown += count > 0 && shows_border(sums, way, kLeastSlope * count) ? 1 : 0;
   }
   // What the frame cuts off shows neither that there is a border nor that there is none.
-  return profiles.places > 0 ? shown / std::max<double>(judged, kLeastJudged * profiles.places) : 0.0;
+  return shown / std::max<double>(judged, kLeastJudged * profiles.places);
 }
 
 double contrast_at(const SideProfiles& profiles, const BorderCourse& course) {

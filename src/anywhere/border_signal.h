@@ -1,6 +1,8 @@
 /**
  * @file border_signal.h
  * @brief The profiles of a side in the one mixture of lightness and colour in which its border shows.
+ *
+ * A side has two places at least here.
  */
 #ifndef VANTREL_ANYWHERE_BORDER_SIGNAL_H
 #define VANTREL_ANYWHERE_BORDER_SIGNAL_H

@@ -36,8 +36,9 @@ class Crossings {
         Cell& cell = cells_[i * count_ + j];
         cell.valid = false;
         if (between(lines.lines[i].direction, lines.lines[j].direction) < kLeastAdjacent) continue;
-        Point at;
-        if (!intersect(lines.lines[i].line, lines.lines[j].line, at)) continue;
+        // As they do so far from parallel.
+        Point at{};
+        intersect(lines.lines[i].line, lines.lines[j].line, at);
         cell.valid = at.x >= -beside && at.y >= -above && at.x <= cols + beside && at.y <= rows + above;
         cell.at = at;
         cell.place = lines.lines[i].place(at);
@@ -77,10 +78,10 @@ class Pool {
   explicit Pool(std::size_t size) : items_(size) {}
 
   bool ready() const { return items_.ready(); }
+  /** What is to be added has to be more plausible than this. */
   double least() const { return count_ < items_.size() ? -1e9 : items_[0].plausibility; }
   void add(const Candidate& candidate) {
     if (count_ == items_.size()) {
-      if (candidate.plausibility <= items_[0].plausibility) return;
       std::pop_heap(items_.get(), items_.get() + count_, more_plausible);
       --count_;
     }

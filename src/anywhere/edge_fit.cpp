@@ -213,8 +213,9 @@ bool least_within(const std::array<double, kPlaces>& misfits, double& place, dou
   if (best == kPlaces || best == 0 || best + 1 == kPlaces) return false;
   const double before = misfits[best - 1], here = misfits[best], after = misfits[best + 1];
   if (before < 0.0 || after < 0.0) return false;
+  // Above 0, as the first of the least is less than what comes before it.
   const double bend = before - 2.0 * here + after;
-  place = static_cast<double>(best) + (bend > 0.0 ? (before - after) / (2.0 * bend) : 0.0);
+  place = static_cast<double>(best) + (before - after) / (2.0 * bend);
   least = here;
   return true;
 }
@@ -239,7 +240,7 @@ EdgeFit fit_with(const Target& target, std::size_t blur) {
 EdgeFits fit_edge(const SideProfiles& profiles, const BorderCourse& course, double cosine) {
   EdgeFits fits{};
   std::array<Levels, kPlanes> mean;
-  if (profiles.step != 1 || !mean_profile(profiles, course, cosine, mean)) return fits;
+  if (!mean_profile(profiles, course, cosine, mean)) return fits;
   const Target target = target_of(mean);
   for (std::size_t blur = 0; blur < kBlurs; ++blur) fits[blur] = fit_with(target, blur);
   return fits;

@@ -30,7 +30,8 @@ using EdgeFits = std::array<EdgeFit, kBlurs>;
 /**
  * Fits an edge to the mean profile around a course, once for each blur.
  *
- * @param cosine of the side that was sampled.
+ * @param profiles of samples of one pixel.
+ * @param cosine   of the side that was sampled.
  *
  * A shadow is darkest at the card's edge, and the middle of the flank that both make is not the edge. So the profile is
  * explained as a step and, if that is much better, a step with a shadow outside it: the ground's own colour, darkened

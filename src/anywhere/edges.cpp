@@ -127,7 +127,7 @@ int edge_threshold(std::span<const Gradient> gradients) {
 
 Edges find_edges(const Copy& copy, std::span<const Gradient> gradients) {
   Edges edges;
-  // A ridge has no ridge before and behind it, so that they are at most every second pixel.
+  // A ridge has no ridge before and behind it: hardly every second pixel is one, and further ones are dropped.
   const std::size_t most = copy.size() / 2 + 1;
   WorkArray<Edge> found(most);
   if (!found.ready()) {

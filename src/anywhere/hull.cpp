@@ -10,6 +10,7 @@ Point point(int x, int y) { return {static_cast<double>(x), static_cast<double>(
 /** The corner that lies farthest along a direction, from `from` on around the hull. */
 std::size_t advance(std::span<const Point> hull, std::size_t from, Point direction) {
   const std::size_t count = hull.size();
+  // Never: around what has an area the way turns back.
   for (std::size_t turns = 0; turns < count; ++turns) {
     const std::size_t next = (from + 1) % count;
     if (dot(hull[next] - hull[from], direction) < 0) break;
@@ -49,16 +50,15 @@ bool Hull::without_side(std::size_t side, Point& corner, double& added) const {
   const Point before = from - corners_[(side + count_ - 1) % count_];
   const Point after = to - corners_[(side + 2) % count_];
   const double turn = cross(before, after);
-  const double along = cross(to - from, after);
-  // Clockwise corners: the neighbours meet outside just where these two have the same sign.
-  if (!(turn < 0 && along < 0)) return false;
-  corner = from + before * (along / turn);
+  // Clockwise corners: the neighbours meet beyond the side where they turn by less than a half-turn.
+  if (!(turn < 0)) return false;
+  corner = from + before * (cross(to - from, after) / turn);
   added = std::abs(cross(to - from, corner - from)) / 2;
   return true;
 }
 
-bool Hull::remove_cheapest_side() {
-  std::size_t cheapest = count_;
+void Hull::remove_cheapest_side() {
+  std::size_t cheapest = 0;
   double least = std::numeric_limits<double>::max();
   Point corner{};
   for (std::size_t side = 0; side < count_; ++side) {
@@ -69,31 +69,28 @@ bool Hull::remove_cheapest_side() {
     cheapest = side;
     corner = meeting;
   }
-  if (cheapest == count_) return false;
   corners_[cheapest] = corner;
   for (std::size_t i = (cheapest + 1) % count_; i + 1 < count_; ++i) corners_[i] = corners_[i + 1];
   --count_;
-  return true;
 }
 
-bool Hull::reduce_to_quad(Quad& quad) {
-  if (count_ < 4) return false;
-  while (count_ > 4)
-    if (!remove_cheapest_side()) return false;
+Quad Hull::reduce_to_quad() {
+  // Around a polygon one turns once: of more than four sides the neighbours of some turn by less than half of that.
+  while (count_ > 4) remove_cheapest_side();
+  Quad quad;
   for (std::size_t i = 0; i < 4; ++i) quad.corners[i] = corners_[i];
-  return true;
+  return quad;
 }
 
-bool smallest_rectangle(std::span<const Point> hull, Quad& quad) {
+Quad smallest_rectangle(std::span<const Point> hull) {
+  Quad quad;
   double least = std::numeric_limits<double>::max();
   std::size_t right = 0;
   std::size_t far = 0;
   std::size_t left = 0;
   for (std::size_t i = 0; i < hull.size(); ++i) {
     const Point along = hull[(i + 1) % hull.size()] - hull[i];
-    const double size = length(along);
-    if (size == 0.0) continue;
-    const Point unit = along * (1 / size);
+    const Point unit = along * (1 / length(along));
     const Point inward = {-unit.y, unit.x};
     right = advance(hull, i == 0 ? 1 % hull.size() : right, unit);
     far = advance(hull, i == 0 ? right : far, inward);
@@ -101,13 +98,13 @@ bool smallest_rectangle(std::span<const Point> hull, Quad& quad) {
     const double from = dot(hull[left] - hull[i], unit);
     const double to = dot(hull[right] - hull[i], unit);
     const double depth = dot(hull[far] - hull[i], inward);
-    if (!((to - from) * depth > 0 && (to - from) * depth < least)) continue;
+    if (!((to - from) * depth < least)) continue;
     least = (to - from) * depth;
     const Point first = hull[i] + unit * from;
     const Point second = hull[i] + unit * to;
     quad.corners = {first, second, second + inward * depth, first + inward * depth};
   }
-  return least < std::numeric_limits<double>::max();
+  return quad;
 }
 
 }  // namespace vantrel::anywhere

@@ -14,7 +14,7 @@
 
 namespace vantrel::anywhere {
 
-/** A convex polygon; its corners run clockwise as one sees them. */
+/** A convex polygon; its corners run clockwise as one sees them. Around pixels they are four at least. */
 class Hull {
  public:
   /** Room for the hull of any region of a map with so many rows. */
@@ -27,21 +27,21 @@ class Hull {
 
   /**
    * Takes side after side away, each time that which adds least area when its neighbours are prolonged (D. Dori and
-   * M. Ben-Bassat, 1983), until four are left. False if that cannot be.
+   * M. Ben-Bassat, 1983), until four are left.
    */
-  bool reduce_to_quad(Quad& quad);
+  Quad reduce_to_quad();
 
  private:
   void add(Point corner, std::size_t chain_start);
-  bool remove_cheapest_side();
+  void remove_cheapest_side();
   bool without_side(std::size_t side, Point& corner, double& added) const;
 
   image::WorkArray<Point> corners_;
   std::size_t count_ = 0;
 };
 
-/** The smallest rectangle around a hull, by rotating calipers (G. Toussaint, 1983). False for a hull without area. */
-bool smallest_rectangle(std::span<const Point> hull, Quad& quad);
+/** The smallest rectangle around a hull that has an area, by rotating calipers (G. Toussaint, 1983). */
+Quad smallest_rectangle(std::span<const Point> hull);
 
 }  // namespace vantrel::anywhere
 

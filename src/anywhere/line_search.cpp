@@ -62,7 +62,7 @@ int evidence_of(float square) {
 
 /** The sum along a line that runs from one sample to another, both in 65536ths. */
 int sum_along(const Evidence& evidence, std::int32_t begin, std::int32_t end) {
-  const std::int32_t step = evidence.places > 1 ? (end - begin) / (evidence.places - 1) : 0;
+  const std::int32_t step = (end - begin) / (evidence.places - 1);
   std::int32_t at = begin + 32768;
   int sum = 0;
   for (int place = 0; place < evidence.places; ++place, at += step)
@@ -72,7 +72,7 @@ int sum_along(const Evidence& evidence, std::int32_t begin, std::int32_t end) {
 
 /** The same, between the samples. */
 double sum_between(const Evidence& evidence, double begin, double end) {
-  const double step = evidence.places > 1 ? (end - begin) / (evidence.places - 1) : 0.0;
+  const double step = (end - begin) / (evidence.places - 1);
   double sum = 0.0;
   for (int place = 0; place < evidence.places; ++place) {
     const double at = begin + step * place;

@@ -1,6 +1,8 @@
 /**
  * @file line_search.h
  * @brief The straight line across the profiles of a side along which most of them show a border.
+ *
+ * A side has two places at least here.
  */
 #ifndef VANTREL_ANYWHERE_LINE_SEARCH_H
 #define VANTREL_ANYWHERE_LINE_SEARCH_H
@@ -48,7 +50,7 @@ struct SampleLine {
 
 /** The place of a profile's sample on the line. */
 inline double sample_at(const SampleLine& line, int place, int places) {
-  return places > 1 ? line.begin + (line.end - line.begin) * place / (places - 1) : line.begin;
+  return line.begin + (line.end - line.begin) * place / (places - 1);
 }
 
 /** The mean evidence along a line, as a part of the most that there can be; 0 outside the profiles. */

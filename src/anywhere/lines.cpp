@@ -22,8 +22,8 @@ constexpr int kClosedGap = 3;
 constexpr int kLeastRun = 6;
 
 SupportedLine supported(const NormalLine& line) {
-  // The normal points down, so that places along the line count from -rows on.
-  const bool up = line.normal.y < 0.0 || (line.normal.y == 0.0 && line.normal.x < 0.0);
+  // The normal points down, so that places along the line count from -rows on; a level one points to the right already.
+  const bool up = line.normal.y < 0.0;
   SupportedLine result;
   result.line = up ? NormalLine{line.normal * -1.0, -line.offset} : line;
   result.way = {result.line.normal.y, -result.line.normal.x};
@@ -86,17 +86,14 @@ class Taken {
   explicit Taken(const Edges& edges) : edges_(edges), marks_(edges.count, image::Fill::kZero) {}
 
   bool ready() const { return marks_.ready(); }
-  /** Takes the edges on a line; returns how many were new. */
-  int take(const SupportedLine& line, double reach, Vote& vote) {
-    int count = 0;
+  /** Takes the edges on a line. */
+  void take(const SupportedLine& line, double reach, Vote& vote) {
     edges_.for_each_near(line.direction, kTurn, [&](const Edge& edge) {
       bool& mark = marks_[static_cast<std::size_t>(&edge - edges_.places.get())];
       if (mark || !lies_on(edge, line, reach)) return;
       mark = true;
-      ++count;
       vote.remove(edge, edges_.threshold);
     });
-    return count;
   }
 
  private:
@@ -131,7 +128,7 @@ Lines find_lines(const Edges& edges, int rows, int cols) {
   Taken taken(edges);
   if (!lines.support.ready() || !vote.ready() || !taken.ready()) return lines;
   for (const Edge& edge : edges.all()) vote.add(edge, edges.threshold);
-  // A peak that gives no new line takes its votes with it, so this ends; the bound is for pictures full of noise.
+  // A peak takes its voters with it, two at least, so this ends; the bound is for pictures full of noise.
   for (int tries = 0; lines.count < kMostEdgeLines && tries < 2 * kMostEdgeLines; ++tries) {
     const geometry::Peak<int> peak = vote.peak();
     if (peak.votes < kLeastSupport * 2 * Vote::kReach) break;
@@ -140,7 +137,8 @@ Lines find_lines(const Edges& edges, int rows, int cols) {
     SupportedLine line = voted;
     if (!refit(edges, kRoughReach, line) || !refit(edges, kFineReach, line)) line = voted;
     // Also what voted for the peak and is not near the fitted line: it would only vote for the same again.
-    if (taken.take(line, kFineReach, vote) + taken.take(voted, 1.0, vote) < 2) continue;
+    taken.take(line, kFineReach, vote);
+    taken.take(voted, 1.0, vote);
     lines.lines[static_cast<std::size_t>(lines.count)] = line;
     measure_support(edges, line, lines.count, lines.support);
     if (lines.support.of(lines.count).back() >= kLeastSupport) ++lines.count;

@@ -75,11 +75,8 @@ void Builder::add_region(const Region& region) {
   const int box_side = std::max(outline_.right() - outline_.left(), outline_.bottom() - outline_.top());
   if (box_side < kShortestSide) return;
   hull_.enclose(outline_);
-  Quad rectangle;
-  const bool is_rectangle = smallest_rectangle(hull_.corners(), rectangle);
-  Quad quad;
-  const double score = hull_.reduce_to_quad(quad) ? add_quad(quad) : 0.0;
-  if (score < kGoodScore && is_rectangle) add_quad(rectangle);
+  const Quad rectangle = smallest_rectangle(hull_.corners());
+  if (add_quad(hull_.reduce_to_quad()) < kGoodScore) add_quad(rectangle);
 }
 
 void Builder::add(const Relief& relief, const Thresholds& thresholds) {

@@ -49,6 +49,7 @@ void measure_rivals(std::span<const Finalist> finalists, const Relations& relati
     const Finalist& other = finalists[i];
     best = std::max(best, other.first_score);
     const double better = better_by(other, one);
+    // Never: these are all relations.
     switch (relations.of(i, at)) {
       case Relation::kAround:
         around = std::max(around, better);

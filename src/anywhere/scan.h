@@ -46,6 +46,7 @@ struct BilevelPixels {
  */
 template <class Function>
 auto with_pixels(Layout layout, Function function) {
+  // Never: these are all layouts.
   switch (layout) {
     case Layout::kBgr:
       return function(ColourPixels<3, 0>{});

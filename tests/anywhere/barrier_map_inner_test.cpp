@@ -91,6 +91,7 @@ TEST(BarrierMap, SeesWhatDiffersInColourAlone) {
 
 TEST(BarrierMap, OfWhatHasNoInsideIsZero) {
   EXPECT_EQ(distances(copy_of(1, 3, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
+  EXPECT_EQ(distances(copy_of(3, 1, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
   EXPECT_EQ(distances(copy_of(0, 0, {})), std::vector<int>{});
   EXPECT_EQ(distances(copy_of(2, 2, {5, 5, 7, 6})), (std::vector<int>{0, 0, 0, 0}));
 }

@@ -64,6 +64,19 @@ TEST(DarkLineBeside, IsNoneWhereTheCardIsNoLighterThanTheLine) {
   EXPECT_EQ(dark_line_of(row_of({110, 0, 0}, {100, 0, 0}, {150, 0, 0})).width, 0.0);
 }
 
+/** A line that darkens inward, by little from sample to sample, as far as to where the card begins. */
+Row darkening_row(std::size_t begin) {
+  Row row;
+  for (std::size_t i = 0; i < row.size(); ++i)
+    row[i] = {i < begin ? 220.0F : i < 14 ? 100.0F + 2.0F * static_cast<float>(i - begin) : 150.0F, 0, 0};
+  return row;
+}
+
+TEST(DarkLineBeside, IsNoneThatIsWiderThanTenSamples) {
+  EXPECT_NEAR(dark_line_of(darkening_row(5)).width, 9.0, 0.05);
+  EXPECT_EQ(dark_line_of(darkening_row(1)).width, 0.0);
+}
+
 DarkLine dark(double width, double level, bool soft) { return {{}, width, level, soft}; }
 
 TEST(Rim, IsAlikeAllAroundAndSteeperOutside) {

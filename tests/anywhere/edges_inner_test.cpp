@@ -152,6 +152,28 @@ TEST(Edges, AreSortedByDirectionFromTheTopDown) {
   }
 }
 
+/** Gradients of which three of four pixels have a greatest one: level, upright and level again, above a faint one. */
+Edges edges_of_checks(int rows, int cols) {
+  Copy copy;
+  copy.rows = rows;
+  copy.cols = cols;
+  std::vector<Gradient> gradients;
+  for (int row = 0; row < rows; ++row) {
+    for (int col = 0; col < cols; ++col) {
+      const bool even_row = row % 2 == 0, even_col = col % 2 == 0;
+      const std::int16_t size = even_row && even_col ? 4000 : even_row || even_col ? 3000 : 1000;
+      gradients.push_back(
+          {even_col ? size : std::int16_t{0}, even_col ? std::int16_t{0} : size, static_cast<std::uint16_t>(size)});
+    }
+  }
+  return find_edges(copy, gradients);
+}
+
+TEST(Edges, AreKeptOfHalfThePixelsAndNoMore) {
+  EXPECT_EQ(edges_of_checks(12, 12).count, 48U);   // of the 8 x 8 inner ones
+  EXPECT_EQ(edges_of_checks(40, 44).count, 881U);  // of 1080 among 1760 pixels
+}
+
 TEST(Edges, AreAtLeastAsStrongAsTheThreshold) {
   support::SlantedCard card;
   card.noise = 30;

@@ -52,6 +52,22 @@ TEST(FindAnywhere, FindsACrispTiltedCard) {
   }
 }
 
+TEST(FindAnywhere, FindsNoMoreThanSixtyFourCards) {
+  // Nine times eight cards of 40 x 26 pixels.
+  constexpr int kRows = 340, kCols = 515;
+  std::vector<unsigned char> bytes(kRows * kCols, 60);
+  for (std::size_t row = 15; row < 335; ++row)
+    for (std::size_t col = 15; col < 510; ++col)
+      if ((row - 15) % 40 < 26 && (col - 15) % 55 < 40) bytes[row * kCols + col] = 235;
+  const Answer found({{bytes.data(), kRows, kCols, kCols}, Layout::kGray});
+  ASSERT_TRUE(found.ready());
+  EXPECT_EQ(found.count(), 64);
+  for (std::size_t i = 0; i < 64; ++i) {
+    EXPECT_NEAR(std::abs(area(found[i].card.quad)), 40 * 26, 20);
+    EXPECT_GT(found[i].card.confidence, 0.9);
+  }
+}
+
 TEST(FindAnywhere, FindsACardOnALargeScan) {
   SlantedCard card;
   card.width = 1400;

@@ -207,6 +207,15 @@ TEST(Support, OfFewPixelsMakesNoLine) {
   EXPECT_EQ(find_lines(edges_along(run(30, '.') + run(12, '#')), 100, 140).edge_lines(), 1);
 }
 
+TEST(Support, BeginsAndEndsWithTheEdgesThemselvesAtTheFrameToo) {
+  // All the way down a column: the three cells before its first pixel are no gap to be closed.
+  std::vector<Edge> places;
+  for (int row = 0; row < 60; ++row) places.push_back(edge_at(20.5, row + 0.5, 0));
+  const Lines lines = find_lines(edges_at(places, kThreshold), 60, 40);
+  ASSERT_EQ(lines.edge_lines(), 1);
+  EXPECT_EQ(lines.support.count(0, -1e4, 1e4), 60);
+}
+
 /** The marks with gaps of up to 3 closed and then runs of up to 5 dropped. */
 std::string tidied(std::string marks) {
   for (const auto& [mark, most] : {std::pair{'.', 3}, {'#', 5}}) {
@@ -250,6 +259,30 @@ TEST(Lines, OfNothingButNoiseComeToAnEnd) {
     EXPECT_NEAR(length(lines.lines[i].line.normal), 1.0, 1e-9);
     EXPECT_GE(lines.lines[i].line.normal.y, 0.0);
   }
+}
+
+TEST(Lines, AreNoneWhereEdgesLieAtOnePlace) {
+  const Edge edge = edge_at(20.25, 30.5, 77, 600);
+  EXPECT_EQ(find_lines(edges_at({edge, edge, edge}, kThreshold), 60, 80).edge_lines(), 0);
+}
+
+/** A line of 20 weak edges among heaps of 8 strong ones, each of which has more votes and makes no line. */
+Edges line_among_heaps(int heaps) {
+  support::Random random(11);
+  std::vector<Edge> places;
+  for (int i = 0; i < 20; ++i) places.push_back(edge_at(i + 0.5, 0.5, 128));
+  for (int i = 0; i < heaps; ++i) {
+    const double x = random.real(20, 480);
+    const double y = random.real(20, 380);
+    places.insert(places.end(), 8, edge_at(x, y, random.pick(0, 255), 600));
+  }
+  return edges_at(places, kThreshold);
+}
+
+TEST(Lines, AreLookedForTwoHundredAndSixtyTimes) {
+  EXPECT_EQ(find_lines(line_among_heaps(200), 400, 500).edge_lines(), 1);
+  // Heaps that lie on a line with others are looked at together; of many more some make a line.
+  EXPECT_EQ(find_lines(line_among_heaps(500), 400, 500).edge_lines(), 0);
 }
 
 TEST(Lines, NeverComeTwice) {

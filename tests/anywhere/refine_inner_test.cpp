@@ -45,6 +45,18 @@ TEST(Refine, LaysAQuadrilateralOnACleanCard) {
   }
 }
 
+TEST(Refine, LeavesSidesAloneThatLieMostlyBesideTheScan) {
+  // The left side leaves the scan a tenth of the way up, of the lower one there are the last few pixels.
+  const Quad quad{{Point{-60, 100}, Point{500, 100}, Point{12, 380}, Point{5, 380}}};
+  const Refined beside_left = refine(DrawnCard(SlantedCard{}).scan(), quad, kReach);
+  EXPECT_EQ(beside_left.shares[3], 0.0);
+  EXPECT_EQ(beside_left.contrasts[3], 0.0);
+  const Quad cut{{Point{100, 100}, Point{500, 100}, Point{12, 380}, Point{-100, 375}}};
+  const Refined beside_below = refine(DrawnCard(SlantedCard{}).scan(), cut, kReach);
+  EXPECT_EQ(beside_below.shares[2], 0.0);
+  EXPECT_EQ(beside_below.contrasts[2], 0.0);
+}
+
 TEST(Refine, IsNotFooledByNoise) {
   SlantedCard card;
   card.noise = 12;

@@ -88,6 +88,17 @@ TEST(CandidatePool, GivesTheBestWithoutNearTwins) {
   EXPECT_EQ(pool.best(std::span(quads).first(1)), 1u);
 }
 
+TEST(CandidatePool, DropsWhatItHasNoRoomFor) {
+  CandidatePool pool(1);
+  ASSERT_TRUE(pool.ready());
+  const Quad first{{Point{0, 0}, Point{20, 0}, Point{20, 20}, Point{0, 20}}};
+  pool.add(first, 0.5);
+  pool.add({{Point{0, 0}, Point{60, 0}, Point{60, 40}, Point{0, 40}}}, 1.0);
+  std::array<Quad, 2> quads;
+  ASSERT_EQ(pool.best(quads), 1U);
+  EXPECT_EQ(corners_of(quads[0]), corners_of(first));
+}
+
 TEST(CandidatePool, KeepsOnlySoManyOfOneSize) {
   CandidatePool pool(200);
   ASSERT_TRUE(pool.ready());
@@ -194,6 +205,24 @@ TEST(SideFit, LeavesStragglersOut) {
   EXPECT_FALSE(fit_line(side, {0, 10}, {24, 16}, line));
 }
 
+TEST(SideFit, FindsNoLineFromSoFarThatAllPlacesAreOne) {
+  SidePlaces side;
+  side.level = true;
+  side.count = 10;
+  for (int i = 0; i < 10; ++i) side.places[static_cast<std::size_t>(i)] = {i, 20.0};
+  NormalLine line;
+  EXPECT_TRUE(fit_line(side, {0, 20}, {10, 20}, line));
+  EXPECT_FALSE(fit_line(side, {0, 20}, {0x1p61, 20}, line));  // a step of 2^60 - 2^52 is 256
+}
+
+TEST(SideFit, OfAPointIsWorthNothing) {
+  DrawnCopy scan(40, 50, 0);
+  scan.draw({{Point{10, 10}, Point{40, 10}, Point{40, 30}, Point{10, 30}}}, 100);
+  const Point point{25, 20};
+  Quad quad{{point, point, point, point}};
+  EXPECT_EQ(fit_sides(scan.copy, outline_above(scan.copy, 50), quad).score(), 0.0);
+}
+
 TEST(SideFit, MovesAQuadOntoItsRegionAndJudgesIt) {
   DrawnCopy scan(60, 60, 0);
   const Quad card{{Point{10, 12}, Point{50, 12}, Point{50, 40}, Point{10, 40}}};
@@ -290,6 +319,7 @@ TEST(RegionCandidates, SeeACardOnASheetAcrossItsEdge) {
 TEST(RegionCandidates, AreNoneOnABareGroundOrATinyScan) {
   EXPECT_EQ(DrawnCopy(120, 140, 60).candidates().count, 0);
   EXPECT_EQ(DrawnCopy(1, 140, 60).candidates().count, 0);
+  EXPECT_EQ(DrawnCopy(120, 1, 60).candidates().count, 0);
   EXPECT_EQ(DrawnCopy(2, 2, 60).candidates().count, 0);
 }
 
