@@ -19,6 +19,7 @@ namespace {
 using anywhere::FoundCard;
 
 anywhere::Layout layout_of_pixels(vantrel_format format) {
+  // Never: a scan that was checked has one of these.
   switch (format) {
     case VANTREL_FORMAT_BGR:
       return anywhere::Layout::kBgr;

@@ -1,6 +1,8 @@
 #include "cards/dark_glass.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 
 #include "autoclip/corner_finder.h"
 #include "cards/find.h"
@@ -106,20 +108,15 @@ bool has_found_side(const CornerSearch& search) {
   return std::any_of(sides.begin(), sides.end(), [](const FoundSide& side) { return side.found; });
 }
 
+/** By the verdict of a search that had memory. */
+constexpr std::array kReasons = {VANTREL_REASON_FOUND, VANTREL_REASON_TOO_SMALL, VANTREL_REASON_DEGENERATE,
+                                 VANTREL_REASON_BLANK, VANTREL_REASON_SCAN_TOO_LARGE};
+static_assert(static_cast<std::size_t>(Verdict::kNoMemory) == kReasons.size());
+
 vantrel_reason reason_of(const CornerSearch& search) {
-  switch (search.verdict) {
-    case Verdict::kFound:
-      // Without any side the corners are those of the scan's frame.
-      return has_found_side(search) ? VANTREL_REASON_FOUND : VANTREL_REASON_NO_SIDE;
-    case Verdict::kTooSmall:
-      return VANTREL_REASON_TOO_SMALL;
-    case Verdict::kDegenerate:
-      return VANTREL_REASON_DEGENERATE;
-    case Verdict::kSideTooLong:
-      return VANTREL_REASON_SCAN_TOO_LARGE;
-    default:
-      return VANTREL_REASON_BLANK;
-  }
+  // Without any side the corners are those of the scan's frame.
+  if (search.verdict == Verdict::kFound && !has_found_side(search)) return VANTREL_REASON_NO_SIDE;
+  return kReasons[static_cast<std::size_t>(search.verdict)];
 }
 
 /** How much a search saw: a card before none, then by the sides found. */

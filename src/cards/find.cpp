@@ -10,6 +10,7 @@ namespace {
 
 // No default: of a method that is not listed here the compiler warns.
 vantrel_status find_by(vantrel_method method, const vantrel_image& scan, const Request& request, vantrel_cards& found) {
+  // Never: a request has none but these.
   switch (method) {
     case VANTREL_METHOD_DARK_GLASS:
       return find_on_dark_glass(scan, request, found);
@@ -18,9 +19,9 @@ vantrel_status find_by(vantrel_method method, const vantrel_image& scan, const R
     case VANTREL_METHOD_SHEET:
       return find_on_sheet(scan, request, found);
     case VANTREL_METHOD_ANYWHERE:
-      return find_anywhere(scan, request, found);
+      break;
   }
-  return VANTREL_OK;
+  return find_anywhere(scan, request, found);
 }
 
 /** Tries methods in turn until one finds a card. */

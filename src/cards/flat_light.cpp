@@ -11,12 +11,6 @@
 namespace vantrel::cards {
 namespace {
 
-/** Whether pixels of the scan are left in a rectangle, whose bounds may lie anywhere. */
-bool has_pixels(const vantrel_rect& rect, const vantrel_image& scan) {
-  return std::max(rect.left, 0) < std::min(rect.right, scan.width) &&
-         std::max(rect.top, 0) < std::min(rect.bottom, scan.height);
-}
-
 /** Where the finder leaves the sides that it does not find. */
 geometry::Rect default_card(bool colour, int rows, int cols) {
   if (!colour) return cardcut::default_gray_card(rows, cols);
@@ -59,11 +53,6 @@ vantrel_reason refusal(const vantrel_image& scan, int times) {
   return std::max(width, height) > kMostFinderSide ? VANTREL_REASON_SCAN_TOO_LARGE : VANTREL_REASON_FOUND;
 }
 
-vantrel_reason judge(const vantrel_flat_light& details, const vantrel_image& scan) {
-  if (count_found(details.sides) == 0) return VANTREL_REASON_NO_SIDE;
-  return has_pixels(details.rectangle, scan) ? VANTREL_REASON_FOUND : VANTREL_REASON_DEGENERATE;
-}
-
 }  // namespace
 
 vantrel_status find_on_flat_light(const vantrel_image& scan, const Request& request, vantrel_cards& found) {
@@ -84,8 +73,13 @@ vantrel_status find_on_flat_light(const vantrel_image& scan, const Request& requ
   details.reduction = times;
   details.rectangle = rect_in_scan(card.rect, pixels.rows, times);
   write_sides(card, default_card(colour, pixels.rows, pixels.cols), details.sides);
-  reason = judge(details, scan);
-  if (reason == VANTREL_REASON_FOUND) add_card(found, card_of(details));
+  // Whatever is found holds pixels of the scan: the bands of opposite sides are apart, and a line crosses so much of
+  // the scan within its band that it has not left it far behind in the middle, where it is told.
+  if (count_found(details.sides) > 0) {
+    add_card(found, card_of(details));
+  } else {
+    reason = VANTREL_REASON_NO_SIDE;
+  }
   return VANTREL_OK;
 }
 

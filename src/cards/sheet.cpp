@@ -68,8 +68,6 @@ vantrel_rect surroundings(const vantrel_rect& place, const vantrel_image& scan) 
           std::min(scan.height, place.bottom + above)};
 }
 
-bool is_empty(const vantrel_rect& rect) { return rect.left >= rect.right || rect.top >= rect.bottom; }
-
 vantrel_card card_of(const Place& place) {
   vantrel_card card = VANTREL_CARD_INIT;
   card.corners = quad_of(place.rect);
@@ -81,8 +79,8 @@ vantrel_card card_of(const Place& place) {
 /** Looks for a card's own borders around its place; without them the card stays as it is. */
 vantrel_status straighten(const vantrel_image& scan, const Request& request, vantrel_sheet_card& details,
                           vantrel_card& card) {
+  if (scan.format == VANTREL_FORMAT_BILEVEL) return VANTREL_OK;
   const vantrel_rect part = surroundings(details.place, scan);
-  if (scan.format == VANTREL_FORMAT_BILEVEL || is_empty(part)) return VANTREL_OK;
   details.searched = part;
   vantrel_image around = part_of(scan, part);
   DarkGlass search;

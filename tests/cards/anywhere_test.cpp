@@ -116,6 +116,22 @@ TEST(Anywhere, TellsOfCardsInOneLineFromTheLeft) {
   expect_card(cards[1], right);
 }
 
+TEST(Anywhere, TellsOfCardsAboveEachOtherBesideATallOneFromTheTop) {
+  const Only options(VANTREL_METHOD_ANYWHERE);
+  const Corners tall = {30, 20, 250, 20, 30, 350, 250, 350};
+  const Corners upper = {290, 170, 460, 170, 290, 250, 460, 250};
+  const Corners lower = {290, 280, 460, 280, 290, 360, 460, 360};
+  const Memory memory = cards_on(60, {lower, upper, tall}, VANTREL_FORMAT_GRAY, Rows::kFromTop, 500, 400);
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 3u);
+  expect_card(cards[0], tall);
+  expect_card(cards[1], upper);
+  expect_card(cards[2], lower);
+  // In one row, and just as far to the right.
+  EXPECT_EQ(cards[1].corners.top_left.x + cards[1].corners.bottom_right.x, 750.0);
+  EXPECT_EQ(cards[2].corners.top_left.x + cards[2].corners.bottom_right.x, 750.0);
+}
+
 TEST(Anywhere, FindsTwoCardsOnASheet) {
   const Only options(VANTREL_METHOD_ANYWHERE);
   const Memory memory = cards_on(128, {kThree[0], kThree[2]});
@@ -286,6 +302,66 @@ TEST(Surest, IsWhatDarkGlassSeesInPartWhereNothingElseIsLikely) {
   const Cards cards(memory.image());
   EXPECT_EQ(cards[0].method, VANTREL_METHOD_DARK_GLASS);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NOT_TRIED);
+}
+
+/** A gray scan of 240 x 300 whose `light` says how light each pixel is, from 0, the ground's 100, to 1, 140. */
+template <class Light>
+Memory on_flat_ground(Light light) {
+  Memory memory(240, 300, VANTREL_FORMAT_GRAY);
+  return memory.draw([&](int x, int y) {
+    const auto level = static_cast<int>(100.0 + 40.0 * std::clamp(light(x, y), 0.0, 1.0));
+    return Colour{level, level, level};
+  });
+}
+
+/** How far within a card from 20, 60 to 220, 260 a pixel lies. */
+double depth(int x, int y) { return std::min({x - 20, 219 - x, y - 60, 259 - y}); }
+
+TEST(Surest, IsAnUprightCardOnFlatGroundWithAllItsSides) {
+  const Memory memory = on_flat_ground([](int x, int y) { return (depth(x, y) + 2.5) / 5.0; });
+  const Only everywhere(VANTREL_METHOD_ANYWHERE);
+  const Cards unsure(memory.image(), &everywhere);
+  ASSERT_EQ(unsure.count(), 1u);
+  EXPECT_LT(unsure[0].confidence, 0.5);
+  const Cards cards(memory.image());
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_FLAT_LIGHT);
+  EXPECT_TRUE(has_all_sides(cards));
+}
+
+TEST(Surest, IsNotWhatFlatGroundShowsInPart) {
+  const Memory memory = on_flat_ground([](int x, int y) { return depth(x, y) + 0.5; });
+  const Only flat(VANTREL_METHOD_FLAT_LIGHT);
+  ASSERT_EQ(Cards(memory.image(), &flat).count(), 1u);
+  EXPECT_FALSE(has_all_sides(Cards(memory.image(), &flat)));
+  const Only everywhere(VANTREL_METHOD_ANYWHERE);
+  const Cards unsure(memory.image(), &everywhere);
+  const Cards cards(memory.image());
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_LT(cards[0].confidence, 0.5);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_ANYWHERE);
+  EXPECT_EQ(pictures::coordinates(cards[0].corners), pictures::coordinates(unsure[0].corners));
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_FOUND);
+}
+
+TEST(Surest, IsNothingWhereFlatGroundAloneShowsSomething) {
+  // A band across the scan: two borders.
+  const Memory memory = on_flat_ground([](int, int y) { return y >= 60 && y < 260 ? 1.0 : 0.0; });
+  const Cards cards(memory.image());
+  EXPECT_EQ(cards.count(), 0u);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_FOUND);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_ANYWHERE), VANTREL_REASON_NOTHING_LIKE_A_CARD);
+}
+
+TEST(Surest, IsAPlaceOnASheetWhereNothingElseIsSeen) {
+  const Memory memory = Memory(1150, 600, VANTREL_FORMAT_GRAY).draw([](int x, int y) {
+    const bool stroke = y >= 250 && y < 300 && x >= 300 && x < 800 && (x - 300) % 7 == 0;
+    return stroke ? Colour{0, 0, 0} : Colour{255, 255, 255};
+  });
+  const Cards cards(memory.image(300));
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(cards[0].method, VANTREL_METHOD_SHEET);
+  EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NO_SIDE);
 }
 
 TEST(Surest, IsTakenOnlyWithoutAListOfMethods) {

@@ -92,6 +92,20 @@ TEST(DarkGlass, LaysASideThatIsNotFoundOnTheFrame) {
   expect_line(left.line, 1, 0, 0.5);
 }
 
+TEST(DarkGlass, IsSureOfASideWhoseLineRunsOnBeyondTheCard) {
+  // Beside the card, from its upper border on, lies something as light.
+  const Memory memory = Memory(400, 300, VANTREL_FORMAT_GRAY).draw([](int x, int y) {
+    const bool card = x >= 30 && x < 370 && y >= 20 && y < 280;
+    return pictures::Colour{0, card || (x >= 370 && x < 395 && y >= 20 && y < 120) ? 200 : 30, 0};
+  });
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  const Cards cards(memory.image(), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  EXPECT_EQ(coordinates(cards[0].corners), (Numbers{29.5, 19.5, 369.5, 19.5, 369.5, 280.5, 29.5, 280.5}));
+  EXPECT_NEAR(details_of(cards).sides[VANTREL_SIDE_TOP].votes, 365, 1e-6);
+  EXPECT_EQ(cards[0].sides[VANTREL_SIDE_TOP].confidence, 1.0);
+}
+
 /** The reduction, and the width of what was analysed. */
 std::array<int, 2> analysed(const Memory& memory, double dpi, double analysis_dpi = 0) {
   Only options(VANTREL_METHOD_DARK_GLASS);
@@ -130,6 +144,14 @@ TEST(DarkGlass, IsSearchedOnAReducedCopyWhereThatShowsMoreSides) {
   EXPECT_EQ(sides_found(memory, 300), (std::array{4, 2}));
   EXPECT_EQ(sides_found(memory, 0), (std::array{4, 2}));    // judged by its size
   EXPECT_EQ(sides_found(memory, 200), (std::array{0, 1}));  // too coarse to be reduced
+}
+
+TEST(DarkGlass, IsSearchedOnAReducedCopyOfAScanTooLargeItself) {
+  Memory memory(32768, 50, VANTREL_FORMAT_GRAY);
+  memory.draw([](int, int) { return pictures::Colour{0, 30, 0}; });
+  EXPECT_EQ(analysed(memory, 0), (std::array{41, 799}));
+  const Only options(VANTREL_METHOD_DARK_GLASS);
+  EXPECT_EQ(Cards(memory.image(), &options).reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_BLANK);
 }
 
 TEST(DarkGlass, IsToldAsSeenOnTheScanItselfWhereNeitherShowsACard) {

@@ -66,6 +66,21 @@ TEST(FlatLight, LeavesSidesThatAreNotFoundWhereTheyLieByDefault) {
   }
 }
 
+TEST(FlatLight, GivesNoConfidenceToTheRowThatStandsInForABorderTooHighUp) {
+  // In colour a lower border above the lowest fifth, row 80, is print: row 66 takes its place.
+  const Only options(VANTREL_METHOD_FLAT_LIGHT);
+  for (const auto& [edge, bottom, confidence] : {std::array{70.0, 332.0, 0.76}, {90.0, 334.0, 0.0}}) {
+    support::Image drawn(300, 400, 24, 200);
+    support::fill(drawn, 0, 300, 0, static_cast<int>(edge), 50);
+    const Memory memory = copy_of(drawn, VANTREL_FORMAT_BGR);
+    const Cards cards(memory.image(), &options);
+    ASSERT_EQ(cards.count(), 1u);
+    EXPECT_EQ(coordinates(cards[0].corners), (Numbers{10, 29, 291, 29, 291, bottom, 10, bottom}));
+    EXPECT_EQ(found(cards[0].sides), (std::array{0, 1, 0, 0}));
+    EXPECT_NEAR(cards[0].sides[VANTREL_SIDE_BOTTOM].confidence, confidence, 1e-12);
+  }
+}
+
 TEST(FlatLight, SeesNoCardWithoutASide) {
   const Only options(VANTREL_METHOD_FLAT_LIGHT);
   // In colour a lower border that is not found lies at the lowest sixth when that is below row 50.

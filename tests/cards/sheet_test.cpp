@@ -54,6 +54,17 @@ TEST(Sheet, FindsCardsInReadingOrderInEveryOrderOfRows) {
   }
 }
 
+TEST(Sheet, GoesOnWithOneColumnWhereTheOtherEnds) {
+  const Memory memory =
+      sheet_with(2400, 2100, {{60, 240, 1125, 900}, {1260, 240, 2325, 900}, {1260, 1290, 2325, 1950}});
+  const Only options(VANTREL_METHOD_SHEET);
+  const Cards cards(memory.image(300), &options);
+  ASSERT_EQ(cards.count(), 3u);
+  EXPECT_EQ(coordinates(cards[0].corners), (Numbers{60, 242, 1123, 242, 1123, 900, 60, 900}));
+  EXPECT_EQ(coordinates(cards[1].corners), (Numbers{1260, 242, 2323, 242, 2323, 900, 1260, 900}));
+  EXPECT_EQ(coordinates(cards[2].corners), (Numbers{1260, 1292, 2323, 1292, 2323, 1950, 1260, 1950}));
+}
+
 TEST(Sheet, IsMeasuredInWholePixelsPerMetre) {
   // 360 dots per inch are 14173 pixels per metre, 359.995 dots per inch: 2.2 inches are 197 rows of a copy reduced by
   // 4, not 198.
@@ -128,6 +139,22 @@ TEST(Sheet, StraightensACardByItsOwnBorders) {
     EXPECT_GT(card.confidence, 0.5);
     EXPECT_EQ(card.method, VANTREL_METHOD_SHEET);
   }
+}
+
+TEST(Sheet, IsNotStraightenedByTwoSides) {
+  // The paper runs on to the left and to the right.
+  support::Image drawn = card_on_black(0, 8);
+  support::fill(drawn, 0, 80, 170, 830, 230);
+  support::fill(drawn, 1120, 1200, 170, 830, 230);
+  Only options(VANTREL_METHOD_SHEET);
+  options.straighten = 1;
+  const Memory memory = pictures::copy_of(drawn, VANTREL_FORMAT_GRAY);
+  const Cards cards(memory.image(300), &options);
+  ASSERT_EQ(cards.count(), 1u);
+  const vantrel_sheet_card details = details_of(cards).cards[0];
+  EXPECT_EQ(details.straightened, 0);
+  EXPECT_EQ(coordinates(cards[0].corners), coordinates(pictures::upright(details.place.left, details.place.top,
+                                                                         details.place.right, details.place.bottom)));
 }
 
 TEST(Sheet, LeavesACardWithoutBordersInItsPlace) {
