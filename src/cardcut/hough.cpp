@@ -71,8 +71,7 @@ Span HoughAccumulator::distances_of(Span band) const {
       }
     }
   }
-  const Span distances = geometry::common({least, most + 1}, {0, diagonal_ + 1});
-  return distances.empty() ? Span{} : distances;
+  return geometry::common({least, most + 1}, {0, diagonal_ + 1});
 }
 
 void HoughAccumulator::clear(Span band) {

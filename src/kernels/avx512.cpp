@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <array>
+
 #include "kernels/form.h"
 #include "kernels/target.h"
 
@@ -15,9 +18,10 @@ namespace vantrel::kernels {
 namespace {
 
 bool runs_here() {
-  return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("avx512f") != 0 &&
-         __builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("avx512dq") != 0 &&
-         __builtin_cpu_supports("avx512vl") != 0;
+  const std::array<bool, 5> has = {__builtin_cpu_supports("avx2") != 0, __builtin_cpu_supports("avx512f") != 0,
+                                   __builtin_cpu_supports("avx512bw") != 0, __builtin_cpu_supports("avx512dq") != 0,
+                                   __builtin_cpu_supports("avx512vl") != 0};
+  return std::find(has.begin(), has.end(), false) == has.end();
 }
 
 }  // namespace

@@ -68,9 +68,9 @@ void use(const Form& form) {
 
 std::span<const Form* const> forms() { return kForms; }
 
-const Form& choose(const char* name) {
+const Form& choose(const char* name, std::span<const Form* const> among) {
   const Form* best = &kPlain;
-  for (const Form* form : kForms) {
+  for (const Form* form : among) {
     if (!form->runs_here()) continue;
     best = form;
     if (name != nullptr && std::strcmp(name, form->name) == 0) break;

@@ -43,7 +43,7 @@ extern const Form kAvx512;
 std::span<const Form* const> forms();
 
 /** The form of that name if there is one that runs here, else (and for a null name) the best one that does. */
-const Form& choose(const char* name);
+const Form& choose(const char* name, std::span<const Form* const> among = forms());
 
 /** What the environment may name a form in: to test all of them on one machine. It is read once, at load. */
 inline constexpr char kEnvironmentName[] = "VANTREL_KERNELS";

@@ -55,7 +55,7 @@ bool resample(const BITMAPPTR* src, BITMAPPTR* dst, int factor, Enlarge& enlarge
   if (source.rows < 0) return false;
   const Pixels target = stream(dst->pBits, source, factor, channels);
   if (target.empty()) return true;
-  if (header.biWidth < 0 || header.biHeight < 0 || source.cols <= 0) return false;
+  if (header.biWidth < 0 || header.biHeight < 0) return false;
 
   const std::int64_t needed = (source.rows - 1) * std::int64_t{source.stride} + std::int64_t{source.cols} * channels;
   const std::int64_t available = image::pixel_bytes(header);

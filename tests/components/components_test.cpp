@@ -296,6 +296,17 @@ TEST(ExtractComponents, OfAWhiteImageIsNothing) {
   EXPECT_TRUE(list.IsEmpty());
 }
 
+TEST(ExtractComponents, DropWhatThePoolHasNoNodeFor) {
+  Image image(250, 250, 1, 0xFF);
+  for (int r = 0; r < 250; r += 2) {
+    for (int i = 0; i < 32; ++i) image.at(r, i) = 0x55;
+  }
+  List list;
+  EXPECT_EQ(Extract_Eight_Connected_Components(*image.ptr(), list), 1);
+  EXPECT_EQ(list.TotalCharacters(), 9998u);
+  EXPECT_EQ(characters(list).back(), (Component{244, 158, 244, 158, 1, 9998}));
+}
+
 TEST(ExtractComponents, TakeWidthAndHeightAsSixteenBits) {
   Image image(8, 2, 1, 0xFF);
   image.at(0, 0) = 0xFE;

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#if defined(__ELF__)
+#include "image/loading/elf_header.h"
+#endif
 #include "image/loading/exports.h"
 #include "image/loading/loaded_images.h"
 
@@ -45,6 +48,23 @@ TEST(LoaderList, MainProgramIsPassedOver) {
   EXPECT_EQ(search(kProgram, {{kProgram, "program"}, {kLibrary, "library"}}), "(null)");
   EXPECT_EQ(search(kProgram, {{kProgram, "first"}, {kProgram, "second"}}), "second");
 }
+
+#if defined(__ELF__)
+/** A segment of a file that the loader knows. */
+ElfW(Phdr) segment(unsigned type, unsigned offset, unsigned address) {
+  ElfW(Phdr) header{};
+  header.p_type = type;
+  header.p_offset = offset;
+  header.p_vaddr = address;
+  return header;
+}
+
+TEST(LoaderList, HeaderIsInTheSegmentThatBeginsWithTheFile) {
+  const std::array segments = {segment(PT_PHDR, 0, 0x10), segment(PT_LOAD, 0x1000, 0x2000), segment(PT_LOAD, 0, 0x300)};
+  EXPECT_EQ(vantrel::image::header_of(segments, 0x70000), reinterpret_cast<const void*>(0x70300));
+  EXPECT_EQ(vantrel::image::header_of(std::span(segments).first(2), 0x70000), nullptr);
+}
+#endif
 
 /** What is stored of a path, in a buffer that held something else before. */
 std::string folder_of(const char* path) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
+#include <span>
 #include <string>
 
 #include "kernels/form.h"
@@ -26,6 +28,15 @@ TEST(KernelForms, OneThatRunsHereIsChosenByItsName) {
 
 TEST(KernelForms, OneThatDoesNotRunHereIsNeverChosen) {
   for (const Form* form : forms()) EXPECT_TRUE(choose(form->name).runs_here()) << form->name;
+}
+
+TEST(KernelForms, OneForAnotherProcessorIsPassedOver) {
+  Form foreign = *forms().front();
+  foreign.name = "foreign";
+  foreign.runs_here = [] { return false; };
+  const std::array<const Form*, 3> among = {forms().front(), &foreign, forms().front()};
+  EXPECT_EQ(&choose("foreign", among), forms().front());
+  EXPECT_EQ(&choose(nullptr, std::span(among).first(2)), forms().front());
 }
 
 TEST(KernelForms, WithoutAKnownNameTheLastThatRunsIsChosen) {

@@ -9,7 +9,7 @@
 #include <mach-o/dyld.h>
 extern "C" const mach_header __dso_handle __attribute__((visibility("hidden")));
 #elif defined(__ELF__)
-#include <link.h>
+#include "image/loading/elf_header.h"
 extern "C" const ElfW(Ehdr) __ehdr_start __attribute__((visibility("hidden")));
 #endif
 
@@ -33,21 +33,11 @@ void for_each_loaded_image(Visit& visit) {
 /** Provided by the linker, like the header handle of other systems. */
 const void* own_header() { return &__ehdr_start; }
 
-/** The file header is mapped where the segment that begins with the file's first byte is. */
-const void* header_of(const dl_phdr_info& image) {
-  for (int i = 0; i < image.dlpi_phnum; ++i) {
-    const ElfW(Phdr)& segment = image.dlpi_phdr[i];
-    if (segment.p_type == PT_LOAD && segment.p_offset == 0) {
-      return reinterpret_cast<const void*>(image.dlpi_addr + segment.p_vaddr);
-    }
-  }
-  return nullptr;
-}
-
 template <class Visit>
 void for_each_loaded_image(Visit& visit) {
   const auto callback = [](dl_phdr_info* image, std::size_t, void* context) {
-    (*static_cast<Visit*>(context))(LoadedImage{header_of(*image), image->dlpi_name});
+    const void* header = header_of({image->dlpi_phdr, image->dlpi_phnum}, image->dlpi_addr);
+    (*static_cast<Visit*>(context))(LoadedImage{header, image->dlpi_name});
     return 0;
   };
   dl_iterate_phdr(callback, &visit);
