@@ -102,6 +102,17 @@ TEST(WarpForms, SampleAlikeAtTheFirstAndLastPixels) {
   }
 }
 
+TEST(WarpForms, SampleAlikeWhereRowsAndPositionsAreTooFarApartForInts) {
+  support::Random random(4);
+  const Picture picture(random, 1, 9, 1, 0);
+  const Mapping mapping{0.25, 0, -1, 0, 0, 0, 0, 0};
+  for (const std::ptrdiff_t stride : {std::ptrdiff_t{1} << 31, -(std::ptrdiff_t{1} << 31)})
+    expect_same({picture.bytes.data(), 1, 9, stride}, 1, mapping, 0, 0, 40);
+  // The last position that there is comes last: column 4.5 of the picture, and so on backwards.
+  constexpr int kLast = std::numeric_limits<int>::max();
+  expect_same(picture.pixels(), 1, {0.25, 0, 4.5 - 0.25 * kLast, 0, 0, 0, 0, 0}, kLast - 39, 0, 40);
+}
+
 TEST(WarpForms, TheNumberBelowAHalfRoundsLikeAHalfInDoublePrecision) {
   // Every value that blending bytes can give: magnitudes below an eighth become 0 either way.
   constexpr float kBelowHalf = 0x1.fffffep-2f;
