@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include "colours.h"
 #include "leptonica_pix.h"
 #include "memory.h"
 #include "printable.h"
@@ -68,6 +69,13 @@ Bitmap fitted(Bitmap picture) {
   const PixPtr whole = colour_pix_of(picture);
   const ForeignCode foreign(Large::kCrashes);
   return bitmap_of(checked(pixScaleToSize(whole.get(), part(picture.width()), part(picture.height()))));
+}
+
+/** The scan with what was seen, small and in the sheet's colours: a profile is one scan's, and the sheet has none. */
+Bitmap thumbnail_of(const Scan& scan, const Finding& finding) {
+  Bitmap picture = fitted(small_overlay(scan, finding, kThumbnailSide));
+  FittingColours colours = fit_colours(picture, scan.metadata.icc, Profiles::kNone);
+  return colours.converted ? std::move(*colours.converted) : std::move(picture);
 }
 
 /** The font has nothing beyond ASCII. */
@@ -149,7 +157,7 @@ ContactSheet::ContactSheet(const std::string& path, const std::vector<std::strin
 
 void ContactSheet::add(std::size_t index, const Report& report, const Scan& scan, const Finding& finding) {
   if (path_.empty()) return;
-  Bitmap picture = index < kMostPictures ? fitted(small_overlay(scan, finding, kThumbnailSide)) : Bitmap();
+  Bitmap picture = index < kMostPictures ? thumbnail_of(scan, finding) : Bitmap();
   take(index, {title_of(report), outcome_text(report, finding), report.outcome, std::move(picture)});
 }
 

@@ -7,9 +7,11 @@ import numpy as np
 import pytest
 from PIL import Image
 
+import profiles
 import scans
 from conftest import TOOL
 from sample_scans import SAMPLES
+from test_metadata import seen
 
 pytestmark = pytest.mark.usefixtures("leftovers")
 
@@ -56,6 +58,29 @@ def test_every_input_has_its_field(tool, drawn, tmp_path):
     assert np.abs(shown[32:208] - small)[30:-30, 60:-60].mean() <= 3
     # The outline of what was found is drawn.
     assert (np.abs(picture(cells[4]).astype(int) - GREEN).max(axis=2) < 60).sum() > 100
+
+
+@pytest.mark.parametrize("kind", ["wide", "gray"])
+def test_colours_of_a_profile_look_the_same(tool, tmp_path, kind):
+    """The sheet has no profile: what it shows is sRGB."""
+    colour = kind == "wide"
+    pixels, _ = scans.draw_scan(card=(90, 190, 120))
+    stored = pixels if colour else scans.gray_of(pixels)
+    path = tmp_path / "in.png"
+    Image.fromarray(stored).save(path, icc_profile=profiles.wide_rgb() if colour else profiles.gray())
+    tool(path, "--detect-only", "--sheet", tmp_path / "s.png", ok=True)
+    with Image.open(tmp_path / "s.png") as image:
+        assert "icc_profile" not in image.info
+    shown = picture(scans.load(tmp_path / "s.png"))[45:195].astype(int)  # 700 x 440, so 240 x 150
+
+    def small(pixels):
+        image = Image.fromarray(pixels.astype(np.uint8)).convert("RGB")
+        return np.asarray(image.resize((240, 150), Image.BOX)).astype(int)
+
+    inner = np.s_[22:42, 40:200]  # of the card, without print or what is drawn
+    wanted = small(seen(path))[inner]
+    assert np.abs(wanted - small(stored)[inner]).mean() > 8  # it does matter
+    assert np.abs(shown[inner] - wanted).mean() < 3
 
 
 def test_format_is_that_of_the_name(tool, drawn, tmp_path):
