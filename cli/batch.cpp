@@ -60,6 +60,7 @@ class Task {
       : batch_(batch), options_(batch.options), naming_(batch.naming), job_(job), index_(index) {
     report_.input = job.input;
     report_.page = job.page;
+    report_.timed = options_.verbose;
   }
 
   Report run(const Work& work) {

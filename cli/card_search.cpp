@@ -235,6 +235,17 @@ std::string words_of(const CardSearch& search) {
   return first.card.method == VANTREL_METHOD_DARK_GLASS ? words_of(*search.glass) : words_of_card(first.card);
 }
 
+std::string brief_words_of(const CardSearch& search) {
+  const FoundCard& first = *search.first_claimed();
+  const bool on_glass = first.card.method == VANTREL_METHOD_DARK_GLASS;
+  const std::string method = on_glass ? " on dark glass" : " by borders";
+  const std::string confidence = on_glass ? "" : ", confidence " + rounded(search.confidence(), "%.2f");
+  if (search.claimed_cards() > 1) return std::to_string(search.claimed_cards()) + " cards" + method + confidence;
+  const int sides = sides_found(first.card);
+  const std::string missing = on_glass ? words_of_frame(*search.glass) : words_of_sides(first.card);
+  return std::to_string(sides) + (sides < 4 ? " of 4 sides" : " sides") + method + missing + confidence;
+}
+
 std::string advice_of(const CardSearch& search) {
   if (search.blank || search.claimed_cards() > 0) return "";
   if (search.glass && search.asked && !search.glass->has_card()) return advice_for(search.glass->reason);

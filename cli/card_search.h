@@ -61,6 +61,9 @@ CardSearch search_cards(const Bitmap& scan, const CardRequest& request);
 /** "3 of 4 sides found (left: weak), tilt 3.1 degrees, confidence 0.87"; of several cards how many; else why none. */
 std::string words_of(const CardSearch& search);
 
+/** Of what is claimed the method, sides and confidence alone: "4 sides by borders, confidence 0.98". */
+std::string brief_words_of(const CardSearch& search);
+
 /** What may help where nothing is claimed; empty where nothing does. */
 std::string advice_of(const CardSearch& search);
 

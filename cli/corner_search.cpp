@@ -27,15 +27,6 @@ Json verdict_of(vantrel_reason reason) {
   }
 }
 
-/** " (top, left: the frame of the scan)", or nothing with all sides found. */
-std::string defaulted_sides(const CornerSearch& search) {
-  std::string names;
-  for (std::size_t side = 0; side < 4; ++side) {
-    if (search.seen.sides[side].found == 0) names += (names.empty() ? "" : ", ") + std::string(kSideNames[side]);
-  }
-  return names.empty() ? "" : " (" + names + ": the frame of the scan)";
-}
-
 /**
  * A border line in pixels of the analysed copy, x a column and y a row counted from the bottom, both at whole numbers
  * in the middle of a pixel. There its distance has single precision.
@@ -104,9 +95,17 @@ CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale) {
   return corner_search_of(find(view, VANTREL_METHOD_DARK_GLASS, options), scan, scale);
 }
 
+std::string words_of_frame(const CornerSearch& search) {
+  std::string names;
+  for (std::size_t side = 0; side < 4; ++side) {
+    if (search.seen.sides[side].found == 0) names += (names.empty() ? "" : ", ") + std::string(kSideNames[side]);
+  }
+  return names.empty() ? "" : " (" + names + ": the frame of the scan)";
+}
+
 std::string words_of(const CornerSearch& search) {
   if (!search.has_card()) return words_of(search.reason);
-  return std::to_string(search.sides_found()) + " of 4 sides found" + defaulted_sides(search) + ", tilt " +
+  return std::to_string(search.sides_found()) + " of 4 sides found" + words_of_frame(search) + ", tilt " +
          rounded(search.seen.tilt, "%.1f") + " degrees";
 }
 

@@ -40,6 +40,9 @@ CornerSearch corner_search_of(const Cards& cards, const Bitmap& scan, int scale)
 /** Searches a scan for the corners of a card. @throws Failure, std::bad_alloc */
 CornerSearch search_corners(const Bitmap& scan, Analysis analysis, int scale);
 
+/** " (top, left: the frame of the scan)", or nothing with all sides found. */
+std::string words_of_frame(const CornerSearch& search);
+
 /** "4 of 4 sides found, tilt 3.1 degrees" with a card, otherwise the reason why there is none. */
 std::string words_of(const CornerSearch& search);
 

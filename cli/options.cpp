@@ -43,7 +43,10 @@ void add_input_options(CLI::App& command, Options& options) {
       command.add_flag("--json", options.json, "Print one JSON array with all that was found instead of lines of text");
   command.add_flag("--json-lines", options.json_lines, "Print a line of JSON for each scan as soon as it is done")
       ->excludes(json);
-  command.add_flag("-q,--quiet", options.quiet, "Print nothing but errors");
+  CLI::Option* quiet = command.add_flag("-q,--quiet", options.quiet, "Print nothing but errors");
+  command
+      .add_flag("-v,--verbose", options.verbose, "Tell more of each scan: what was seen, why it counts, and the time")
+      ->excludes(quiet);
   command.add_option("-j,--jobs", options.jobs, "Work on N scans at a time (default: the number of processors)")
       ->type_name("N")
       ->transform(whole_between(1, 1024));

@@ -27,6 +27,7 @@ struct Options {
   bool json = false;
   bool json_lines = false;
   bool quiet = false;
+  bool verbose = false;
   bool dry_run = false;
   bool recursive = false;
   bool all_pages = false;

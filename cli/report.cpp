@@ -53,7 +53,8 @@ std::string line_of(const Report& report) {
   if (!report.succeeded()) return "vantrel: " + printable(line) + "\n";
   if (report.outcome == Outcome::kSkipped) return printable(line) + "\n";
   if (report.outcome == Outcome::kKept) line += ", kept as it is";
-  return printable(line + outputs_of(report)) + " (" + std::to_string(std::lround(report.milliseconds)) + " ms)\n";
+  line = printable(line + outputs_of(report));
+  return report.timed ? line + " (" + std::to_string(std::lround(report.milliseconds)) + " ms)\n" : line + "\n";
 }
 
 Json json_of(const Report& report) {

@@ -59,6 +59,7 @@ struct Report {  // NOLINT(bugprone-exception-escape): no null JSON throws
   std::vector<WrittenPicture> outputs;
   std::string overlay;
   double milliseconds = 0; /**< of finding and cutting, without reading and writing files */
+  bool timed = false;      /**< whether its line tells the time */
 
   bool succeeded() const { return outcome != Outcome::kNothing && outcome != Outcome::kFailed; }
 };

@@ -15,14 +15,9 @@ struct AutoOptions : CardOptions {};
 
 /** Why the method of a card was believed. */
 std::string words_of_choice(const CardSearch& search) {
-  switch (search.first_claimed()->card.method) {
-    case VANTREL_METHOD_DARK_GLASS:
-      return "by the method for dark glass, which saw more sides than a search anywhere";
-    case VANTREL_METHOD_FLAT_LIGHT:
-      return "by the method for flat light, where nothing was found anywhere";
-    default:
-      return "by borders anywhere on the scan";
-  }
+  return search.first_claimed()->card.method == VANTREL_METHOD_DARK_GLASS
+             ? "by the method for dark glass, which saw more sides than a search anywhere"
+             : "by borders anywhere on the scan";
 }
 
 Finding finding_of_borders(const CardSearch& search, const AutoOptions& options, const Bitmap& scan) {
@@ -31,12 +26,12 @@ Finding finding_of_borders(const CardSearch& search, const AutoOptions& options,
   finding.certainty = search.certainty();
   finding.confidence = search.confidence();
   finding.advice = advice_of(search);
-  finding.message = words_of(search);
+  finding.message = finding.found && !options.verbose ? brief_words_of(search) : words_of(search);
   const Ground ground = ground_of(scan, search);
   if (finding.found) {
     const std::string guesses = words_of_guesses(search);
-    finding.message +=
-        (guesses.empty() ? "" : ", " + guesses) + ", on " + words_of(ground) + ": found " + words_of_choice(search);
+    finding.message += guesses.empty() ? "" : ", " + guesses;
+    if (options.verbose) finding.message += ", on " + words_of(ground) + ": found " + words_of_choice(search);
   }
   finding.details = [search, ground] {
     Json json = json_of(search);
@@ -63,7 +58,7 @@ Finding finding_of_marks(const CardSearch& search, const AutoOptions& options, c
   marks.without_evidence = keep_evident(marks.sheet, search, scan);
   if (marks.sheet.cards.size() < least) return {};
   Finding finding = sheet_finding(marks, request, options.orientation, scan);
-  finding.message += ", found as on a sheet of cards";
+  if (options.verbose) finding.message += ", found as on a sheet of cards";
   return finding;
 }
 

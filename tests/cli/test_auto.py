@@ -1,5 +1,7 @@
 """`vantrel auto`, and the tool without a subcommand: what it chooses, and how sure it is."""
 
+import re
+
 import numpy as np
 import pytest
 
@@ -30,12 +32,41 @@ def test_one_card_takes_the_name_that_was_given(tool, small, tmp_path):
 
 def test_several_cards_are_numbered(tool, tmp_path):
     path = scans.save(two_cards()[0], tmp_path / "two.png")
-    text = tool(path, "-o", tmp_path / "card.png", ok=True).text
+    text = tool(path, "-o", tmp_path / "card.png", "--verbose", ok=True).text
     assert "2 cards, on a dark ground: found by borders anywhere" in text
     assert sorted(p.name for p in tmp_path.iterdir()) == ["card-1.png", "card-2.png", "two.png"]
     tool(path, "-o", tmp_path / "one.png", "--cards", 1, ok=True)
     assert (tmp_path / "one.png").exists()
     tool(path, "-o", "-").fails_with("--cards 1")
+
+
+def test_lines_are_short_unless_more_is_asked_for(tool, tmp_path):
+    names = ("wood.jpg", "a4-white.jpg", "cut-off.jpg")
+    for name in names:
+        (tmp_path / name).symlink_to(SAMPLES / "anywhere" / name)
+    glass = np.full((440, 700), 40, np.uint8)
+    glass[30:, 40:] = 220
+    scans.save(glass, tmp_path / "edge.png")
+    scans.save(two_cards()[0], tmp_path / "two.png")
+    (tmp_path / "sheet.png").symlink_to(SAMPLES / "sheets" / "two-columns.png")
+    files = (*names, "edge.png", "two.png", "sheet.png")
+    lines = tool(*files, "-o", "out/", ok=True, cwd=tmp_path).text.splitlines()
+    assert [line.split(", confidence")[0] for line in lines] == [
+        "wood.jpg: 4 sides by borders",
+        "a4-white.jpg: 4 sides by borders",
+        "cut-off.jpg: 3 of 4 sides by borders (right: guessed)",
+        "edge.png: 2 of 4 sides on dark glass (bottom, right: the frame of the scan) (doubtful) -> out/edge.png",
+        "two.png: 2 cards by borders",
+        "sheet.png: 8 cards by their marks, whose sides are not seen (doubtful) -> out/sheet-1.png ... out/sheet-8.png",
+    ]
+    assert re.fullmatch(r"wood.jpg: 4 sides by borders, confidence (0.9\d|1.00) -> out/wood.jpg", lines[0])
+    assert max(map(len, lines[:2])) <= 80
+    told = tool(*files, "-o", "out/", "--force", "-v", ok=True, cwd=tmp_path).text.splitlines()
+    wood = r"wood.jpg: 4 of 4 sides found, tilt -9.0 degrees, confidence .*, on a coloured ground: found by borders anywhere on the scan"
+    assert re.fullmatch(wood + r" -> out/wood.jpg \(\d+ ms\)", told[0])
+    assert "found by the method for dark glass, which saw more sides than" in told[3]
+    assert "found as on a sheet of cards" in told[5]
+    tool("wood.jpg", "-q", "-v", "--detect-only", cwd=tmp_path).fails_with("-q", "-v", "do not go together", code=2)
 
 
 def test_ground_is_told(tool):
