@@ -203,7 +203,7 @@ void loose_rows(Random& random) {
     form.lines.spread(points.data() - kFirstLoose, steps, to.data());
     LooseRows shifted{held.data(), {}, slices};
     for (int i = 0; i < slices; ++i) shifted.offsets[i] = i;
-    std::vector<int> sums(count, 7);
+    std::vector<std::uint16_t> sums(count, 65400);
     form.lines.add_rows(shifted, 0, steps, sums.data());
     return std::pair(rows, sums);
   };

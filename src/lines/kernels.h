@@ -87,6 +87,9 @@ constexpr unsigned char loose_weight(int piece, int byte) {
  */
 inline constexpr unsigned char kMostLooseParts = loose_parts(1 + 2 * (1 - kLeastAcross));
 
+/** Sums stay there; strong lines need not be told from stronger ones. */
+inline constexpr int kMostLooseSum = 65535;
+
 /** They are counted so many bytes at a time. */
 inline constexpr int kLooseStep = 64;
 
@@ -154,8 +157,8 @@ struct Kernels {
   /** Writes what a slice gives the lines behind each byte at most, a row for each piece; steps of kLooseStep bytes. */
   void (*spread)(const unsigned char* points, int steps, unsigned char* const* rows);
 
-  /** Adds to each sum the bytes of its place, from one place on, in steps of kLooseStep places. */
-  void (*add_rows)(const LooseRows& rows, int from, int steps, int* sums);
+  /** Adds to each sum the bytes of its place, from one place on, in steps of kLooseStep places; up to kMostLooseSum. */
+  void (*add_rows)(const LooseRows& rows, int from, int steps, std::uint16_t* sums);
 
   /** Adds to each sum the votes for its cell in the order of the runs, as `vote` adds them in the points' order. */
   void (*sum_cells)(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
@@ -181,7 +184,7 @@ void vote(const VoteSheet& sheet, const EdgePoint* points, int count);
 void weigh(const WeighedCells& cells, unsigned char* weights);
 void bound_cells(const BoundedSlices& slices, unsigned* sums);
 void spread(const unsigned char* points, int steps, unsigned char* const* rows);
-void add_rows(const LooseRows& rows, int from, int steps, int* sums);
+void add_rows(const LooseRows& rows, int from, int steps, std::uint16_t* sums);
 void sum_cells(const SummedCells& cells, const ByteRun* runs, int count, double* sums);
 double largest(const double* values, int count);
 int count_below(const unsigned char* bytes, int count, unsigned char level);

@@ -8,6 +8,7 @@ using vantrel::kernels::as_signed;
 using vantrel::kernels::as_words;
 using vantrel::kernels::high_product;
 using vantrel::kernels::kWords;
+using vantrel::kernels::load_bytes;
 using vantrel::kernels::SignedWords;
 using vantrel::kernels::store_low_bytes;
 using vantrel::kernels::Words;
@@ -283,7 +284,7 @@ void spread(const unsigned char* points, int steps, unsigned char* const* rows) 
 }
 
 template <int kVectors>
-inline void add_bytes(const LooseRows& rows, int from, int* sums) {
+inline void add_bytes(const LooseRows& rows, int from, std::uint16_t* sums) {
   Bytes totals[kVectors]{};
   for (int i = 0; i < rows.slices; ++i) {
     for (int v = 0; v < kVectors; ++v) {
@@ -294,11 +295,18 @@ inline void add_bytes(const LooseRows& rows, int from, int* sums) {
   }
   unsigned char votes[kVectors * kBytes];
   __builtin_memcpy(votes, totals, sizeof votes);
-  for (int i = 0; i < kVectors * kBytes; ++i) sums[from + i] += votes[i];
+  for (int i = 0; i < kVectors * kBytes; i += kWords) {
+    Words sum;
+    __builtin_memcpy(&sum, sums + from + i, sizeof sum);
+    const Words more = load_bytes(votes + i);
+    sum += more;
+    sum |= as_words(sum < more);  // all ones where it ran over
+    __builtin_memcpy(sums + from + i, &sum, sizeof sum);
+  }
 }
 
 static_assert(kLooseSlices * kMostLooseParts < 1 << 8);
-void add_rows(const LooseRows& rows, int from, int steps, int* sums) {
+void add_rows(const LooseRows& rows, int from, int steps, std::uint16_t* sums) {
   constexpr int kStepVectors = kLooseStep / kBytes;
   for (; steps > 1; steps -= 2, from += 2 * kLooseStep) add_bytes<2 * kStepVectors>(rows, from, sums);
   if (steps > 0) add_bytes<kStepVectors>(rows, from, sums);

@@ -47,31 +47,33 @@ void plain::spread(const unsigned char* points, int steps, unsigned char* const*
   }
 }
 
-void plain::add_rows(const LooseRows& rows, int from, int steps, int* sums) {
+void plain::add_rows(const LooseRows& rows, int from, int steps, std::uint16_t* sums) {
   for (int at = from; at < from + steps * kLooseStep; ++at) {
-    for (int i = 0; i < rows.slices; ++i) sums[at] += rows.bytes[rows.offsets[i] + at];
+    int sum = sums[at];
+    for (int i = 0; i < rows.slices; ++i) sum += rows.bytes[rows.offsets[i] + at];
+    sums[at] = static_cast<std::uint16_t>(std::min(sum, kMostLooseSum));
   }
 }
 
 LooseVotes::LooseVotes(const PointMap& points, std::span<const Slant> slants)
     // Steps from a span's begin end up to one later than those from byte 0.
     : width_(std::ptrdiff_t{kMargin} + (steps_for(points.across().size() + PointMap::kTile) + 1) * kLooseStep),
+      slices_(points.slices().size()),
       lines_{},
       rows_(static_cast<std::size_t>(width_) * kLooseSlices * kPieces) {
   constexpr double kWhole = 0x1p32;
-  const int slices = points.slices().size();
   int most = 0;
   for (std::size_t i = 0; i < slants.size(); ++i) {
     const auto slope = static_cast<std::int64_t>(-slants[i].along / slants[i].across * kWhole);
-    const int reached = whole(slope * (slices - 1));
+    const int reached = whole(slope * (slices_ - 1));
     lines_[i] = {slope, -std::max(reached, 0) - kBefore};
     most = std::max(most, std::abs(reached));
   }
   stride_ = static_cast<std::size_t>(steps_for(points.across().size() + PointMap::kTile + most) + 1) * kLooseStep;
-  sums_ = image::WorkArray<int>(stride_ * slants.size(), image::Fill::kZero);
+  sums_ = image::WorkArray<std::uint16_t>(stride_ * slants.size(), image::Fill::kZero);
   if (!ready()) return;
-  for (int from = 0; from < slices; from += kLooseSlices) {
-    const Tile tile = tile_of(points, {from, std::min(from + kLooseSlices, slices)});
+  for (int from = 0; from < slices_; from += kLooseSlices) {
+    const Tile tile = tile_of(points, {from, std::min(from + kLooseSlices, slices_)});
     spread_slices(points, tile);
     for (std::size_t angle = 0; angle < slants.size(); ++angle) add_slices(tile, angle);
   }
@@ -122,7 +124,7 @@ void LooseVotes::add_slices(const Tile& tile, std::size_t angle) {
   }
   const int last = place + (rows.slices - 1) * slope;
   const int least = whole(position) + std::min(0, last >> kPlaceBits);
-  int* const sums = sums_.get() + static_cast<std::ptrdiff_t>(angle * stride_) - lines.first;
+  std::uint16_t* const sums = sums_.get() + static_cast<std::ptrdiff_t>(angle * stride_) - lines.first;
   for (const Span& bytes : tile.all()) {
     kernels->add_rows(rows, bytes.first - kBefore - least, steps_for(bytes.size()), sums);
   }
@@ -136,10 +138,11 @@ int LooseVotes::most(int angle, double from, double to) const {
   };
   const int first = std::max(index(from - kSlack), 0);
   const int end = std::min(index(to + kSlack) + 1, static_cast<int>(stride_));
-  const int* sums = sums_.get() + static_cast<std::size_t>(angle) * stride_;
-  int most = 0;
+  const std::uint16_t* sums = sums_.get() + static_cast<std::size_t>(angle) * stride_;
+  std::uint16_t most = 0;
   for (int i = first; i < end; ++i) most = std::max(most, sums[i]);
-  return most == 0 ? 0 : most / kLooseParts + 1;
+  const int sum = most == kMostLooseSum ? slices_ * kMostLooseParts : most;
+  return sum == 0 ? 0 : sum / kLooseParts + 1;
 }
 
 }  // namespace vantrel::lines

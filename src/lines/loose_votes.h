@@ -65,9 +65,10 @@ class LooseVotes {
 
   std::ptrdiff_t width_ = 0;
   std::size_t stride_ = 0;
+  int slices_ = 0;
   std::array<Lines, kMostAngles> lines_;
   image::WorkArray<unsigned char> rows_; /**< of so many slices as are added at once */
-  image::WorkArray<int> sums_;
+  image::WorkArray<std::uint16_t> sums_;
 };
 
 }  // namespace vantrel::lines
