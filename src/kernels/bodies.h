@@ -5,6 +5,7 @@
 #include "cardcut/kernels_body.h"
 #include "components/kernels_body.h"
 #include "image/kernels_body.h"
+#include "lines/dense_kernels_body.h"
 #include "lines/kernels_body.h"
 #include "scale/kernels_body.h"
 #include "segment/kernels_body.h"
