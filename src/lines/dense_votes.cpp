@@ -34,6 +34,7 @@ Span between(double low, double high, double start, double step, Span all) {
   low -= start + kSlack;
   high -= start - kSlack;
   const double most = std::max(std::abs(all.first), std::abs(all.end));
+  // Never (2): such a step is that of the slices of level or upright lines, where just the bytes between are asked for.
   if (std::abs(step) * most < kSlack) return low - kSlack < 0 && high + kSlack > 0 ? all : Span{};
   const double a = low / step, b = high / step;
   const auto whole = [&](double value) { return static_cast<int>(std::clamp<double>(value, all.first, all.end)); };
@@ -228,6 +229,7 @@ void DenseVotes::sum(int angle, int group, double* sums) {
           between(low - std::max(ends[0], ends[1]), high - std::min(ends[0], ends[1]), corner, slant.across, bytes);
       for (int byte = reached.first; byte < reached.end; ++byte) {
         const Span run = between(low, high, corner + byte * slant.across, slant.along, slices);
+        // Never: from slice to slice the distance changes by half a pixel at most, so that one lies within two pixels.
         if (!run.empty()) runs.add({byte, run.first, run.size()});
       }
     } else {

@@ -140,12 +140,14 @@ int EstimateBlkPixel(unsigned char* gray, int rowFrom, int rowTo, int colFrom, i
 double** MakeMatrix(int rows, int cols) {
   const std::int64_t cells = std::int64_t{rows} * cols;
   if (rows < 0 || cols < 0 || cells > std::numeric_limits<std::int32_t>::max()) return nullptr;
+  // Never: so few cells are no more bytes than there can be.
   auto* block = new (std::nothrow) double[static_cast<std::size_t>(cells)]();
   if (block == nullptr) return nullptr;
   // The block is owned through the first row pointer, so even a matrix without rows has one.
+  // Never: nor are so few rows.
   auto** matrix = new (std::nothrow) double*[static_cast<std::size_t>(rows > 0 ? rows : 1)];
   if (matrix == nullptr) {
-    delete[] block;
+    delete[] block;  // Never: it is not null.
     return nullptr;
   }
   matrix[0] = block;
@@ -154,9 +156,9 @@ double** MakeMatrix(int rows, int cols) {
 }
 
 void FreeMatrix(double** m) {
-  delete[] m[0];
+  delete[] m[0];  // Never: every matrix has a block.
   m[0] = nullptr;
-  delete[] m;
+  delete[] m;  // Never: it was looked into.
 }
 
 int Compute_Hough_Angle(double* lineNormal, double* lineDistance, typePoint* points, int rows, int cols, int count,

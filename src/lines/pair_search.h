@@ -100,6 +100,7 @@ class SlicedPairSearch {
         const Peak peak = votes.strongest(slice, excluded);
         // Of equal cells the one at the least distance counts, and among those the one at the least angle.
         const bool stronger = peak.votes > best.peak.votes ||
+                              // Never: votes are numbers.
                               (peak.votes == best.peak.votes && peak.votes > 0 && peak.distance < best.peak.distance);
         if (any && !stronger) continue;
         best = {true, peak, votes.line(peak)};

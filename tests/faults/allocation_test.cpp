@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "autoclip/exports.h"
 #include "cardcut/exports.h"
 #include "components/exports.h"
 #include "faults/failing_allocators.h"
@@ -15,6 +16,7 @@
 #include "scale/exports.h"
 #include "segment/exports.h"
 #include "support/image.h"
+#include "support/random.h"
 
 using support::Image;
 
@@ -49,6 +51,29 @@ int fail_each_allocation(Run run) {
   }
   ADD_FAILURE() << "no end of allocations";
   return kMost;
+}
+
+TEST(AllocationFailure, LetsManyPointsVoteOneByOneInstead) {
+  // Noise: so many edges that their votes are bounded first, for which there need not be memory.
+  Image scan(400, 400, 8);
+  support::Random random(5);
+  support::randomise(scan, random);
+  std::array<float, 8> right{}, right_box{};
+  const int code = vantrel_find_gradient_corners(scan.ptr(), right.data(), right_box.data());
+  int unchanged = 0;
+  fail_each_allocation([&](auto failed) {
+    std::array<float, 8> corners{}, box{};
+    const int found = vantrel_find_gradient_corners(scan.ptr(), corners.data(), box.data());
+    if (found == -1) {
+      EXPECT_TRUE(failed());
+      return;
+    }
+    EXPECT_EQ(found, code);
+    EXPECT_EQ(corners, right);
+    EXPECT_EQ(box, right_box);
+    unchanged += failed() ? 1 : 0;
+  });
+  EXPECT_GT(unchanged, 0);
 }
 
 TEST(AllocationFailure, LeavesAnEmptyRecordBehindFailedCreation) {

@@ -56,6 +56,25 @@ TEST(HoughAccumulator, GivesEveryPointOneVotePerAngleSplitBetweenTwoDistances) {
   EXPECT_EQ(best.votes, share > 0.5 ? share : std::floor(rho) + 1 - rho);
 }
 
+TEST(HoughAccumulator, HasNoMoreCellsThanIntsCount) {
+  const DegreeTables tables;
+  const HoughAccumulator votes(10, 1 << 29, {{75, 104}}, tables);  // 2^30 distances fit, but not for 30 angles
+  EXPECT_FALSE(votes.ready());
+}
+
+TEST(HoughAccumulator, HasCellsForAllDistancesWhereTheAreaTellsOfNone) {
+  const DegreeTables tables;
+  const EdgePoint point{-40.0f, 30.0f};
+  using vantrel::geometry::Rect;
+  // No rows, no columns, more than the image.
+  for (const Rect& area : {Rect{{5, 5}, {0, 100}}, Rect{{0, 100}, {7, 7}}, Rect{{0, 900}, {0, 100}}}) {
+    HoughAccumulator votes(100, 100, {{90, 90}}, tables, area);
+    ASSERT_TRUE(votes.ready());
+    votes.vote({&point, 1});
+    EXPECT_EQ(votes.strongest({{90, 90}}).distance, 100 - 40);
+  }
+}
+
 TEST(HoughAccumulator, TruncatesPointsTowardTheCentre) {
   const DegreeTables tables;
   HoughAccumulator votes(20, 20, {{0, 0}}, tables);
