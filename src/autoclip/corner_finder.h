@@ -52,6 +52,7 @@ struct CornerSearch {
   CornerBox box{};          /**< likewise */
 
   bool has_lines() const { return has_corners() || verdict == Verdict::kDegenerate; }
+  // Never: what is found is not too small, as find_corners says.
   bool has_corners() const { return verdict == Verdict::kFound || verdict == Verdict::kTooSmall; }
 };
 

@@ -63,22 +63,13 @@ bool judge(const Corners& placed, int rows, int cols, float* corners, float* box
 
 CornerSearch search_image(const BITMAPPTR& gray) { return find_corners(lines::padded_levels(image::pixels_of(gray))); }
 
+/** By Verdict. */
+constexpr std::array kVerdicts = {VANTREL_CORNERS_FOUND, VANTREL_CORNERS_TOO_SMALL, VANTREL_LINES_DEGENERATE,
+                                  VANTREL_NO_EDGES,      VANTREL_SIDE_TOO_LONG,     VANTREL_OUT_OF_MEMORY};
+static_assert(static_cast<std::size_t>(Verdict::kNoMemory) + 1 == kVerdicts.size());
+
 vantrel_verdict verdict_of(const CornerSearch& search) {
-  if (!search.complete) return VANTREL_OUT_OF_MEMORY;
-  switch (search.verdict) {
-    case Verdict::kFound:
-      return VANTREL_CORNERS_FOUND;
-    case Verdict::kTooSmall:
-      return VANTREL_CORNERS_TOO_SMALL;
-    case Verdict::kDegenerate:
-      return VANTREL_LINES_DEGENERATE;
-    case Verdict::kNoEdges:
-      return VANTREL_NO_EDGES;
-    case Verdict::kSideTooLong:
-      return VANTREL_SIDE_TOO_LONG;
-    default:
-      return VANTREL_OUT_OF_MEMORY;
-  }
+  return search.complete ? kVerdicts[static_cast<std::size_t>(search.verdict)] : VANTREL_OUT_OF_MEMORY;
 }
 
 /** The corners of the card on a scan of 8 or 24 bits; false for other depths and without memory. */
@@ -143,6 +134,7 @@ int detect_by_gradient(const BITMAPPTR& image, float* corners, float* box) {
   if (!search.has_lines) return 0;
   const Intersections& met = search.corners;
   write(met.corners, met.count, corners);
+  // Never: borders up to 20 degrees from level and up to 30 from upright meet.
   if (!met.complete()) return 0;
   return judge(placed_in_image(met.corners, gray.rows, gray.cols), gray.rows, gray.cols, corners, box) ? 1 : 0;
 }

@@ -39,11 +39,11 @@ lines::BorderPair find_pair(const lines::EdgeMaps& maps, const Rect& area, Direc
                                          [&](auto& votes) { vote_band(maps, area, direction, false, votes); });
     bool ready = false;
     const lines::BorderPair pair = search.find(ready);
-    complete = complete && ready;
+    complete = complete && ready;  // Never: without memory the first pair is not found, and no other looked for.
     return pair;
   }
   lines::PairSearch search(area.rows.end, area.cols.end, horizontal, tables);
-  complete = complete && search.ready();
+  complete = complete && search.ready();  // Never: likewise.
   if (!search.ready()) return {};
   vote_band(maps, area, direction, many, search);
   return search.find();

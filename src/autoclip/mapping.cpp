@@ -45,6 +45,7 @@ void solve_mapping(std::span<const float> from, std::span<const float> to, std::
 
   eliminate(a, rhs);
   for (std::size_t i = 0; i < equations; ++i) {
+    // Never: the elimination has put the tiny pivot where there was none.
     coefficients[i] = rhs[i] / (a[i][i] == 0.0 ? kTinyPivot : a[i][i]);
   }
 }
