@@ -141,20 +141,32 @@ TEST(Sheet, StraightensACardByItsOwnBorders) {
   }
 }
 
-TEST(Sheet, IsNotStraightenedByTwoSides) {
-  // The paper runs on to the left and to the right.
-  support::Image drawn = card_on_black(0, 8);
-  support::fill(drawn, 0, 80, 170, 830, 230);
-  support::fill(drawn, 1120, 1200, 170, 830, 230);
+TEST(Sheet, IsNotStraightenedByOneSide) {
+  // A strip of paper across black glass, with strokes of print.
+  const Memory memory = Memory(1200, 1000, VANTREL_FORMAT_GRAY).draw([](int x, int y) {
+    const bool stroke = y >= 270 && y < 730 && x >= 168 && x < 1032 && (x - 168) % 15 < 3;
+    const int level = stroke ? 0 : y >= 170 && y < 830 ? 200 : 20;
+    return pictures::Colour{level, level, level};
+  });
   Only options(VANTREL_METHOD_SHEET);
   options.straighten = 1;
-  const Memory memory = pictures::copy_of(drawn, VANTREL_FORMAT_GRAY);
   const Cards cards(memory.image(300), &options);
   ASSERT_EQ(cards.count(), 1u);
   const vantrel_sheet_card details = details_of(cards).cards[0];
+  EXPECT_EQ(bounds(details.searched), (std::array{0, 57, 1200, 835}));
   EXPECT_EQ(details.straightened, 0);
   EXPECT_EQ(coordinates(cards[0].corners), coordinates(pictures::upright(details.place.left, details.place.top,
                                                                          details.place.right, details.place.bottom)));
+  // Around it the lower border alone is found.
+  vantrel_image part = memory.image(300);
+  part.data = static_cast<const unsigned char*>(part.data) + 57 * part.stride;
+  part.height = 835 - 57;
+  Only glass(VANTREL_METHOD_DARK_GLASS);
+  glass.analysis_dpi = 300;
+  const Cards around(part, &glass);
+  ASSERT_EQ(around.count(), 1u);
+  EXPECT_EQ(around[0].sides[VANTREL_SIDE_TOP].found, 0);
+  EXPECT_EQ(around[0].sides[VANTREL_SIDE_BOTTOM].found, 1);
 }
 
 TEST(Sheet, LeavesACardWithoutBordersInItsPlace) {
