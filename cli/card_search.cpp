@@ -58,13 +58,13 @@ std::string words_of_guess(const FoundCard& found) {
   return "only a guess (" + words_of_card(found.card) + why + ")";
 }
 
-/** Why nothing is claimed: on dark glass, or else anywhere; and what is only a guess. */
+/** Why nothing is claimed, or what is only a guess. */
 std::string words_without_card(const CardSearch& search) {
   if (search.blank) return "the scan is blank";
   const bool on_glass = search.glass && search.glass->reason != VANTREL_REASON_BILEVEL;
-  if (search.cards.empty()) return words_of(on_glass ? search.glass->reason : search.reason);
-  const std::string guess = words_of_guess(search.cards.front());
-  return on_glass && !search.glass->has_card() ? words_of(search.glass->reason) + "; " + guess : guess;
+  // What is surest looks anywhere first: that then says why there is nothing.
+  if (search.cards.empty()) return words_of(on_glass && search.asked ? search.glass->reason : search.reason);
+  return words_of_guess(search.cards.front());
 }
 
 Json json_of_card(const vantrel_card& card, const CardSearch& search) {
@@ -250,6 +250,7 @@ std::string advice_of(const CardSearch& search) {
   if (search.blank || search.claimed_cards() > 0) return "";
   if (search.glass && search.asked && !search.glass->has_card()) return advice_for(search.glass->reason);
   if (search.cards.empty()) return advice_for(search.reason);
+  if (search.cards.front().judgement.demanded) return kDemandLess;
   if (search.asked && needs_confirmation(search.cards.front().card.method)) {
     return advice_for(VANTREL_REASON_TOO_SMALL);
   }

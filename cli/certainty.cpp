@@ -79,9 +79,10 @@ Judgement judged_by(const std::vector<vantrel_card>& anywhere, const vantrel_car
 Judgement held_to(const Demands& demands, const vantrel_card& card, Judgement judgement) {
   if (judgement.certainty == Certainty::kGuess) return judgement;
   if (sides_found(card) < demands.sides) {
-    return {Certainty::kGuess, "fewer sides than the " + std::to_string(demands.sides) + " of --min-sides"};
+    return {Certainty::kGuess, "fewer sides than the " + std::to_string(demands.sides) + " of --min-sides", true};
   }
-  if (card.confidence < demands.confidence) return {Certainty::kGuess, "less sure than --min-confidence asks for"};
+  if (card.confidence < demands.confidence)
+    return {Certainty::kGuess, "less sure than --min-confidence asks for", true};
   return judgement;
 }
 

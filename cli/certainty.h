@@ -27,9 +27,13 @@ struct Demands {
   double confidence = 0;
 };
 
+/** What to try where the demands alone refuse a card. */
+inline constexpr const char* kDemandLess = "a smaller --min-sides or --min-confidence";
+
 struct Judgement {
   Certainty certainty;
-  std::string refusal; /**< why what a method claims is a guess all the same; empty where nothing more is known */
+  std::string refusal;   /**< why what a method claims is a guess all the same; empty where nothing more is known */
+  bool demanded = false; /**< whether it is one by the caller's demands alone */
 };
 
 int sides_found(const vantrel_card& card);

@@ -198,8 +198,12 @@ Finding sheet_finding(const SplitCards& found, const SplitRequest& request, cons
                                           : count_of(sheet.cards.size()) + by_marks + ", whose sides are not seen" +
                                                 words_of_left_out(found.without_evidence);
   if (!finding.found && found.anywhere.blank) finding.message = words_of(found.anywhere);
-  if (!finding.found)
+  if (!enough && !sheet.cards.empty()) {
+    finding.message += ": fewer sides, or less sure, than is asked for";
+    finding.advice = kDemandLess;
+  } else if (!finding.found) {
     finding.advice = found.anywhere.blank ? "" : advice_for(only_dropped ? VANTREL_REASON_NO_MARKS : sheet.reason);
+  }
   finding.details = [found, cut = request.cut] { return json_of_split(found, cut); };
   finding.draw = [sheet](Canvas& canvas) { draw(sheet, canvas, kGreen); };
   int straightened = 0;

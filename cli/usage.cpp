@@ -131,7 +131,8 @@ std::vector<std::string> with_subcommand(const CLI::App& parser, const std::vect
     throw WrongUsage("unknown subcommand '" + given[1] + "'" + did_you_mean(given[1], names) + " (see vantrel --help)");
   }
   if (first.front() != '-' && !looks_like_input(first)) {
-    throw WrongUsage("unknown subcommand '" + first + "'" + did_you_mean(first, names) + " (see vantrel --help)");
+    throw WrongUsage("unknown subcommand '" + first + "', and no file or folder" + did_you_mean(first, names) +
+                     " (see vantrel --help)");
   }
   std::vector<std::string> meant = {"auto"};
   meant.insert(meant.end(), given.begin(), given.end());

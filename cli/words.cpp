@@ -46,7 +46,7 @@ std::string advice_for(vantrel_reason reason) {
     case VANTREL_REASON_SCAN_TOO_SMALL:
       return "a scan of a higher resolution";
     case VANTREL_REASON_SCAN_TOO_LARGE:
-      return "--scale 2 or more, or a scan of a lower resolution";
+      return "vantrel auto, or a scan of a lower resolution";
     case VANTREL_REASON_RESOLUTION_UNKNOWN:
     case VANTREL_REASON_RESOLUTION_TOO_LOW:
       return "vantrel auto, which needs no resolution";

@@ -48,14 +48,21 @@ Finding finding_of_borders(const CardSearch& search, const AutoOptions& options,
   return finding;
 }
 
+/** Of marks that are no cards by their looks nothing is told: to split the scan as a sheet would find no more. */
+void drop_marks(CardSearch& search) {
+  const auto by_marks = [](const FoundCard& found) { return found.card.method == VANTREL_METHOD_SHEET; };
+  search.cards.erase(std::remove_if(search.cards.begin(), search.cards.end(), by_marks), search.cards.end());
+}
+
 /** A sheet of cards without borders is taken for one where enough of them show print, or as many as are asked for. */
-Finding finding_of_marks(const CardSearch& search, const AutoOptions& options, const Bitmap& scan) {
+Finding finding_of_marks(CardSearch& search, const AutoOptions& options, const Bitmap& scan) {
   const std::size_t least =
       options.cards > 0 ? std::min(static_cast<std::size_t>(options.cards), kFewestByMarks) : kFewestByMarks;
   SplitRequest request{VANTREL_METHOD_SHEET, false, !options.detect_only, {}};
   request.cards.demands = options.demands;
   SplitCards marks{search, find_sheet_cards(scan, {false, options.cards}), 0, true};
   marks.without_evidence = keep_evident(marks.sheet, search, scan);
+  if (marks.sheet.cards.empty()) drop_marks(search);
   if (marks.sheet.cards.size() < least) return {};
   Finding finding = sheet_finding(marks, request, options.orientation, scan);
   if (options.verbose) finding.message += ", found as on a sheet of cards";
@@ -64,7 +71,7 @@ Finding finding_of_marks(const CardSearch& search, const AutoOptions& options, c
 
 Finding choose(const AutoOptions& options, Scan& scan) {
   const CardRequest request{{}, Analysis::kReduced, 1, options.cards, options.alternatives, options.demands};
-  const CardSearch search = search_cards(scan.image, request);
+  CardSearch search = search_cards(scan.image, request);
   if (search.claimed_cards() == 0 && !search.blank && options.cards != 1) {
     Finding finding = finding_of_marks(search, options, scan.image);
     if (finding.found) return finding;

@@ -11,6 +11,7 @@
 #include "help_text.h"
 #include "library.h"
 #include "twin_scan.h"
+#include "words.h"
 
 namespace tool {
 namespace {
@@ -50,6 +51,7 @@ Twins read_twins(const ClipOptions& options, const Bitmap& scan) {
 Finding nothing_on_bilevel() {
   Finding finding;
   finding.message = kBilevel;
+  finding.advice = advice_for(VANTREL_REASON_BILEVEL);
   finding.details = [] { return Json{{"result", 0}, {"verdict", Json()}}; };
   return finding;
 }

@@ -61,7 +61,7 @@ void tell(Finding& finding, const FlatCard& card, const Judgement& judgement, co
     finding.message = seen;
   } else if (!judgement.refusal.empty()) {
     finding.message = "only a guess (" + seen + "; " + judgement.refusal + ")";
-    finding.advice = advice_for(VANTREL_REASON_TOO_SMALL);
+    finding.advice = judgement.demanded ? kDemandLess : advice_for(VANTREL_REASON_TOO_SMALL);
   } else if (is_blank(scan)) {
     finding.message = "no side of a card was found: the scan is blank";
   } else {

@@ -12,18 +12,21 @@ struct EnlargeOptions : Options {
   std::string method = "linear";
 };
 
-Finding not_enlarged(const std::string& reason) {
+Finding not_enlarged(const std::string& reason, const std::string& advice) {
   Finding finding;
   finding.message = "not enlarged: " + reason;
+  finding.advice = advice;
   finding.details = [] { return Json{{"result", 0}}; };
   return finding;
 }
 
 Finding enlarge(const EnlargeOptions& options, Scan& scan) {
-  if (scan.image.depth() == 1) return not_enlarged("a bilevel picture has no levels between its pixels");
+  if (scan.image.depth() == 1) {
+    return not_enlarged("a bilevel picture has no levels between its pixels", "a scan in gray or colour");
+  }
   const int longest = vantrel_limit_value(VANTREL_LIMIT_ENLARGED_SIDE);
   if (std::max(scan.image.width(), scan.image.height()) > longest) {
-    return not_enlarged("a side is longer than " + std::to_string(longest) + " pixels");
+    return not_enlarged("a side is longer than " + std::to_string(longest) + " pixels", "vantrel crop first");
   }
   // Rows of whole groups of four pixels, as the library's own entries for it give them.
   const int width = (2 * scan.image.width() + 3) / 4 * 4;
