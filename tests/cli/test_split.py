@@ -7,7 +7,7 @@ import pytest
 from PIL import Image
 
 import scans
-from geometry import lengths
+from geometry import corners_of, lengths
 from sample_scans import SAMPLES, TRUTH, box_of
 
 pytestmark = pytest.mark.usefixtures("leftovers")
@@ -170,6 +170,40 @@ def test_split_never_overwrites(tool, tmp_path):
 @pytest.mark.parametrize("out", ["-", "card.png"])
 def test_split_needs_a_folder(tool, scan, tmp_path, out):
     tool("split", scan, "-o", out, cwd=tmp_path).fails_with("-o", code=2)
+
+
+def drawn_sheet(seed, ground):
+    """Six cards of three sizes, askew, on a noisy ground; and the corners of each in reading order."""
+    random = np.random.default_rng(seed)
+    sheet = np.clip(random.normal(ground, 2.5, (1500, 1400, 3)), 0, 255).astype(np.uint8)
+    truth = []
+    for row in range(3):
+        for column in range(2):
+            fill, tilt = random.choice([0.6, 0.7, 0.8]), random.uniform(-9, 9)
+            pixels, corners = scans.draw_scan(640, 440, tilt, fill, int(random.integers(1000)), ground)
+            x, y = 20 + 680 * column + int(random.integers(20)), 20 + 480 * row
+            sheet[y : y + 440, x : x + 640] = pixels
+            truth.append(corners + (x, y))
+    return sheet, truth
+
+
+@pytest.mark.parametrize("ground", [46, 120, 165])
+def test_split_cuts_nothing_off_cards_of_known_corners(tool, tmp_path, ground):
+    """No corner of a card that is written is off by 2 % of the diagonal."""
+    pixels, truth = drawn_sheet(ground, ground)
+    path = scans.save(pixels, tmp_path / "sheet.png")
+    report = tool("split", path, "-o", tmp_path / "out", "--json", ok=True).json[0]
+    cards = [card for card in report["cards"] if card["certainty"] != "guess"]
+    assert len(cards) == len(report["outputs"]) == len(truth)
+    found = set()
+    for card, output in zip(cards, report["outputs"]):
+        corners = corners_of(card)
+        errors = [np.linalg.norm(corners - true, axis=1).max() / np.linalg.norm(true[0] - true[3]) for true in truth]
+        nearest = int(np.argmin(errors))
+        assert errors[nearest] < 0.02, (card, errors[nearest])
+        assert np.abs(np.array([output["width"], output["height"]]) / lengths(truth[nearest]) - 1).max() < 0.02
+        found.add(nearest)
+    assert len(found) == len(truth)  # each once
 
 
 # What is no sheet of cards.
