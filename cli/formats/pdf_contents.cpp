@@ -1,6 +1,7 @@
 // What qpdf has of its older interface is not wanted.
 #define POINTERHOLDER_TRANSITION 4
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <map>
 #include <new>
@@ -9,6 +10,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "failure.h"
 #include "formats/codecs.h"
@@ -21,6 +23,7 @@ namespace {
 /** Bytes to copy, about what the time for it is. Sums stay far below what their type holds. */
 using Work = std::int64_t;
 constexpr Work kMuchWork = std::int64_t{1} << 50;
+constexpr Work kWorkOfForm = 1000;
 
 Work times(std::int64_t count, Work work) {
   return work != 0 && count > kMuchWork / work ? kMuchWork : std::min(kMuchWork, count * work);
@@ -43,12 +46,15 @@ class Drawing : public Pipeline {
 
   Work work() const { return work_; }
   const std::map<std::string, std::int64_t>& uses() const { return uses_; }
+  /** How many bytes stand where text is, more than there are letters. */
+  std::int64_t text() const { return text_; }
   /** An image in the drawing itself that is larger than allowed, or "". */
   const std::string& refusal() const { return refusal_; }
 
  private:
   void read(char c) {
     constexpr std::size_t kLongest = 127;
+    text_ += in_text_ ? 1 : 0;
     static const std::string kBetween("\0\t\n\f\r ()<>[]{}%", 15);
     if (kBetween.find(c) != std::string::npos) return end_word();
     if (c == '/') end_word();
@@ -61,6 +67,8 @@ class Drawing : public Pipeline {
       name_ = word_;
     } else if (word_ == "Do") {
       ++uses_[plain(name_)];
+    } else if (word_ == "BT" || word_ == "ET") {
+      in_text_ = word_ == "BT";
     } else if (word_ == "BI") {
       width_ = height_ = 0;
     } else if (word_ == "ID") {
@@ -101,6 +109,8 @@ class Drawing : public Pipeline {
   Work work_ = 0;
   std::string word_;
   std::string name_;
+  bool in_text_ = false;
+  std::int64_t text_ = 0;
   std::map<std::string, std::int64_t> uses_;
   std::int64_t width_ = 0;
   std::int64_t height_ = 0;
@@ -121,12 +131,28 @@ int samples_of(QPDFObjectHandle space) {
   return samples.isInteger() ? std::clamp(samples.getIntValueAsInt(), 1, 4) : 3;
 }
 
+/** A page has it itself, or from those above it. */
+QPDFObjectHandle inherited(QPDFObjectHandle page, const char* key) {
+  constexpr int kDeepest = 50;
+  QPDFObjectHandle at = page;
+  for (int depth = 0; depth < kDeepest && at.isDictionary(); ++depth, at = at.getKey("/Parent")) {
+    QPDFObjectHandle value = at.getKey(key);
+    if (!value.isNull()) return value;
+  }
+  return QPDFObjectHandle::newNull();
+}
+
 class Page {
  public:
   explicit Page(const Limits& limits) : limits_(limits), most_(limits.megabytes * Budget::kMega) {}
 
   /** Judges all that is drawn. */
   void check(QPDFObjectHandle page, QPDFObjectHandle resources) {
+    QPDFObjectHandle box = inherited(page, "/MediaBox");
+    if (box.isRectangle()) {
+      const QPDFObjectHandle::Rectangle sides = box.getArrayAsRectangle();
+      area_ = (sides.urx - sides.llx) * (sides.ury - sides.lly);
+    }
     Work work = work_of_drawing(page.getKey("/Contents"), resources);
     QPDFObjectHandle notes = page.getKey("/Annots");
     for (int i = 0; notes.isArray() && i < notes.getArrayNItems(); ++i) {
@@ -163,7 +189,7 @@ class Page {
     for (int i = 0; content.isArray() && i < content.getArrayNItems(); ++i) pipe(content.getArrayItem(i));
     pipe(content);
     if (!drawing.refusal().empty()) throw Failure(drawing.refusal());
-    Work work = drawing.work() + work_of_resources(resources);
+    Work work = drawing.work() + work_of_resources(resources) + times(drawing.text(), work_of_letter(resources));
     QPDFObjectHandle drawn = resources.isDictionary() ? resources.getKey("/XObject") : resources;
     for (const auto& [name, count] : drawing.uses()) {
       if (drawn.isDictionary()) work = std::min(kMuchWork, work + times(count, work_of(drawn.getKey(name), resources)));
@@ -174,15 +200,51 @@ class Page {
   /** Of what is drawn through a mask or in a pattern: once, however often it is. */
   Work work_of_resources(QPDFObjectHandle resources) {
     if (!resources.isDictionary() || !seen_.insert(resources.unparse()).second) return 0;
-    Work work = work_of_each(resources.getKey("/Pattern"), resources);
-    QPDFObjectHandle states = resources.getKey("/ExtGState");
-    if (!states.isDictionary()) return work;
-    for (const std::string& name : states.getKeys()) {
-      QPDFObjectHandle state = states.getKey(name);
+    Work work = 0;
+    for (QPDFObjectHandle pattern : values_of(resources, "/Pattern")) {
+      if (pattern.isStream()) work += work_of_pattern(pattern, resources);
+    }
+    for (QPDFObjectHandle state : values_of(resources, "/ExtGState")) {
       QPDFObjectHandle mask = state.isDictionary() ? state.getKey("/SMask") : state;
       if (mask.isDictionary()) work += work_of(mask.getKey("/G"), resources);
     }
-    return work;
+    return std::min(kMuchWork, work);
+  }
+
+  /** Of as many tiles as the page has room for. */
+  Work work_of_pattern(QPDFObjectHandle pattern, QPDFObjectHandle resources) {
+    constexpr Work kWorkOfTile = 300;
+    constexpr double kMostTiles = 1e12;
+    QPDFObjectHandle dictionary = pattern.getDict();
+    const auto number = [](QPDFObjectHandle value) { return value.isNumber() ? value.getNumericValue() : 1.0; };
+    double tile = std::abs(number(dictionary.getKey("/XStep")) * number(dictionary.getKey("/YStep")));
+    QPDFObjectHandle matrix = dictionary.getKey("/Matrix");
+    if (matrix.isMatrix()) {
+      const QPDFObjectHandle::Matrix m = matrix.getArrayAsMatrix();
+      tile *= std::abs(m.a * m.d - m.b * m.c);
+    }
+    const double tiles = 1 + std::abs(area_) / std::max(tile, std::abs(area_) / kMostTiles);
+    const Work work = work_of(pattern, resources) - kWorkOfForm + kWorkOfTile;
+    return std::isfinite(tiles) && work > 0 ? times(static_cast<std::int64_t>(tiles), work) : 0;
+  }
+
+  /** Of the letter that takes most, where the letters of a font are drawings. */
+  Work work_of_letter(QPDFObjectHandle resources) {
+    Work most = 0;
+    for (QPDFObjectHandle font : values_of(resources, "/Font")) {
+      if (!font.isDictionary()) continue;
+      for (QPDFObjectHandle letter : values_of(font, "/CharProcs")) most = std::max(most, work_of(letter, resources));
+    }
+    return most;
+  }
+
+  /** What is in a dictionary of a dictionary. */
+  static std::vector<QPDFObjectHandle> values_of(QPDFObjectHandle of, const char* key) {
+    std::vector<QPDFObjectHandle> values;
+    QPDFObjectHandle inner = of.isDictionary() ? of.getKey(key) : of;
+    if (!inner.isDictionary()) return values;
+    for (const std::string& name : inner.getKeys()) values.push_back(inner.getKey(name));
+    return values;
   }
 
   /** Of a stream, or of each in a dictionary. */
@@ -195,7 +257,6 @@ class Page {
 
   /** Of an image, or of a form with what it draws. */
   Work work_of(QPDFObjectHandle object, QPDFObjectHandle resources) {
-    constexpr Work kWorkOfForm = 1000;
     constexpr int kDeepest = 100;  // as it is drawn
     if (!object.isStream() || depth_ >= kDeepest) return 0;
     // What draws itself is not drawn then.
@@ -242,19 +303,9 @@ class Page {
   std::map<QPDFObjGen, Work> works_;
   std::set<std::string> seen_;
   int depth_ = 0;
+  double area_ = 0;
   std::int64_t samples_ = 0;
 };
-
-/** A page has what it draws with itself, or from those above it. */
-QPDFObjectHandle resources_of(QPDFObjectHandle page) {
-  constexpr int kDeepest = 50;
-  QPDFObjectHandle at = page;
-  for (int depth = 0; depth < kDeepest && at.isDictionary(); ++depth, at = at.getKey("/Parent")) {
-    QPDFObjectHandle resources = at.getKey("/Resources");
-    if (resources.isDictionary()) return resources;
-  }
-  return QPDFObjectHandle::newNull();
-}
 
 }  // namespace
 
@@ -268,7 +319,7 @@ std::int64_t check_pdf_page(const Bytes& file, int page, const Limits& limits) {
     const auto& pages = document.getAllPages();
     if (page < 1 || static_cast<std::size_t>(page) > pages.size()) return 0;
     QPDFObjectHandle sheet = pages[static_cast<std::size_t>(page) - 1];
-    drawn.check(sheet, resources_of(sheet));
+    drawn.check(sheet, inherited(sheet, "/Resources"));
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {

@@ -46,6 +46,8 @@ def bombs():
     yield "inline.pdf", WORK, pdf(drawing=b"BI /W 30000 /H 30000 /BPC 8 /CS /G ID " + bytes(99) + b" EI")
     yield "long.pdf", WORK, pdf(drawing=blanks(60), filter=b"/Filter /FlateDecode")
     yield "nested.pdf", WORK, pdf(forms=10)
+    yield "pattern.pdf", WORK, pdf(drawing=b"/Pattern cs /P scn 0 0 99 99 re f", others=pattern(0.01))
+    yield "letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", others=FONT)
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -131,11 +133,15 @@ def enlarge_tile(file, side):
         file[place : place + 4] = struct.pack(">I", old + longer)
 
 
-def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0):
+def stream(dictionary, data):
+    return b"<< %s /Length %d >> stream\n%s\nendstream" % (dictionary, len(data), data)
+
+
+def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0, others=(b"", b"")):
     """A page, the image that it shows, and forms of which each draws the next ten times, the last one the image."""
     head = b"/Type /XObject /Subtype /Image /Width %d /Height %d /BitsPerComponent %d /ColorSpace %s /Filter /FlateDecode" % image
     names = b" ".join(b"/X%d %d 0 R" % (i, 5 + i) for i in range(forms + 1))
-    resources = b"/Resources << /XObject << %s >> >>" % names
+    resources = b"/Resources << /XObject << %s >> %s >>" % (names, others[0])
     form = b"/Type /XObject /Subtype /Form /BBox [0 0 99 99] " + resources
     if forms:
         drawing = b"/X%d Do " % forms
@@ -146,6 +152,7 @@ def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0
         stream(filter, drawing),
         stream(head, ZEROS),
         *(stream(form, b"/X%d Do " % i * 10) for i in range(forms)),
+        others[1],
     ]
     file, table = b"%PDF-1.4\n", b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
     for number, content in enumerate(objects, 1):
@@ -154,8 +161,18 @@ def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0
     return file + table + b"trailer << /Size %d /Root 1 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, len(file))
 
 
-def stream(dictionary, data):
-    return b"<< %s /Length %d >> stream\n%s\nendstream" % (dictionary, len(data), data)
+def pattern(step):
+    """As a resource and as the sixth object: tiles so close to each other."""
+    cell = b"/Type /Pattern /PatternType 1 /PaintType 1 /TilingType 1 /BBox [0 0 1 1] /XStep %g /YStep %g /Resources << >>"
+    return b"/Pattern << /P 6 0 R >>", stream(cell % (step, step), b"0 0 1 rg 0 0 .5 .5 re f")
+
+
+# A font whose letter is a long drawing.
+FONT = (
+    b"/Font << /F << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 0] /FirstChar 97 /LastChar 97 /Widths [0]"
+    b" /Encoding << /Differences [97 /a] >> /CharProcs << /a 6 0 R >> >> >>",
+    stream(b"", b"1 0 d0 " + b"0 0 1 1 re f " * 2000),
+)
 
 
 def blanks(megabytes, before=b""):

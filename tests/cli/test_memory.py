@@ -148,13 +148,14 @@ def test_memory_may_end_for_good(inputs, tmp_path, name):
     fail_each(inputs, tmp_path, ROUTES[name], SAMPLE and 15, ever=True)
 
 
-@pytest.mark.parametrize("name", FORMATS)
+@pytest.mark.parametrize("name", [*FORMATS, "gif", "jp2", "pdf"])
 def test_memory_for_pixels_may_be_missing(inputs, tmp_path, name):
     """Large requests are refused to the image libraries too, and the next input is worked on."""
     large = Image.fromarray(np.random.default_rng(1).integers(0, 256, (900, 900, 3), np.uint8))
     (tmp_path / "in").mkdir()
-    large.save(tmp_path / "in" / f"LARGE.{name}")
-    arguments = ("crop", f"LARGE.{name}", "--rect", "0,0,799,799", "--overlay", f"OUT/seen.{name}", "-o", f"OUT/part.{name}")
+    large.save(tmp_path / "in" / f"LARGE.{name}", **({"resolution": 300} if name == "pdf" else {}))
+    written = name if name in FORMATS else "png"
+    arguments = ("crop", f"LARGE.{name}", "--rect", "0,0,799,799", "--overlay", f"OUT/seen.{written}", "-o", f"OUT/part.{written}")
     total, _ = fail_each(tmp_path / "in", tmp_path, arguments, None, least=1 << 20)
     assert total >= 4
 
