@@ -108,6 +108,23 @@ def test_bombs_of_formats_that_are_only_read_are_refused_at_once(tmp_path):
         assert said.startswith(f"vantrel: {tmp_path / name}: "), (name, said)
 
 
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer has allocators of its own")
+def test_a_decoder_that_takes_too_much_ends_the_tool_in_good_order(tool, tmp_path, leftovers):
+    content = {name: content for name, _, content in read_bombs.bombs()}["coded.heic"]
+    scans.save(scans.blank_scan(120, 100), tmp_path / "in.png")
+    (tmp_path / "coded.heic").write_bytes(content)
+    for order in (("in.png", "coded.heic"), ("coded.heic", "in.png")):
+        (tmp_path / order[0][:2]).mkdir()
+        arguments = ("crop", *(tmp_path / name for name in order), "--rect", "0,0,99,79", "-o", tmp_path / order[0][:2], "-j", 1)
+        result = tool(*arguments)
+        if "is not read by this build" in result.err:
+            pytest.skip(result.err)
+        assert result.code == 1 and f"{tmp_path / 'coded.heic'}: {read_bombs.MEMORY}" in result.err
+    assert [path.name for path in (tmp_path / "in").iterdir()] == ["in.png"]
+    assert scans.load(tmp_path / "in" / "in.png").shape[:2] == (80, 100)
+    assert not list((tmp_path / "co").iterdir())
+
+
 def test_a_file_may_be_too_large(tool, tmp_path):
     pixels = np.random.default_rng(1).integers(0, 256, (800, 800, 3), np.uint8)
     scans.save(pixels, tmp_path / "in.png")
