@@ -233,7 +233,8 @@ class Page {
     Work most = 0;
     for (QPDFObjectHandle font : values_of(resources, "/Font")) {
       if (!font.isDictionary()) continue;
-      for (QPDFObjectHandle letter : values_of(font, "/CharProcs")) most = std::max(most, work_of(letter, resources));
+      for (const QPDFObjectHandle& letter : values_of(font, "/CharProcs"))
+        most = std::max(most, work_of(letter, resources));
     }
     return most;
   }
