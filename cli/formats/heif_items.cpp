@@ -111,6 +111,8 @@ void read_places(Reader box, Items& items) {
     box.number(2);
     const std::uint64_t base = box.number(base_bytes);
     std::uint64_t pieces = box.number(2);
+    // Pieces of which nothing is said take no bytes of the file: they could go on for minutes.
+    if (index_bytes + offset_bytes + length_bytes == 0) pieces = std::min<std::uint64_t>(pieces, 1);
     for (bool first = true; pieces > 0; --pieces, first = false) {
       box.number(index_bytes);
       const std::uint64_t offset = base + box.number(offset_bytes);

@@ -38,6 +38,7 @@ def bombs():
     yield "overlay.heic", PIXELS, heic(grid=overlay(SIDE, SIDE), kind=b"iovl", outside=True)
     yield "nested.heic", "put together from such as are so themselves", heic(part=2)
     yield "coded.heic", MEMORY, heic(coded=8192)
+    yield "pieces.heic", PIXELS, heic(grid=grid(SIDE, SIDE)) + places_in_pieces()
     yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
     yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
     yield "bits.pdf", PIXELS, pdf(image=(4 * SIDE, SIDE, 1, b"/DeviceGray"))
@@ -101,6 +102,13 @@ def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, 
     if coded:
         enlarge_tile(file, coded)
     return bytes(file)
+
+
+def places_in_pieces():
+    """60000 further items of 65535 pieces each, of which no byte is said."""
+    items = b"".join(struct.pack(">HHH", item, 0, 65535) for item in range(1000, 1000 + 60000))
+    places = struct.pack(">I4sIHH", 16 + len(items), b"iloc", 0, 0, 60000) + items
+    return struct.pack(">I4sI", 12 + len(places), b"meta", 0) + places
 
 
 def enlarge_tile(file, side):
