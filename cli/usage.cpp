@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <filesystem>
 #include <regex>
 #include <utility>
@@ -55,7 +56,8 @@ bool looks_like_input(const std::string& word) {
   return word == kPipe || word.find('/') != std::string::npos || format_of_path(word) || exists(word);
 }
 
-std::string did_you_mean(const std::string& word, const std::vector<std::string>& names) {
+std::string did_you_mean(std::string word, const std::vector<std::string>& names) {
+  std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return std::tolower(c); });
   const std::string name = nearest(word, names);
   return name.empty() ? "" : " (did you mean '" + name + "'?)";
 }
@@ -70,9 +72,11 @@ const CLI::App& active(const CLI::App& parser) {
   return used.empty() ? parser : *used.front();
 }
 
+bool is_option(const std::string& word) { return word.size() > 1 && word.front() == '-'; }
+
 std::string words_of_unknown(const CLI::App& parser, const std::vector<std::string>& words) {
   for (const std::string& word : words) {
-    if (word.size() < 2 || word.front() != '-') continue;
+    if (!is_option(word)) continue;
     const std::string name = word.substr(0, word.find('='));
     return "unknown option '" + name + "'" + did_you_mean(name, options_of(active(parser)));
   }
@@ -96,14 +100,19 @@ std::string retold(const std::string& said) {
   return said;
 }
 
-/** The parser takes `--json=3` for `--json`, and "=card.png" for the file of `-o=card.png`; who types that means
- * neither. */
+/**
+ * The parser takes `--json=3` for `--json`, "=card.png" for the file of `-o=card.png`, and `-rotate` for `-r`, `-o
+ * tate`; who types that means none of these.
+ */
 void check_values(const CLI::App& command, const std::vector<std::string>& words) {
   const std::string see = " (see vantrel " + command.get_name() + " --help)";
   for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
     const std::size_t equals = words[i].find('=');
     const std::string name = words[i].substr(0, equals);
-    if (name.size() < 2 || name.front() != '-') continue;
+    if (!is_option(name)) continue;
+    if (name.size() > 2 && name[1] != '-' && command.get_option_no_throw("-" + name) != nullptr) {
+      throw WrongUsage("unknown option '" + name + "' (did you mean '-" + name + "'?)" + see);
+    }
     const CLI::Option* option = command.get_option_no_throw(name);
     if (option == nullptr) continue;
     const bool is_flag = option->get_items_expected_max() == 0;
@@ -161,6 +170,8 @@ std::vector<std::string> meant_arguments(const CLI::App& parser, const std::vect
 std::string words_of(const CLI::App& parser, const CLI::ParseError& error) {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return words_of_unknown(parser, parser.remaining(true));
   if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) return retold(error.what());
+  const std::vector<std::string> unknown = parser.remaining(true);
+  if (std::any_of(unknown.begin(), unknown.end(), is_option)) return words_of_unknown(parser, unknown);
   if (parser.get_subcommands().empty()) return "a subcommand or an INPUT is needed";
   const std::string what = error.what();
   return what.substr(0, what.find(' ')) + " is needed";

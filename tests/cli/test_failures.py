@@ -98,6 +98,13 @@ USAGE = [
     (("crop", "--rect", "5,0,2,9", "card.png", *SAVED), "--rect: the order is left, top, right, bottom"),
     (("crop", "--rect", "-1,0,2,9", "card.png", *SAVED), "--rect: bounds count from 0"),
     (("clpi", "card.png"), "unknown subcommand 'clpi', and no file or folder (did you mean 'clip'?) (see vantrel --help)"),
+    (("CLIP", "card.png"), "unknown subcommand 'CLIP', and no file or folder (did you mean 'clip'?) (see vantrel --help)"),
+    (("card.png", "-rotate", "90", *SAVED), "unknown option '-rotate' (did you mean '--rotate'?) (see vantrel auto --help)"),
+    (("clip", "-output", "a.png", "card.png"), "unknown option '-output' (did you mean '--output'?) (see vantrel clip --help)"),
+    (("-version",), "unknown option '-version' (did you mean '--version'?) (see vantrel auto --help)"),
+    (("--Version",), "unknown option '--Version' (did you mean '--version'?) (see vantrel auto --help)"),
+    (("clip", "--detct-only"), "unknown option '--detct-only' (did you mean '--detect-only'?) (see vantrel clip --help)"),
+    (("clip",), "INPUT is needed (see vantrel clip --help)"),
     ((), "a subcommand or an INPUT is needed (see vantrel --help)"),
 ]
 
