@@ -1,4 +1,4 @@
-"""Completion by bash, and by zsh and fish where they are installed."""
+"""Completion by bash, and by zsh and fish where they are installed (scripts/setup does that)."""
 
 import os
 import shutil
@@ -56,7 +56,31 @@ def test_fish_offers_the_same(path):
     assert {"anywhere", "dark-glass"} <= offered("vantrel clip --method ")
 
 
+# What zsh's own functions would show is printed.
+ZSH = """
+compadd() { print -l -- ${(P)2} }
+_describe() { print -l -- ${${(P)2}%%:*} }
+_files() { print FILES }
+words=(vantrel %s) CURRENT=$#words PREFIX=$words[-1]
+source '%s'
+"""
+
+
 @pytest.mark.skipif(not shutil.which("zsh"), reason="zsh is not installed")
-def test_zsh_reads_its_own():
+def test_zsh_offers_the_same(path):
     assert (SCRIPTS / "_vantrel").read_text().startswith("#compdef vantrel\n")
-    subprocess.run(["zsh", "-n", SCRIPTS / "_vantrel"], check=True)
+
+    def offered(*typed):
+        script = ZSH % (" ".join(f"'{word}'" for word in typed), SCRIPTS / "_vantrel")
+        done = subprocess.run(["zsh", "-f", "-c", script], capture_output=True, text=True, env={**os.environ, "PATH": path})
+        assert done.returncode == 0 and done.stderr == "", done.stderr
+        return set(done.stdout.split())
+
+    assert SUBCOMMANDS | {"FILES"} <= offered("")
+    assert {"--output", "-o", "--min-sides", "--review"} <= offered("clip", "-")
+    assert "--rect" in offered("crop", "--re") and "--rect" not in offered("clip", "--re")
+    assert "--review" in offered("scan.png", "--re")  # as of auto
+    assert offered("clip", "--method", "") == {"auto", "anywhere", "dark-glass", "flat"}
+    assert offered("split", "--cards", "") == {"all"}
+    assert offered("clip", "--overlay", "") == {"FILES"}
+    assert SUBCOMMANDS <= offered("help", "")
