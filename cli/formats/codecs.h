@@ -56,8 +56,14 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits);
 int count_tiff_pages(const Bytes& file);
 int count_pdf_pages(const Bytes& file);
 
-/** Judges what a page is drawn with; returns how many samples its images have. */
-std::int64_t check_pdf_page(const Bytes& file, int page, const Limits& limits);
+/** A page of a PDF file that may be drawn. */
+struct JudgedPage {
+  std::int64_t samples = 0; /**< of all its images */
+  Bytes mended;             /**< the file as it was judged, if it was damaged */
+};
+
+/** Judges what a page is drawn with. */
+JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits);
 
 Picture read_webp(const Bytes& file, const Limits& limits);
 Picture read_bmp(const Bytes& file, const Limits& limits);

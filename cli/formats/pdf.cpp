@@ -52,10 +52,11 @@ int count_pdf_pages(const Bytes& file) {
 
 Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   Budget budget(bytes_to_open(file), limits.megabytes);
-  budget.allow(kBytesOfSample * check_pdf_page(file, page, limits));
+  const JudgedPage judged = check_pdf_page(file, page, limits);
+  budget.allow(kBytesOfSample * judged.samples);
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(poppler_mutex);
-  const std::unique_ptr<poppler::document> document = open_pdf(file);
+  const std::unique_ptr<poppler::document> document = open_pdf(judged.mended.empty() ? file : judged.mended);
   Picture picture;
   picture.pages = document->pages();
   if (page > picture.pages) refuse_page(page, picture.pages);

@@ -4,10 +4,14 @@
 #include <cmath>
 #include <exception>
 #include <map>
+#include <memory>
 #include <new>
+#include <qpdf/Buffer.hh>
 #include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <qpdf/QPDFWriter.hh>
 #include <set>
 #include <string>
 #include <vector>
@@ -308,27 +312,42 @@ class Page {
   std::int64_t samples_ = 0;
 };
 
+/** What was read of a damaged file: another program may read something else of it, which was not judged. */
+Bytes mended(QPDF& document) {
+  QPDFWriter writer(document);
+  writer.setOutputMemory();
+  writer.write();
+  const std::shared_ptr<Buffer> file = writer.getBufferSharedPointer();
+  return {file->getBuffer(), file->getBuffer() + file->getSize()};
+}
+
 }  // namespace
 
-std::int64_t check_pdf_page(const Bytes& file, int page, const Limits& limits) {
+JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits) {
   const ForeignCode foreign(Large::kCrashes);
-  Page drawn(limits);
+  JudgedPage judged;
   try {
     QPDF document;
     document.setSuppressWarnings(true);
     document.processMemoryFile("", reinterpret_cast<const char*>(file.data()), file.size());
     const auto& pages = document.getAllPages();
-    if (page < 1 || static_cast<std::size_t>(page) > pages.size()) return 0;
+    if (page < 1 || static_cast<std::size_t>(page) > pages.size()) refuse_page(page, static_cast<int>(pages.size()));
     QPDFObjectHandle sheet = pages[static_cast<std::size_t>(page) - 1];
+    Page drawn(limits);
     drawn.check(sheet, inherited(sheet, "/Resources"));
+    judged.samples = drawn.samples();
+    if (document.anyWarnings()) judged.mended = mended(document);
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
     throw;
+  } catch (const QPDFExc& problem) {
+    if (problem.getErrorCode() == qpdf_e_password) refuse_kind(Format::kPdf, "it wants a password");
+    refuse_damaged(Format::kPdf);
   } catch (const std::exception&) {
-    // What qpdf cannot make out may still be drawn.
+    refuse_damaged(Format::kPdf);
   }
-  return drawn.samples();
+  return judged;
 }
 
 }  // namespace tool

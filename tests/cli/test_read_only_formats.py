@@ -97,6 +97,12 @@ def test_pages_of_pdf(read, tool, tmp_path):
     tool("crop", tmp_path / "in.pdf", "--rect", "0,0,9,9", "-o", tmp_path / "third.png", "--page", 3).fails_with("no page 3")
 
 
+def test_a_pdf_file_whose_table_is_broken_is_mended(read):
+    file = saved("PDF", Image.new("RGB", (60, 40), (200, 30, 40)), resolution=150)
+    broken = file[: file.rindex(b"startxref")] + b"startxref\n5\n%%EOF\n"
+    assert np.array_equal(read(broken, "PDF", 120, 80), read(file, "PDF", 120, 80))
+
+
 @pytest.mark.parametrize("format", ["GIF", "JPEG2000", "PDF", "HEIC"])
 def test_damaged_files_are_refused(tool, tmp_path, format):
     whole = HEIC if format == "HEIC" else saved(format)
