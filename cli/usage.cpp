@@ -100,18 +100,24 @@ std::string retold(const std::string& said) {
   return said;
 }
 
+std::string words_of_one_dash(const std::string& name) {
+  return "unknown option '" + name + "' (did you mean '-" + name + "'?)";
+}
+
 /**
  * The parser takes `--json=3` for `--json`, "=card.png" for the file of `-o=card.png`, and `-rotate` for `-r`, `-o
  * tate`; who types that means none of these.
  */
 void check_values(const CLI::App& command, const std::vector<std::string>& words) {
-  const std::string see = " (see vantrel " + command.get_name() + " --help)";
+  const auto refuse = [&](const std::string& what) {
+    throw WrongUsage(what + " (see vantrel " + command.get_name() + " --help)");
+  };
   for (std::size_t i = 0; i < words.size() && words[i] != "--"; ++i) {
     const std::size_t equals = words[i].find('=');
     const std::string name = words[i].substr(0, equals);
     if (!is_option(name)) continue;
     if (name.size() > 2 && name[1] != '-' && command.get_option_no_throw("-" + name) != nullptr) {
-      throw WrongUsage("unknown option '" + name + "' (did you mean '-" + name + "'?)" + see);
+      refuse(words_of_one_dash(name));
     }
     const CLI::Option* option = command.get_option_no_throw(name);
     if (option == nullptr) continue;
@@ -119,9 +125,9 @@ void check_values(const CLI::App& command, const std::vector<std::string>& words
     if (equals == std::string::npos) {
       i += is_flag ? 0 : 1;  // a value may look like an option
     } else if (is_flag) {
-      throw WrongUsage(name + " takes no value" + see);
+      refuse(name + " takes no value");
     } else if (name[1] != '-') {
-      throw WrongUsage(name + " takes its value without '='" + see);
+      refuse(name + " takes its value without '='");
     }
   }
 }
