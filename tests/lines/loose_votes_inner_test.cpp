@@ -148,28 +148,45 @@ std::vector<unsigned char> heaps(support::Random& random, int rows, int cols) {
   return gray;
 }
 
-TEST(LooseVotes, CountEverySliceOfEveryLineOnce) {
-  support::Random random(5);
+/** Holds the loose bounds of all lines of a picture's edges against each line's own. */
+void expect_every_line(const std::vector<unsigned char>& gray, int rows, int cols, Direction direction) {
   // Steps from slice to slice that have no rounding.
   constexpr std::array<Slant, 6> kSlants = {
       {{1, 0}, {1, 1 / 64.0}, {1, -0.25}, {1, 0.5625}, {-1, 0.5625}, {-1, 0.375}}};
+  EdgeMaps maps({gray.data(), rows, cols, cols});
+  ASSERT_TRUE(maps.ready());
+  maps.detect({});
+  const PointMap points(maps, {{0, rows}, {0, cols}}, direction);
+  const LooseVotes votes(points, kSlants);
+  ASSERT_TRUE(votes.ready());
+  for (std::size_t i = 0; i < kSlants.size(); ++i) {
+    for (int line = -rows - cols; line < rows + cols; ++line) {
+      ASSERT_EQ(votes.most(static_cast<int>(i), line + 0.25, line + 0.75), loose_bound(points, kSlants.at(i), line));
+    }
+    EXPECT_EQ(votes.most(static_cast<int>(i), -1e12, -1e11), 0);
+  }
+}
+
+TEST(LooseVotes, CountEverySliceOfEveryLineOnce) {
+  support::Random random(5);
   for (int round = 0; round < 40; ++round) {
     const int rows = random.pick(8, 420), cols = random.pick(8, 420);
-    const std::vector<unsigned char> gray = heaps(random, rows, cols);
-    EdgeMaps maps({gray.data(), rows, cols, cols});
-    ASSERT_TRUE(maps.ready());
-    maps.detect({});
     const bool level = random.pick(0, 1) == 0;
-    const PointMap points(maps, {{0, rows}, {0, cols}}, level ? Direction::kAcrossRows : Direction::kAlongRows);
-    const LooseVotes votes(points, kSlants);
-    ASSERT_TRUE(votes.ready());
-    for (std::size_t i = 0; i < kSlants.size(); ++i) {
-      for (int line = -rows - cols; line < rows + cols; ++line) {
-        ASSERT_EQ(votes.most(static_cast<int>(i), line + 0.25, line + 0.75), loose_bound(points, kSlants.at(i), line));
-      }
-      EXPECT_EQ(votes.most(static_cast<int>(i), -1e12, -1e11), 0);
+    expect_every_line(heaps(random, rows, cols), rows, cols, level ? Direction::kAcrossRows : Direction::kAlongRows);
+  }
+}
+
+TEST(LooseVotes, CountMoreHeapsSideBySideThanAreKeptApart) {
+  support::Random random(6);
+  constexpr int kRows = 24, kCols = 3300, kHeaps = 20, kApart = 160, kSize = 10;
+  std::vector<unsigned char> gray(kRows * kCols);
+  for (int heap = 0; heap < kHeaps; ++heap) {
+    for (int i = 0; i < kSize * kSize; ++i) {
+      const int row = 7 + i / kSize, col = heap * kApart + i % kSize;
+      gray[static_cast<std::size_t>(row * kCols + col)] = random.pick(0, 1) == 0 ? 0 : 255;
     }
   }
+  expect_every_line(gray, kRows, kCols, Direction::kAlongRows);
 }
 
 TEST(LooseVotes, TellNoneOfTheStrongestLinesOfLongMapsApart) {
