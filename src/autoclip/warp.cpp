@@ -39,7 +39,8 @@ void plain::warp_stretch(const WarpSource& source, const WarpStretch& stretch) {
   const int y = stretch.y;
   const auto last_row = static_cast<float>(pixels.rows - 1);
   unsigned char* pixel = stretch.target;
-  for (int x = stretch.x; x < stretch.x + stretch.count; ++x, pixel += kChannels) {
+  for (int i = 0; i < stretch.count; ++i, pixel += kChannels) {
+    const int x = stretch.x + i;  // the last one may be the largest there is
     const double d = x * c[6] + (y * c[7] + 1.0);
     const float u = map_coordinate(c[0], c[1], c[2], d, x, y);
     const float v = map_coordinate(c[3], c[4], c[5], d, x, y);
