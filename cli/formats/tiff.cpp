@@ -273,6 +273,9 @@ Resolution resolution_of(TIFF* tiff) {
   return {dpi(x), dpi(y)};
 }
 
+/** A directory that ends before it tells where the next one is does not count, but can be read. */
+int pages_of(TIFF* tiff) { return std::max(1, static_cast<int>(TIFFNumberOfDirectories(tiff))); }
+
 Bytes block_of(TIFF* tiff, std::uint32_t tag) {
   std::uint32_t count = 0;
   const unsigned char* bytes = nullptr;
@@ -288,8 +291,8 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits) {
   const TiffPtr tiff = open_tiff(memory);
   if (!tiff) fail(foreign);
   Picture picture;
-  picture.pages = static_cast<int>(TIFFNumberOfDirectories(tiff.get()));
-  if (picture.pages > 0 && page > picture.pages) refuse_page(page, picture.pages);
+  picture.pages = pages_of(tiff.get());
+  if (page > picture.pages) refuse_page(page, picture.pages);
   if (TIFFSetDirectory(tiff.get(), static_cast<tdir_t>(page - 1)) == 0) fail(foreign);
   const Layout layout = layout_of(tiff.get());
   const Pieces pieces(tiff.get());
@@ -312,7 +315,7 @@ int count_tiff_pages(const Bytes& file) {
   TiffMemory memory{&file, {}, 0};
   const TiffPtr tiff = open_tiff(memory);
   if (!tiff) fail(foreign);
-  return static_cast<int>(TIFFNumberOfDirectories(tiff.get()));
+  return pages_of(tiff.get());
 }
 
 Bytes write_tiff(const Bitmap& image, const Metadata& metadata) {

@@ -423,6 +423,16 @@ def test_page_that_is_not_there(tool, three_pages, tmp_path, scan):
     assert not (tmp_path / "out.png").exists()
 
 
+def test_page_whose_directory_lacks_its_last_byte_is_one(tool, tmp_path):
+    path = tmp_path / "in.tif"
+    Image.fromarray(bits()).save(path, compression="group4")  # the directory stands behind the pixels
+    path.write_bytes(path.read_bytes()[:-1])
+    report = untouched(tool, path, tmp_path / "out.png")
+    assert (report["page"], report["pages"]) == (1, 1)
+    assert np.array_equal(scans.load(tmp_path / "out.png"), bits() * 255)
+    tool("clip", path, "-o", tmp_path / "no.png", "--page", 2).fails_with("no page 2", "has 1")
+
+
 def test_page_is_in_the_names_of_files_in_a_folder(tool, three_pages, tmp_path):
     (tmp_path / "out").mkdir()
     untouched(tool, three_pages, tmp_path / "out", "--page", 2)
