@@ -58,9 +58,13 @@ int count_pdf_pages(const Bytes& file);
 
 /** A page of a PDF file that may be drawn. */
 struct JudgedPage {
+  int pages = 0;            /**< of the file */
   std::int64_t samples = 0; /**< of all its images */
   Bytes mended;             /**< the file as it was judged, if it was damaged */
 };
+
+/** Of a damaged file those that can be made out. */
+int pages_of_pdf(const Bytes& file);
 
 /** Judges what a page is drawn with. */
 JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits);

@@ -45,9 +45,7 @@ std::unique_ptr<poppler::document> open_pdf(const Bytes& file) {
 
 int count_pdf_pages(const Bytes& file) {
   const Budget budget(bytes_to_open(file), Limits().megabytes);
-  const ForeignCode foreign(Large::kCrashes);
-  const std::lock_guard lock(poppler_mutex);
-  return open_pdf(file)->pages();
+  return pages_of_pdf(file);
 }
 
 Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
@@ -58,8 +56,8 @@ Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   const std::lock_guard lock(poppler_mutex);
   const std::unique_ptr<poppler::document> document = open_pdf(judged.mended.empty() ? file : judged.mended);
   Picture picture;
-  picture.pages = document->pages();
-  if (page > picture.pages) refuse_page(page, picture.pages);
+  picture.pages = judged.pages;
+  if (page > document->pages()) refuse_damaged(Format::kPdf);
   const std::unique_ptr<poppler::page> sheet(document->create_page(page - 1));
   if (!sheet) refuse_damaged(Format::kPdf);
   const poppler::rectf size = sheet->page_rect();

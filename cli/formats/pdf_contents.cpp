@@ -321,22 +321,15 @@ Bytes mended(QPDF& document) {
   return {file->getBuffer(), file->getBuffer() + file->getSize()};
 }
 
-}  // namespace
-
-JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits) {
+/** Opens a file and gives it to `use`; what is wrong with it becomes a refusal. */
+template <class Use>
+auto with_document(const Bytes& file, Use use) {
   const ForeignCode foreign(Large::kCrashes);
-  JudgedPage judged;
   try {
     QPDF document;
     document.setSuppressWarnings(true);
     document.processMemoryFile("", reinterpret_cast<const char*>(file.data()), file.size());
-    const auto& pages = document.getAllPages();
-    if (page < 1 || static_cast<std::size_t>(page) > pages.size()) refuse_page(page, static_cast<int>(pages.size()));
-    QPDFObjectHandle sheet = pages[static_cast<std::size_t>(page) - 1];
-    Page drawn(limits);
-    drawn.check(sheet, inherited(sheet, "/Resources"));
-    judged.samples = drawn.samples();
-    if (document.anyWarnings()) judged.mended = mended(document);
+    return use(document);
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
@@ -347,7 +340,27 @@ JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits) {
   } catch (const std::exception&) {
     refuse_damaged(Format::kPdf);
   }
-  return judged;
+}
+
+}  // namespace
+
+int pages_of_pdf(const Bytes& file) {
+  return with_document(file, [](QPDF& document) { return static_cast<int>(document.getAllPages().size()); });
+}
+
+JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits) {
+  return with_document(file, [&](QPDF& document) {
+    JudgedPage judged;
+    const auto& pages = document.getAllPages();
+    judged.pages = static_cast<int>(pages.size());
+    if (page < 1 || page > judged.pages) refuse_page(page, judged.pages);
+    QPDFObjectHandle sheet = pages[static_cast<std::size_t>(page) - 1];
+    Page drawn(limits);
+    drawn.check(sheet, inherited(sheet, "/Resources"));
+    judged.samples = drawn.samples();
+    if (document.anyWarnings()) judged.mended = mended(document);
+    return judged;
+  });
 }
 
 }  // namespace tool

@@ -103,6 +103,16 @@ def test_a_pdf_file_whose_table_is_broken_is_mended(read):
     assert np.array_equal(read(broken, "PDF", 120, 80), read(file, "PDF", 120, 80))
 
 
+def test_a_pdf_file_that_counts_more_pages_than_it_has(tool, tmp_path):
+    file = saved("PDF", Image.new("RGB", (60, 40), (200, 30, 40)), resolution=150)
+    assert file.count(b"/Count 1\n") == 1
+    (tmp_path / "in.pdf").write_bytes(file.replace(b"/Count 1\n", b"/Count 2\n"))
+    (tmp_path / "out").mkdir()
+    arguments = ("crop", tmp_path / "in.pdf", "--rect", "0,0,9,9", "-o", tmp_path / "out")
+    result = tool(*arguments, "--page", "all", "--json", ok=True)
+    assert [(report["page"], report["pages"]) for report in result.json] == [(1, 1)]
+
+
 @pytest.mark.parametrize("format", ["GIF", "JPEG2000", "PDF", "HEIC"])
 def test_damaged_files_are_refused(tool, tmp_path, format):
     whole = HEIC if format == "HEIC" else saved(format)
