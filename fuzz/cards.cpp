@@ -48,6 +48,18 @@ void check_card(const vantrel_card& card) {
   }
 }
 
+/** What a method knows is told of one that looked; a record of another size is refused. */
+template <class Details>
+void check_details(const vantrel_cards* cards, vantrel_method method,
+                   vantrel_status (*details_of)(const vantrel_cards*, Details*)) {
+  Details details{};
+  FUZZ_CHECK(details_of(cards, &details) != VANTREL_OK);
+  details.size = sizeof details;
+  const vantrel_status status = details_of(cards, &details);
+  FUZZ_CHECK(status == VANTREL_OK || status == VANTREL_ERROR_ABSENT);
+  if (vantrel_cards_reason(cards, method) == VANTREL_REASON_NOT_TRIED) FUZZ_CHECK(status == VANTREL_ERROR_ABSENT);
+}
+
 void find(Random& random, const vantrel_image& image) {
   std::array<vantrel_method, 5> methods{};
   vantrel_find_options options = VANTREL_FIND_OPTIONS_INIT;
@@ -79,7 +91,32 @@ void find(Random& random, const vantrel_image& image) {
     const auto asked = pictures::number<vantrel_method>(method);
     FUZZ_CHECK(vantrel_reason_text(vantrel_cards_reason(cards, asked)) != nullptr);
   }
+  check_details(cards, VANTREL_METHOD_DARK_GLASS, vantrel_cards_dark_glass);
+  check_details(cards, VANTREL_METHOD_FLAT_LIGHT, vantrel_cards_flat_light);
+  check_details(cards, VANTREL_METHOD_SHEET, vantrel_cards_sheet);
   vantrel_cards_release(cards);
+}
+
+/** What needs no picture, of numbers that mean something and of some that do not. */
+void ask(Random& random, const vantrel_image& image) {
+  const int number = random.pick(-2, 20);
+  FUZZ_CHECK(vantrel_status_text(pictures::number<vantrel_status>(number)) != nullptr);
+  FUZZ_CHECK(vantrel_reason_text(pictures::number<vantrel_reason>(number)) != nullptr);
+  FUZZ_CHECK((vantrel_method_name(pictures::number<vantrel_method>(number)) != nullptr) ==
+             (number >= 1 && number <= 4));
+  FUZZ_CHECK(vantrel_limit_value(pictures::number<vantrel_limit>(number)) >= 0);
+  FUZZ_CHECK(vantrel_image_check(&image) != VANTREL_ERROR_MEMORY);
+  const auto point = [&] {
+    const double x = any_double(random, -20, 90);
+    return vantrel_point{x, any_double(random, -20, 90)};
+  };
+  const vantrel_quad quad = {point(), point(), point(), point()};
+  vantrel_quad scaled = quad;
+  if (vantrel_quad_scale(&quad, any_double(random, 0, 3), &scaled) != VANTREL_OK) {
+    FUZZ_CHECK(std::memcmp(&quad, &scaled, sizeof quad) == 0);
+  } else {
+    FUZZ_CHECK(std::isfinite(scaled.top_left.x) && std::isfinite(scaled.bottom_right.y));
+  }
 }
 
 /** Runs an operation into a block of the library's, then into the caller's memory: the same pixels. */
@@ -146,6 +183,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
   vantrel_image image = memory.image(any_double(random, 0, 1300));
   if (random.one_in(16)) (random.one_in(2) ? image.width : image.height) = -random.pick(0, 1);
   finds ? find(random, image) : pictures_of(random, image);
+  ask(random, image);
   FUZZ_CHECK(memory.bytes() == before);
   return 0;
 }
