@@ -3,123 +3,27 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 #include <map>
 #include <memory>
 #include <new>
 #include <qpdf/Buffer.hh>
-#include <qpdf/Pipeline.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFWriter.hh>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "failure.h"
 #include "formats/codecs.h"
+#include "formats/pdf_drawing.h"
 #include "memory.h"
 
 // What the page of a PDF file is drawn with, judged before it is: a few bytes can be drawn for hours.
 namespace tool {
 namespace {
 
-/** Bytes to copy, about what the time for it is. Sums stay far below what their type holds. */
-using Work = std::int64_t;
-constexpr Work kMuchWork = std::int64_t{1} << 50;
 constexpr Work kWorkOfForm = 1000;
-
-Work times(std::int64_t count, Work work) {
-  return work != 0 && count > kMuchWork / work ? kMuchWork : std::min(kMuchWork, count * work);
-}
-
-struct TooMuch : std::exception {};
-
-/** Reads drawings: how long they are, what they draw and how often, and the images that stand in them. */
-class Drawing : public Pipeline {
- public:
-  Drawing(Work most, const Limits& limits) : Pipeline("drawing", nullptr), most_(most), limits_(limits) {}
-
-  void write(const unsigned char* data, std::size_t size) override {
-    constexpr Work kWorkOfByte = 10;
-    work_ += times(static_cast<std::int64_t>(size), kWorkOfByte);
-    for (std::size_t i = 0; i < size; ++i) read(static_cast<char>(data[i]));
-    if (work_ > most_) throw TooMuch();
-  }
-  void finish() override { end_word(); }
-
-  Work work() const { return work_; }
-  const std::map<std::string, std::int64_t>& uses() const { return uses_; }
-  /** How many bytes stand where text is, more than there are letters. */
-  std::int64_t text() const { return text_; }
-  /** An image in the drawing itself that is larger than allowed, or "". */
-  const std::string& refusal() const { return refusal_; }
-
- private:
-  void read(char c) {
-    constexpr std::size_t kLongest = 127;
-    text_ += in_text_ ? 1 : 0;
-    static const std::string kBetween("\0\t\n\f\r ()<>[]{}%", 15);
-    if (kBetween.find(c) != std::string::npos) return end_word();
-    if (c == '/') end_word();
-    if (word_.size() <= kLongest) word_ += c;
-  }
-
-  void end_word() {
-    if (word_.empty()) return;
-    if (word_[0] == '/') {
-      name_ = word_;
-    } else if (word_ == "Do") {
-      ++uses_[plain(name_)];
-    } else if (word_ == "BT" || word_ == "ET") {
-      in_text_ = word_ == "BT";
-    } else if (word_ == "BI") {
-      width_ = height_ = 0;
-    } else if (word_ == "ID") {
-      take_image();
-    } else if (std::all_of(word_.begin(), word_.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-      if (name_ == "/W" || name_ == "/Width") width_ = number();
-      if (name_ == "/H" || name_ == "/Height") height_ = number();
-    }
-    word_.clear();
-  }
-
-  std::int64_t number() const {
-    constexpr std::size_t kDigits = 9;
-    return std::stoll(word_.substr(0, kDigits));
-  }
-
-  void take_image() {
-    work_ += times(width_, height_);
-    try {
-      check_size(width_, height_, 8, limits_);
-    } catch (const Failure& failure) {
-      if (refusal_.empty()) refusal_ = failure.what();
-    }
-    width_ = height_ = 0;
-  }
-
-  /** A name as the dictionaries have it, with #20 and the like resolved. */
-  static std::string plain(const std::string& name) {
-    try {
-      return QPDFObjectHandle::parse(name).getName();
-    } catch (const std::exception&) {
-      return name;
-    }
-  }
-
-  Work most_;
-  const Limits& limits_;
-  Work work_ = 0;
-  std::string word_;
-  std::string name_;
-  bool in_text_ = false;
-  std::int64_t text_ = 0;
-  std::map<std::string, std::int64_t> uses_;
-  std::int64_t width_ = 0;
-  std::int64_t height_ = 0;
-  std::string refusal_;
-};
 
 /** How many samples a pixel has; three where it is not plain. */
 int samples_of(QPDFObjectHandle space) {
@@ -146,23 +50,30 @@ QPDFObjectHandle inherited(QPDFObjectHandle page, const char* key) {
   return QPDFObjectHandle::newNull();
 }
 
+/** The inner dictionary `key` of a dictionary, or null. */
+QPDFObjectHandle inner(QPDFObjectHandle of, const std::string& key) {
+  return of.isDictionary() ? of.getKey(key) : QPDFObjectHandle::newNull();
+}
+
+void add(Work more, Work& work) { work = std::min(kMuchWork, work + more); }
+
+/** All that a page draws. */
 class Page {
  public:
   explicit Page(const Limits& limits) : limits_(limits), most_(limits.megabytes * Budget::kMega) {}
 
-  /** Judges all that is drawn. */
-  void check(QPDFObjectHandle page, QPDFObjectHandle resources) {
+  /** Judges it. */
+  void check(QPDFObjectHandle page) {
     QPDFObjectHandle box = inherited(page, "/MediaBox");
     if (box.isRectangle()) {
       const QPDFObjectHandle::Rectangle sides = box.getArrayAsRectangle();
       area_ = (sides.urx - sides.llx) * (sides.ury - sides.lly);
     }
-    Work work = work_of_drawing(page.getKey("/Contents"), resources);
+    levels_.push_back({page.getObjGen(), inherited(page, "/Resources")});
+    Work work = work_of_drawing(page.getKey("/Contents"));
     QPDFObjectHandle notes = page.getKey("/Annots");
     for (int i = 0; notes.isArray() && i < notes.getArrayNItems(); ++i) {
-      QPDFObjectHandle note = notes.getArrayItem(i);
-      QPDFObjectHandle looks = note.isDictionary() ? note.getKey("/AP") : note;
-      if (looks.isDictionary()) work += work_of_each(looks.getKey("/N"), resources);
+      add(work_of_each(inner(inner(notes.getArrayItem(i), "/AP"), "/N")), work);
     }
     check(work);
   }
@@ -171,14 +82,37 @@ class Page {
   std::int64_t samples() const { return samples_; }
 
  private:
+  /** A drawing that is being judged, within those before it; the first is the page. */
+  struct Level {
+    QPDFObjGen object;
+    QPDFObjectHandle resources;
+    Work letter = 0; /**< of the letter that takes most */
+  };
+  static constexpr std::size_t kNoLevel = std::numeric_limits<std::size_t>::max();
+
   void check(Work work) const {
     if (work <= most_) return;
     throw Failure("to draw the page takes the work of more than " + std::to_string(limits_.megabytes) +
                   " megabytes (--most-megabytes allows more)");
   }
 
-  /** Of a drawing in one stream or in several. */
-  Work work_of_drawing(QPDFObjectHandle content, QPDFObjectHandle resources) {
+  /** What is judged now would be judged otherwise within another drawing than that of this level. */
+  void depend_on(std::size_t level) { outermost_ = std::min(outermost_, level); }
+
+  /** What a name stands for: the innermost resources that have it say. */
+  QPDFObjectHandle find(const char* kind, const std::string& name) {
+    for (std::size_t i = levels_.size(); i-- > 0;) {
+      QPDFObjectHandle named = inner(inner(levels_[i].resources, kind), name);
+      if (named.isNull()) continue;
+      if (i + 1 < levels_.size()) depend_on(i);
+      return named;
+    }
+    depend_on(0);
+    return QPDFObjectHandle::newNull();
+  }
+
+  /** Of the drawing of the last level, in one stream or in several. */
+  Work work_of_drawing(QPDFObjectHandle content) {
     Drawing drawing(most_, limits_);
     const auto pipe = [&](QPDFObjectHandle stream) {
       try {
@@ -193,32 +127,42 @@ class Page {
     for (int i = 0; content.isArray() && i < content.getArrayNItems(); ++i) pipe(content.getArrayItem(i));
     pipe(content);
     if (!drawing.refusal().empty()) throw Failure(drawing.refusal());
-    Work work = drawing.work() + work_of_resources(resources) + times(drawing.text(), work_of_letter(resources));
-    QPDFObjectHandle drawn = resources.isDictionary() ? resources.getKey("/XObject") : resources;
-    for (const auto& [name, count] : drawing.uses()) {
-      if (drawn.isDictionary()) work = std::min(kMuchWork, work + times(count, work_of(drawn.getKey(name), resources)));
+    judged_ += drawing.work();
+    check(judged_);
+    return work_of_what_it_uses(drawing);
+  }
+
+  Work work_of_what_it_uses(const Drawing& drawing) {
+    Work letter = 0;
+    for (const auto& [name, count] : drawing.fonts()) letter = std::max(letter, work_of_letter(find("/Font", name)));
+    Work work = drawing.work();
+    for (const auto& [name, count] : drawing.states()) {
+      QPDFObjectHandle state = find("/ExtGState", name);
+      add(times(count, work_of(inner(inner(state, "/SMask"), "/G"))), work);
+      QPDFObjectHandle font = inner(state, "/Font");
+      if (font.isArray() && font.getArrayNItems() > 0) letter = std::max(letter, work_of_letter(font.getArrayItem(0)));
     }
+    levels_.back().letter = letter;
+    if (drawing.text() > 0) add(times(drawing.text(), letter_of_levels()), work);
+    // Once, however often it is chosen: most drawings fill no more than the page with it, all in all.
+    for (const auto& [name, count] : drawing.patterns()) add(work_of_pattern(find("/Pattern", name)), work);
+    for (const auto& [name, count] : drawing.objects()) add(times(count, work_of(find("/XObject", name))), work);
     return work;
   }
 
-  /** Of what is drawn through a mask or in a pattern: once, however often it is. */
-  Work work_of_resources(QPDFObjectHandle resources) {
-    if (!resources.isDictionary() || !seen_.insert(resources.unparse()).second) return 0;
-    Work work = 0;
-    for (QPDFObjectHandle pattern : values_of(resources, "/Pattern")) {
-      if (pattern.isStream()) work += work_of_pattern(pattern, resources);
-    }
-    for (QPDFObjectHandle state : values_of(resources, "/ExtGState")) {
-      QPDFObjectHandle mask = state.isDictionary() ? state.getKey("/SMask") : state;
-      if (mask.isDictionary()) work += work_of(mask.getKey("/G"), resources);
-    }
-    return std::min(kMuchWork, work);
+  /** A drawing that chooses no font, or none yet, has that of the drawing around it. */
+  Work letter_of_levels() {
+    depend_on(0);
+    Work most = 0;
+    for (const Level& level : levels_) most = std::max(most, level.letter);
+    return most;
   }
 
   /** Of as many tiles as the page has room for. */
-  Work work_of_pattern(QPDFObjectHandle pattern, QPDFObjectHandle resources) {
+  Work work_of_pattern(QPDFObjectHandle pattern) {
     constexpr Work kWorkOfTile = 300;
     constexpr double kMostTiles = 1e12;
+    if (!pattern.isStream()) return 0;
     QPDFObjectHandle dictionary = pattern.getDict();
     const auto number = [](QPDFObjectHandle value) { return value.isNumber() ? value.getNumericValue() : 1.0; };
     double tile = std::abs(number(dictionary.getKey("/XStep")) * number(dictionary.getKey("/YStep")));
@@ -228,53 +172,66 @@ class Page {
       tile *= std::abs(m.a * m.d - m.b * m.c);
     }
     const double tiles = 1 + std::abs(area_) / std::max(tile, std::abs(area_) / kMostTiles);
-    const Work work = work_of(pattern, resources) - kWorkOfForm + kWorkOfTile;
+    const Work work = work_of(pattern) - kWorkOfForm + kWorkOfTile;
     return std::isfinite(tiles) && work > 0 ? times(static_cast<std::int64_t>(tiles), work) : 0;
   }
 
   /** Of the letter that takes most, where the letters of a font are drawings. */
-  Work work_of_letter(QPDFObjectHandle resources) {
+  Work work_of_letter(QPDFObjectHandle font) {
+    QPDFObjectHandle letters = inner(font, "/CharProcs");
+    if (!letters.isDictionary()) return 0;
     Work most = 0;
-    for (QPDFObjectHandle font : values_of(resources, "/Font")) {
-      if (!font.isDictionary()) continue;
-      for (const QPDFObjectHandle& letter : values_of(font, "/CharProcs"))
-        most = std::max(most, work_of(letter, resources));
-    }
+    for (const std::string& name : letters.getKeys())
+      most = std::max(most, work_of(letters.getKey(name), font.getKey("/Resources")));
     return most;
   }
 
-  /** What is in a dictionary of a dictionary. */
-  static std::vector<QPDFObjectHandle> values_of(QPDFObjectHandle of, const char* key) {
-    std::vector<QPDFObjectHandle> values;
-    QPDFObjectHandle inner = of.isDictionary() ? of.getKey(key) : of;
-    if (!inner.isDictionary()) return values;
-    for (const std::string& name : inner.getKeys()) values.push_back(inner.getKey(name));
-    return values;
-  }
-
   /** Of a stream, or of each in a dictionary. */
-  Work work_of_each(QPDFObjectHandle object, QPDFObjectHandle resources) {
-    if (!object.isDictionary()) return work_of(object, resources);
+  Work work_of_each(QPDFObjectHandle object) {
+    if (!object.isDictionary()) return work_of(object);
     Work work = 0;
-    for (const std::string& name : object.getKeys()) work += work_of(object.getKey(name), resources);
-    return std::min(kMuchWork, work);
+    for (const std::string& name : object.getKeys()) add(work_of(object.getKey(name)), work);
+    return work;
   }
 
-  /** Of an image, or of a form with what it draws. */
+  Work work_of(QPDFObjectHandle object) {
+    return work_of(object, object.isStream() ? object.getDict().getKey("/Resources") : QPDFObjectHandle::newNull());
+  }
+
+  /** Of an image, or of a form with what it draws by these resources. Kept, unless it hangs on what is around it. */
   Work work_of(QPDFObjectHandle object, QPDFObjectHandle resources) {
-    constexpr int kDeepest = 100;  // as it is drawn
-    if (!object.isStream() || depth_ >= kDeepest) return 0;
-    // What draws itself is not drawn then.
-    const auto [known, fresh] = works_.emplace(object.getObjGen(), 0);
-    if (!fresh) return known->second;
-    QPDFObjectHandle dictionary = object.getDict();
-    QPDFObjectHandle kind = dictionary.getKey("/Subtype");
-    if (kind.isName() && kind.getName() == "/Image") return known->second = work_of_image(dictionary);
-    QPDFObjectHandle own = dictionary.getKey("/Resources");
-    ++depth_;
-    known->second = kWorkOfForm + work_of_drawing(object, own.isDictionary() ? own : resources);
-    --depth_;
-    return known->second;
+    if (!object.isStream()) return 0;
+    const QPDFObjGen number = object.getObjGen();
+    const auto known = works_.find(number);
+    if (known != works_.end()) return known->second;
+    QPDFObjectHandle kind = object.getDict().getKey("/Subtype");
+    if (kind.isName() && kind.getName() == "/Image") return works_[number] = work_of_image(object.getDict());
+    if (is_not_drawn(number)) return 0;
+    const std::size_t before = outermost_;
+    outermost_ = kNoLevel;
+    levels_.push_back({number, resources});
+    judged_ += kWorkOfJudging;  // whatever it draws
+    const Work work = kWorkOfForm + work_of_drawing(object);
+    levels_.pop_back();
+    if (outermost_ >= levels_.size()) {
+      works_[number] = work;
+      outermost_ = before;
+    }
+    depend_on(before);
+    return work;
+  }
+
+  /** What draws itself is not drawn then, nor what lies too deep. */
+  bool is_not_drawn(QPDFObjGen number) {
+    constexpr std::size_t kDeepest = 100;
+    for (std::size_t i = 0; i < levels_.size(); ++i) {
+      if (levels_[i].object != number) continue;
+      depend_on(i);
+      return true;
+    }
+    if (levels_.size() <= kDeepest) return false;
+    depend_on(0);
+    return true;
   }
 
   Work work_of_image(QPDFObjectHandle image) {
@@ -303,11 +260,14 @@ class Page {
     return width * height * bits * samples / 8;
   }
 
+  static constexpr Work kWorkOfJudging = 10000;
+
   const Limits& limits_;
   Work most_;
+  Work judged_ = 0;
   std::map<QPDFObjGen, Work> works_;
-  std::set<std::string> seen_;
-  int depth_ = 0;
+  std::vector<Level> levels_;
+  std::size_t outermost_ = kNoLevel; /**< of the levels that what is judged now depends on */
   double area_ = 0;
   std::int64_t samples_ = 0;
 };
@@ -356,7 +316,7 @@ JudgedPage check_pdf_page(const Bytes& file, int page, const Limits& limits) {
     if (page < 1 || page > judged.pages) refuse_page(page, judged.pages);
     QPDFObjectHandle sheet = pages[static_cast<std::size_t>(page) - 1];
     Page drawn(limits);
-    drawn.check(sheet, inherited(sheet, "/Resources"));
+    drawn.check(sheet);
     judged.samples = drawn.samples();
     if (document.anyWarnings()) judged.mended = mended(document);
     return judged;

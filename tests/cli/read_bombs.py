@@ -47,8 +47,10 @@ def bombs():
     yield "inline.pdf", WORK, pdf(drawing=b"BI /W 30000 /H 30000 /BPC 8 /CS /G ID " + bytes(99) + b" EI")
     yield "long.pdf", WORK, pdf(drawing=blanks(60), filter=b"/Filter /FlateDecode")
     yield "nested.pdf", WORK, pdf(forms=10)
+    yield "outer.pdf", WORK, pdf(forms=10, own=False)
     yield "pattern.pdf", WORK, pdf(drawing=b"/Pattern cs /P scn 0 0 99 99 re f", others=pattern(0.01))
     yield "letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", others=FONT)
+    yield "drawn-letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONT_OF_PICTURES)
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -145,12 +147,15 @@ def stream(dictionary, data):
     return b"<< %s /Length %d >> stream\n%s\nendstream" % (dictionary, len(data), data)
 
 
-def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0, others=(b"", b"")):
-    """A page, the image that it shows, and forms of which each draws the next ten times, the last one the image."""
+def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0, own=True, others=(b"", b"")):
+    """A page, the image that it shows, and forms of which each draws the next ten times, the last one the image.
+
+    The forms know each other by resources of their own, or by those of the page.
+    """
     head = b"/Type /XObject /Subtype /Image /Width %d /Height %d /BitsPerComponent %d /ColorSpace %s /Filter /FlateDecode" % image
     names = b" ".join(b"/X%d %d 0 R" % (i, 5 + i) for i in range(forms + 1))
     resources = b"/Resources << /XObject << %s >> %s >>" % (names, others[0])
-    form = b"/Type /XObject /Subtype /Form /BBox [0 0 99 99] " + resources
+    form = b"/Type /XObject /Subtype /Form /BBox [0 0 99 99] " + (resources if own else b"/Resources << >>")
     if forms:
         drawing = b"/X%d Do " % forms
     objects = [
@@ -180,6 +185,12 @@ FONT = (
     b"/Font << /F << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 0] /FirstChar 97 /LastChar 97 /Widths [0]"
     b" /Encoding << /Differences [97 /a] >> /CharProcs << /a 6 0 R >> >> >>",
     stream(b"", b"1 0 d0 " + b"0 0 1 1 re f " * 2000),
+)
+
+# And one whose letter shows the image, by resources of the font.
+FONT_OF_PICTURES = (
+    FONT[0].replace(b"/CharProcs", b"/Resources << /XObject << /I 5 0 R >> >> /CharProcs"),
+    stream(b"", b"1 0 d0 /I Do"),
 )
 
 
