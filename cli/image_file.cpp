@@ -9,6 +9,7 @@
 
 #include "colours.h"
 #include "console.h"
+#include "deadline.h"
 #include "failure.h"
 
 namespace tool {
@@ -171,6 +172,7 @@ Bytes write_picture(const Bitmap& image, Format format, const Metadata& metadata
 Scan decode_image(Bytes file, int page, const Limits& limits) {
   const Format format = format_of_content(file);
   const QuietCodecs quiet;
+  const Deadline deadline(limits.seconds);
   Picture picture = read_picture(file, format, page, limits);
   const ExifFacts facts = facts_of(picture.metadata.exif);
   const auto [x, y] = picture.image.resolution();

@@ -69,8 +69,8 @@ bool ForeignCode::missed_memory() const { return missed != missed_before_; }
 Budget::Budget(std::int64_t bytes, int most_megabytes)
     : outer_(budget),
       most_megabytes_(std::max(most_megabytes, Limits().megabytes)),
-      last_words_("vantrel: " + printable(input.data()) +
-                  ": reading it takes more memory than a picture of its size needs (--most-megabytes allows more)\n") {
+      last_words_(message_of_input(
+          "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)")) {
   allow(bytes);
   budget = this;
 }
@@ -86,9 +86,7 @@ void Budget::check(std::size_t bytes) {
   const std::int64_t left = allowed_ - taken_;
   if (left > 0 && bytes <= static_cast<std::size_t>(left)) return;
   budget = nullptr;
-  remove_temporaries();
-  print_error(last_words_);
-  _exit(1);
+  end_with(last_words_);
 }
 
 void name_input(const std::string& path) { input[path.copy(input.data(), input.size() - 1)] = '\0'; }
@@ -103,11 +101,17 @@ void keep_memory() {
 #endif
 }
 
-void end_without_memory() {
+std::string message_of_input(const std::string& reason) {
+  return "vantrel: " + printable(input.data()) + ": " + reason + "\n";
+}
+
+void end_with(std::string_view message) {
   remove_temporaries();
-  print_error("vantrel: not enough memory\n");
+  print_error(message);
   _exit(1);
 }
+
+void end_without_memory() { end_with("vantrel: not enough memory\n"); }
 
 }  // namespace tool
 

@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tool {
 
@@ -71,8 +72,11 @@ class Budget {
   std::string last_words_;
 };
 
-/** What this thread works on from now on, for the message of a budget that is used up. */
+/** What this thread works on from now on, for the messages that end the tool. */
 void name_input(const std::string& path);
+
+/** The line for standard error that names what this thread works on. */
+std::string message_of_input(const std::string& reason);
 
 /** To be called first in main: before that everything counts as foreign code, as what other libraries do at loading. */
 void begin_own_code();
@@ -83,6 +87,7 @@ void begin_own_code();
 void keep_memory();
 
 /** Ends the tool: one line on standard error, no temporary file, status 1. Needs no memory. */
+[[noreturn]] void end_with(std::string_view message);
 [[noreturn]] void end_without_memory();
 
 }  // namespace tool

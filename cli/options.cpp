@@ -62,6 +62,11 @@ void add_input_options(CLI::App& command, Options& options) {
                       std::to_string(Limits{}.megabytes) + ")")
       ->type_name("N")
       ->transform(whole_between(1, 16000));
+  command
+      .add_option("--most-seconds", options.limits.seconds,
+                  "End where a file takes longer to decode (default " + std::to_string(Limits{}.seconds) + ")")
+      ->type_name("N")
+      ->transform(whole_between(1, 100000));
 }
 
 void add_output_options(CLI::App& command, Options& options) {

@@ -1,6 +1,7 @@
 /**
  * @file size_limits.h
- * @brief How large a picture may be, judged before anything is decoded or memory is taken for it.
+ * @brief How large a picture may be, judged before anything is decoded or memory is taken for it; and how long that may
+ * take.
  */
 #ifndef VANTREL_CLI_SIZE_LIMITS_H
 #define VANTREL_CLI_SIZE_LIMITS_H
@@ -13,6 +14,7 @@ namespace tool {
 struct Limits {
   int megapixels = 300; /**< a sheet of A3 at 1200 dots per inch has 279 */
   int megabytes = 500;  /**< of a file, and of the picture that is decoded from it */
+  int seconds = 120;    /**< of the processor, to decode it */
 };
 
 /** @throws Failure a picture of that size, in so many bits a pixel, is larger than allowed. */

@@ -7,6 +7,7 @@ import os
 import resource
 import struct
 import subprocess
+import time
 import zlib
 
 import numpy as np
@@ -123,6 +124,20 @@ def test_a_decoder_that_takes_too_much_ends_the_tool_in_good_order(tool, tmp_pat
     assert [path.name for path in (tmp_path / "in").iterdir()] == ["in.png"]
     assert scans.load(tmp_path / "in" / "in.png").shape[:2] == (80, 100)
     assert not list((tmp_path / "co").iterdir())
+
+
+def test_a_decoder_may_take_too_long(tool, tmp_path):
+    fills = zlib.compress(b"0 0 99 99 re f " * 300000)
+    (tmp_path / "in.pdf").write_bytes(read_bombs.pdf(drawing=fills, filter=b"/Filter /FlateDecode"))
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", tmp_path / "out.png", tmp_path / "in.pdf")
+    begun = time.monotonic()
+    result = tool(*arguments, "--most-seconds", 1)
+    if "is not read by this build" in result.err:
+        pytest.skip(result.err)
+    text = "reading it takes more than 1 seconds of the processor (--most-seconds allows more)"
+    assert (result.code, result.err) == (1, f"vantrel: {tmp_path / 'in.pdf'}: {text}\n")
+    assert time.monotonic() - begun > 1
+    assert [path.name for path in tmp_path.iterdir()] == ["in.pdf"]
 
 
 def test_a_file_may_be_too_large(tool, tmp_path):
