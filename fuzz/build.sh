@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 work=${WORK:-build/continuous}
 cmake -S . -B "$work" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTREL_BUILD_TOOL=OFF \
   -DVANTREL_FUZZING_ENGINE="${LIB_FUZZING_ENGINE:--fsanitize=fuzzer}"
-for target in entries corners lines headers cards anywhere blocks components kernels; do
+for target in entries corners lines headers cards anywhere proposals candidate blocks components kernels; do
   cmake --build "$work" --target "fuzz_${target}_fuzzer"
   cp "$work/fuzz/fuzz_${target}_fuzzer" "$OUT/$target"
   (cd "fuzz/corpus/$target" && python3 -m zipfile -c "$OUT/${target}_seed_corpus.zip" ./*)
