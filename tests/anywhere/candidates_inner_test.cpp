@@ -274,6 +274,28 @@ TEST(LineCandidates, NeverCrossThemselves) {
   }
 }
 
+/** Of a square of 40 pixels whose upper side goes on in a further run, from so many pixels behind its corner on. */
+double plausibility_with_run(double from, double to) {
+  const Quad square{{Point{100, 100}, {140, 100}, {140, 140}, {100, 140}}};
+  std::vector<Edge> places;
+  for (std::size_t i = 0; i < 4; ++i) add_run(places, square[i], square[i + 1]);
+  add_run(places, {140 + from, 100}, {140 + to, 100});
+  const Lines lines = find_lines(support::edges_at(places, 100), 200, 300);
+  Candidates candidates(Candidates::kMost);
+  EXPECT_TRUE(add_line_candidates(lines, 200, 300, kMostLineCandidates, candidates));
+  const auto all = candidates.all();
+  const auto at = std::find_if(all.begin(), all.end(),
+                               [&](const Candidate& candidate) { return nearly_same(candidate.quad, square, 1.0); });
+  EXPECT_NE(at, all.end());
+  return at == all.end() ? 0.0 : at->plausibility;
+}
+
+TEST(LineCandidates, CountWhatRunsOnForAQuarterOfTheSide) {
+  const double alone = plausibility_with_run(100, 108);
+  EXPECT_EQ(plausibility_with_run(12, 20), alone);
+  EXPECT_LT(plausibility_with_run(3, 9), alone - 0.03);
+}
+
 TEST(LineCandidates, AreNoneWithoutLines) {
   Lines lines(40, 60);
   lines = find_lines(support::edges_at({}, 100), 40, 60);
