@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -19,10 +20,15 @@ namespace {
 
 constexpr char kXmpKey[] = "XML:com.adobe.xmp";
 
-/** libpng's record for reading or writing, and whether it gave up for want of memory. */
+/** What a file may ask for beside its pixels, twice what it holds and so much for what grows of it, such as profiles.
+ */
+constexpr std::size_t kBytesAside = std::size_t{32} << 20;
+
+/** libpng's record for reading or writing, how much it may ask for, and whether it gave up for want of memory. */
 struct Codec {
   png_structp png = nullptr;
   png_infop info = nullptr;
+  std::size_t allowed = std::numeric_limits<std::size_t>::max();
   bool no_memory = false;
 };
 
@@ -30,8 +36,13 @@ struct Codec {
 void ignore(png_structp, png_const_charp) {}
 
 png_voidp take(png_structp png, png_alloc_size_t bytes) {
+  Codec& codec = *static_cast<Codec*>(png_get_mem_ptr(png));
+  // A few bytes say how long a text is; what the codec needs for itself is small.
+  constexpr std::size_t kSmall = std::size_t{1} << 16;
+  if (bytes > std::max(kSmall, codec.allowed)) return nullptr;
+  codec.allowed -= std::min<std::size_t>(bytes, codec.allowed);
   void* const block = std::malloc(bytes);
-  if (block == nullptr) static_cast<Codec*>(png_get_mem_ptr(png))->no_memory = true;
+  if (block == nullptr) codec.no_memory = true;
   return block;
 }
 void give_back(png_structp, png_voidp block) { std::free(block); }
@@ -59,6 +70,7 @@ void read_from(png_structp png, png_bytep into, std::size_t count) {
 class Decoder {
  public:
   explicit Decoder(const Bytes& file) : source_{file} {
+    codec_.allowed = 2 * file.size() + kBytesAside;
     codec_.png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, leave, ignore, &codec_, take, give_back);
     if (codec_.png == nullptr) throw std::bad_alloc();
     codec_.info = png_create_info_struct(codec_.png);
@@ -79,6 +91,8 @@ class Decoder {
     const auto height = static_cast<int>(png_get_image_height(codec_.png, codec_.info));
     const vantrel_format format = format_and_transformations();
     check_size(width, height, vantrel_format_bits(format), limits);
+    constexpr std::size_t kBytesOfColumn = 4 * 8;  // a few rows of the largest pixels there are
+    codec_.allowed += kBytesOfColumn * static_cast<std::size_t>(width);
     Picture picture;
     picture.sample_bits = png_get_bit_depth(codec_.png, codec_.info);
     picture.image = Bitmap(width, height, format);

@@ -3,6 +3,7 @@
 Within a second of processor time and 100 MB, of any format; and the limits can be raised and lowered.
 """
 
+import io
 import os
 import resource
 import struct
@@ -21,12 +22,14 @@ from conftest import TOOL
 SANITIZED = bool(os.environ.get("VANTREL_PRELOAD"))
 SIDE = 30000
 ZEROS = zlib.compress(bytes(4 << 20), 9)
+ZEROS_OF_300_MB = read_bombs.blanks(300)
+
+
+def chunk(kind, data):
+    return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
 
 
 def png(width, height, depth, colour, interlaced=0):
-    def chunk(kind, data):
-        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
-
     head = struct.pack(">IIBBBBB", width, height, depth, colour, 0, 0, interlaced)
     palette = chunk(b"PLTE", bytes(6)) if colour == 3 else b""
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + palette + chunk(b"IDAT", ZEROS) + chunk(b"IEND", b"")
@@ -56,6 +59,7 @@ def bombs(folder):
     yield "bits.png", png(4 * SIDE, SIDE, 1, 0)
     yield "palette.png", png(SIDE, SIDE, 1, 3, interlaced=1)
     yield "wide.png", png(0x7FFFFFFF, 1, 8, 2)
+    yield "text.png", png(64, 64, 8, 0)[:33] + struct.pack(">I", 0x65000000) + b"iTXt" + bytes(1000)
     yield "strip.tif", tiff(SIDE, SIDE, 8, 1, 8, SIDE)
     yield "rows.tif", tiff(SIDE, SIDE, 8, 3, 8, 1)
     yield "tile.tif", tiff(64, 64, 8, 1, 8, 0, tile=SIDE + 400 - SIDE % 16)
@@ -98,6 +102,20 @@ def test_bombs_are_refused_at_once(tmp_path):
         assert any(reason in told[name] for reason in ("megapixels", "megabytes", "truncated or damaged")), told[name]
     for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "lossless.webp", "lossy.webp", "raw.pgm"):
         assert "allows more" in told[name], told[name]
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+def test_texts_and_profiles_that_grow_are_left_out(tool, tmp_path):
+    """A picture beside which some kilobytes would become hundreds of megabytes, by one chunk or by many."""
+    profile = chunk(b"iCCP", b"p\0\0" + ZEROS_OF_300_MB)
+    text = chunk(b"iTXt", b"t\0\1\0\0\0" + ZEROS)
+    for name, aside in (("profile", profile), ("texts", 100 * text)):
+        buffer = io.BytesIO()
+        Image.new("L", (64, 64), 90).save(buffer, "PNG")
+        file = buffer.getvalue()
+        (tmp_path / f"{name}.png").write_bytes(file[:33] + aside + file[33:])
+        cost = Cost(tmp_path / f"{name}.png")
+        assert "blank" in cost.said, cost.said
 
 
 @pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
