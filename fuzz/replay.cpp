@@ -1,5 +1,4 @@
-// Runs a target on files, or on all files in folders, without a fuzzer. Plain C beneath: the memory sanitizer knows
-// what that writes, and not what the standard library's streams do.
+// Runs a target on files, or on all files in folders, without a fuzzer.
 #include <dirent.h>
 
 #include <cstddef>
