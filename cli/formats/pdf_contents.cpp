@@ -181,8 +181,11 @@ class Page {
     QPDFObjectHandle letters = inner(font, "/CharProcs");
     if (!letters.isDictionary()) return 0;
     Work most = 0;
-    for (const std::string& name : letters.getKeys())
-      most = std::max(most, work_of(letters.getKey(name), font.getKey("/Resources")));
+    QPDFObjectHandle resources = font.getKey("/Resources");
+    for (const std::string& name : letters.getKeys()) {
+      QPDFObjectHandle letter = letters.getKey(name);
+      if (letter.isStream() && !is_not_drawn(letter.getObjGen())) most = std::max(most, judged(letter, resources));
+    }
     return most;
   }
 
@@ -194,12 +197,8 @@ class Page {
     return work;
   }
 
+  /** Of an image, or of a form with what it draws. Kept, unless it hangs on what is around it. */
   Work work_of(QPDFObjectHandle object) {
-    return work_of(object, object.isStream() ? object.getDict().getKey("/Resources") : QPDFObjectHandle::newNull());
-  }
-
-  /** Of an image, or of a form with what it draws by these resources. Kept, unless it hangs on what is around it. */
-  Work work_of(QPDFObjectHandle object, QPDFObjectHandle resources) {
     if (!object.isStream()) return 0;
     const QPDFObjGen number = object.getObjGen();
     const auto known = works_.find(number);
@@ -209,15 +208,21 @@ class Page {
     if (is_not_drawn(number)) return 0;
     const std::size_t before = outermost_;
     outermost_ = kNoLevel;
-    levels_.push_back({number, resources});
-    judged_ += kWorkOfJudging;  // whatever it draws
-    const Work work = kWorkOfForm + work_of_drawing(object);
-    levels_.pop_back();
+    const Work work = judged(object, object.getDict().getKey("/Resources"));
     if (outermost_ >= levels_.size()) {
       works_[number] = work;
       outermost_ = before;
     }
     depend_on(before);
+    return work;
+  }
+
+  /** A form with what it draws by these resources, which are a font's for a letter. */
+  Work judged(QPDFObjectHandle object, QPDFObjectHandle resources) {
+    judged_ += kWorkOfJudging;  // whatever it draws
+    levels_.push_back({object.getObjGen(), resources});
+    const Work work = kWorkOfForm + work_of_drawing(object);
+    levels_.pop_back();
     return work;
   }
 
@@ -260,7 +265,7 @@ class Page {
     return width * height * bits * samples / 8;
   }
 
-  static constexpr Work kWorkOfJudging = 10000;
+  static constexpr Work kWorkOfJudging = 5000;
 
   const Limits& limits_;
   Work most_;

@@ -51,6 +51,7 @@ def bombs():
     yield "pattern.pdf", WORK, pdf(drawing=b"/Pattern cs /P scn 0 0 99 99 re f", others=pattern(0.01))
     yield "letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", others=FONT)
     yield "drawn-letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONT_OF_PICTURES)
+    yield "lent-letters.pdf", WORK, pdf(drawing=b"BT /E 9 Tf /F 9 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONTS_OF_A_LETTER)
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -180,18 +181,19 @@ def pattern(step):
     return b"/Pattern << /P 6 0 R >>", stream(cell % (step, step), b"0 0 1 rg 0 0 .5 .5 re f")
 
 
-# A font whose letter is a long drawing.
-FONT = (
-    b"/Font << /F << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 0] /FirstChar 97 /LastChar 97 /Widths [0]"
-    b" /Encoding << /Differences [97 /a] >> /CharProcs << /a 6 0 R >> >> >>",
-    stream(b"", b"1 0 d0 " + b"0 0 1 1 re f " * 2000),
-)
+def font(name, shown=None):
+    """Its letter is the sixth object, and its resources have an object to show."""
+    resources = b"/Resources << /XObject << /I %d 0 R >> >>" % shown if shown else b""
+    return (
+        b"/%s << /Type /Font /Subtype /Type3 /FontBBox [0 0 1 1] /FontMatrix [1 0 0 1 0 0] /FirstChar 97 /LastChar 97 /Widths [0]"
+        b" /Encoding << /Differences [97 /a] >> %s /CharProcs << /a 6 0 R >> >>" % (name, resources)
+    )
 
-# And one whose letter shows the image, by resources of the font.
-FONT_OF_PICTURES = (
-    FONT[0].replace(b"/CharProcs", b"/Resources << /XObject << /I 5 0 R >> >> /CharProcs"),
-    stream(b"", b"1 0 d0 /I Do"),
-)
+
+# The letter is a long drawing; or it shows the image; or there is another font, too, which has nothing to show with it.
+FONT = b"/Font << %s >>" % font(b"F"), stream(b"", b"1 0 d0 " + b"0 0 1 1 re f " * 2000)
+FONT_OF_PICTURES = b"/Font << %s >>" % font(b"F", 5), stream(b"", b"1 0 d0 /I Do")
+FONTS_OF_A_LETTER = b"/Font << %s %s >>" % (font(b"E", 2), font(b"F", 5)), FONT_OF_PICTURES[1]
 
 
 def blanks(megabytes, before=b""):
