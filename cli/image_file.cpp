@@ -122,19 +122,6 @@ Picture read_picture(const Bytes& file, Format format, int page, const Limits& l
   }
 }
 
-int pages_of(const Bytes& file, Format format) {
-  switch (format) {
-    case Format::kTiff:
-      return count_tiff_pages(file);
-#ifdef VANTREL_WITH_PDF
-    case Format::kPdf:
-      return count_pdf_pages(file);
-#endif
-    default:
-      return 1;
-  }
-}
-
 Profiles profiles_of(Format format) {
   switch (format) {
     case Format::kPng:
@@ -187,7 +174,19 @@ Scan decode_image(Bytes file, int page, const Limits& limits) {
           std::move(picture.metadata)};
 }
 
-int count_pages(const Bytes& file) { return pages_of(file, format_of_content(file)); }
+int count_pages(const Bytes& file, const Limits& limits) {
+  const Deadline deadline(limits.seconds);
+  switch (format_of_content(file)) {
+    case Format::kTiff:
+      return count_tiff_pages(file);
+#ifdef VANTREL_WITH_PDF
+    case Format::kPdf:
+      return count_pdf_pages(file, limits);
+#endif
+    default:
+      return 1;
+  }
+}
 
 Bytes encode_image(const Bitmap& image, Format format, const Metadata& metadata, const Encoding& encoding) {
   const QuietCodecs quiet;

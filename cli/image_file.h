@@ -35,7 +35,7 @@ struct Scan {
 Scan decode_image(Bytes file, int page, const Limits& limits);
 
 /** How many pages a file has. @throws Failure no image, or a damaged one. */
-int count_pages(const Bytes& file);
+int count_pages(const Bytes& file, const Limits& limits);
 
 /**
  * Encodes a 1-, 8- or 24-bit image with its resolution, and with the metadata of the scan that it comes from, as far as

@@ -51,7 +51,7 @@ std::vector<Input> scans_of(const std::string& named, bool recursive) {
 /** How many pages a file has; of one that cannot be read 1, which then fails where it is worked on. */
 int pages_of(const std::string& path, const Limits& limits) {
   try {
-    return std::max(1, count_pages(read_file(path, limits.megabytes)));
+    return std::max(1, count_pages(read_file(path, limits.megabytes), limits));
   } catch (const Failure&) {
     return 1;
   }

@@ -37,7 +37,7 @@ void decode(const tool::Bytes& file, const Choice& choice) {
   const int depth = scan.image.depth();
   FUZZ_CHECK(depth == 1 || depth == 8 || depth == 24);
   FUZZ_CHECK(scan.image.width() > 0 && scan.image.height() > 0);
-  FUZZ_CHECK(tool::count_pages(file) == scan.pages && page <= scan.pages);
+  FUZZ_CHECK(tool::count_pages(file, kLimits) == scan.pages && page <= scan.pages);
   if (scan.image.width() > 200 || scan.image.height() > 200) return;
   // With what the file says of itself, whatever that is.
   const tool::Bytes copy = tool::encode_image(scan.image, written, scan.metadata, encoding);

@@ -54,7 +54,7 @@ Picture read_png(const Bytes& file, const Limits& limits);
 Picture read_tiff(const Bytes& file, int page, const Limits& limits);
 
 int count_tiff_pages(const Bytes& file);
-int count_pdf_pages(const Bytes& file);
+int count_pdf_pages(const Bytes& file, const Limits& limits);
 
 /** A page of a PDF file that may be drawn. */
 struct JudgedPage {

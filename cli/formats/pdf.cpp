@@ -43,8 +43,8 @@ std::unique_ptr<poppler::document> open_pdf(const Bytes& file) {
 
 }  // namespace
 
-int count_pdf_pages(const Bytes& file) {
-  const Budget budget(bytes_to_open(file), Limits().megabytes);
+int count_pdf_pages(const Bytes& file, const Limits& limits) {
+  const Budget budget(bytes_to_open(file), limits.megabytes);
   return pages_of_pdf(file);
 }
 
