@@ -14,12 +14,16 @@ namespace {
 using support::Random;
 using namespace vantrel::anywhere;
 
-/** A card's shape at most a fifth of the frame's size outside the frame. */
-void check(const Quad& quad, const Copy& copy) {
-  constexpr double kOutside = 0.2 + 1e-9;
+/** Clockwise, and no smaller than a card. */
+void check_shape(const Quad& quad) {
   FUZZ_CHECK(area(quad) > 0);
+  for (std::size_t i = 0; i < 4; ++i) FUZZ_CHECK(length(quad[i + 1] - quad[i]) >= kShortestSide - 1e-6);
+}
+
+/** At most a fifth of the frame's size outside the frame. */
+void check_place(const Quad& quad, const Copy& copy) {
+  constexpr double kOutside = 0.2 + 1e-9;
   for (std::size_t i = 0; i < 4; ++i) {
-    FUZZ_CHECK(length(quad[i + 1] - quad[i]) >= kShortestSide - 1e-6);
     FUZZ_CHECK(quad[i].x >= -kOutside * copy.cols && quad[i].x <= (1 + kOutside) * copy.cols);
     FUZZ_CHECK(quad[i].y >= -kOutside * copy.rows && quad[i].y <= (1 + kOutside) * copy.rows);
   }
@@ -33,7 +37,8 @@ void propose_by_lines(const Copy& copy, const Edges& edges, std::size_t most) {
   FUZZ_CHECK(candidates.ready() && add_line_candidates(lines, copy.rows, copy.cols, most, candidates));
   FUZZ_CHECK(candidates.count() <= most);
   for (const Candidate& candidate : candidates.all()) {
-    check(candidate.quad, copy);
+    check_shape(candidate.quad);
+    check_place(candidate.quad, copy);
     FUZZ_CHECK(std::isfinite(candidate.plausibility));
   }
 }
@@ -43,11 +48,7 @@ void propose_by_regions(const Copy& copy, std::size_t most) {
   FUZZ_CHECK(barriers.ready());
   const RegionCandidates regions = region_candidates(copy, barriers, most);
   FUZZ_CHECK(regions.ready && regions.count >= 0 && static_cast<std::size_t>(regions.count) <= most);
-  for (int i = 0; i < regions.count; ++i) {
-    const Quad& quad = regions.quads.at(static_cast<std::size_t>(i));
-    FUZZ_CHECK(area(quad) > 0);
-    for (std::size_t k = 0; k < 4; ++k) FUZZ_CHECK(length(quad[k + 1] - quad[k]) >= kShortestSide);
-  }
+  for (int i = 0; i < regions.count; ++i) check_shape(regions.quads.at(static_cast<std::size_t>(i)));
 }
 
 }  // namespace
