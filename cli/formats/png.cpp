@@ -24,6 +24,16 @@ constexpr char kXmpKey[] = "XML:com.adobe.xmp";
  */
 constexpr std::size_t kBytesAside = std::size_t{32} << 20;
 
+/** What is compressed is unpacked before its length is known: a text or profile this far, and so many texts. */
+constexpr png_alloc_size_t kLargestAside = 8'000'000;
+constexpr png_uint_32 kMostTexts = 20;
+constexpr png_uint_32 kEndOfCount = 2;  // the codec counts down to one
+
+/** Texts and palettes that nobody asks for, each with its end; XMP stands in iTXt. */
+constexpr std::size_t kNameAndEnd = 5;
+constexpr std::array<png_byte, 3 * kNameAndEnd> kLeftOut{'t', 'E', 'X', 't', 0,   'z', 'T', 'X',
+                                                         't', 0,   's', 'P', 'L', 'T', 0};
+
 /** libpng's record for reading or writing, how much it may ask for, and whether it gave up for want of memory. */
 struct Codec {
   png_structp png = nullptr;
@@ -57,19 +67,20 @@ template <class Step>
 
 struct Source {
   const Bytes& file;
+  std::size_t end; /**< of what may be read */
   std::size_t position = 0;
 };
 
 void read_from(png_structp png, png_bytep into, std::size_t count) {
   auto& source = *static_cast<Source*>(png_get_io_ptr(png));
-  if (count > source.file.size() - source.position) png_error(png, "truncated");
+  if (count > source.end - source.position) png_error(png, "truncated");
   std::memcpy(into, source.file.data() + source.position, count);
   source.position += count;
 }
 
 class Decoder {
  public:
-  explicit Decoder(const Bytes& file) : source_{file} {
+  explicit Decoder(const Bytes& file) : source_{file, file.size()} {
     codec_.allowed = 2 * file.size() + kBytesAside;
     codec_.png = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, leave, ignore, &codec_, take, give_back);
     if (codec_.png == nullptr) throw std::bad_alloc();
@@ -85,6 +96,9 @@ class Decoder {
       png_set_user_limits(codec_.png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
       // The limits are ours; a damaged profile, say, is no reason to refuse the picture.
       png_set_benign_errors(codec_.png, 1);
+      png_set_chunk_malloc_max(codec_.png, kLargestAside);
+      png_set_chunk_cache_max(codec_.png, kMostTexts + kEndOfCount);
+      png_set_keep_unknown_chunks(codec_.png, PNG_HANDLE_CHUNK_NEVER, kLeftOut.data(), kLeftOut.size() / kNameAndEnd);
       png_read_info(codec_.png, codec_.info);
     });
     const auto width = static_cast<int>(png_get_image_width(codec_.png, codec_.info));
@@ -153,14 +167,23 @@ class Decoder {
     step([&] {
       for (int pass = 0; pass < passes; ++pass) {
         for (int y = 0; y < image.height(); ++y) {
+          if (pass == passes - 1 && y == image.height() - 1) hold_to_row(stored);
           png_read_row(codec_.png, row_at(y), nullptr);
           if (!direct && pass == passes - 1) keep(row_at(y), image, y);
         }
       }
+      source_.end = source_.file.size();
     });
     if (inverted_) {
       std::for_each(image.row(0), image.row(image.height()), [](unsigned char& byte) { byte ^= 0xff; });
     }
+  }
+
+  /** Having read the last row, the codec unpacks whatever else there is in the place of rows, however much it becomes.
+   */
+  void hold_to_row(std::size_t bytes) {
+    constexpr std::size_t kAround = std::size_t{64} << 10;
+    source_.end = std::min(source_.file.size(), source_.position + 2 * bytes + kAround);
   }
 
   void keep(const unsigned char* row, Bitmap& image, int y) const {

@@ -23,16 +23,24 @@ SANITIZED = bool(os.environ.get("VANTREL_PRELOAD"))
 SIDE = 30000
 ZEROS = zlib.compress(bytes(4 << 20), 9)
 ZEROS_OF_300_MB = read_bombs.blanks(300)
+TWO_GIGABYTES = 2000
 
 
 def chunk(kind, data):
     return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
 
 
-def png(width, height, depth, colour, interlaced=0):
+def zeros(megabytes):
+    """Compressed, by the same bytes for each."""
+    packer = zlib.compressobj(9)
+    first, each = (packer.compress(bytes(1 << 20)) + packer.flush(zlib.Z_FULL_FLUSH) for _ in range(2))
+    return first + (megabytes - 1) * each
+
+
+def png(width, height, depth, colour, interlaced=0, data=ZEROS):
     head = struct.pack(">IIBBBBB", width, height, depth, colour, 0, 0, interlaced)
     palette = chunk(b"PLTE", bytes(6)) if colour == 3 else b""
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + palette + chunk(b"IDAT", ZEROS) + chunk(b"IEND", b"")
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + palette + chunk(b"IDAT", data) + chunk(b"IEND", b"")
 
 
 def tiff(width, height, bits, samples, compression, rows, tile=None):
@@ -59,6 +67,8 @@ def bombs(folder):
     yield "bits.png", png(4 * SIDE, SIDE, 1, 0)
     yield "palette.png", png(SIDE, SIDE, 1, 3, interlaced=1)
     yield "wide.png", png(0x7FFFFFFF, 1, 8, 2)
+    yield "rest.png", png(64, 64, 8, 0, data=zeros(TWO_GIGABYTES))
+    yield "interlaced-rest.png", png(64, 64, 8, 6, interlaced=1, data=zeros(TWO_GIGABYTES))
     yield "text.png", png(64, 64, 8, 0)[:33] + struct.pack(">I", 0x65000000) + b"iTXt" + bytes(1000)
     yield "strip.tif", tiff(SIDE, SIDE, 8, 1, 8, SIDE)
     yield "rows.tif", tiff(SIDE, SIDE, 8, 3, 8, 1)
@@ -109,7 +119,8 @@ def test_texts_and_profiles_that_grow_are_left_out(tool, tmp_path):
     """A picture beside which some kilobytes would become far more than it may take, by one chunk or by many."""
     profile = chunk(b"iCCP", b"p\0\0" + ZEROS_OF_300_MB)
     text = chunk(b"iTXt", b"t\0\1\0\0\0" + ZEROS)
-    for name, aside in (("profile", profile), ("texts", 25 * text)):
+    plain_text = chunk(b"zTXt", b"t\0\0" + ZEROS)
+    for name, aside in (("profile", profile), ("texts", 1000 * text), ("plain texts", 1000 * plain_text)):
         buffer = io.BytesIO()
         Image.new("L", (64, 64), 90).save(buffer, "PNG")
         file = buffer.getvalue()

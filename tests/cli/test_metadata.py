@@ -4,7 +4,7 @@ import io
 
 import numpy as np
 import pytest
-from PIL import Image, ImageCms
+from PIL import Image, ImageCms, PngImagePlugin
 
 import profiles
 import scans
@@ -180,6 +180,28 @@ def test_xmp_is_kept(tool, tmp_path, source, target):
     file = whole(tool, shot(tmp_path / f"in.{source}"), tmp_path / f"out.{target}").read_bytes()
     assert file.count(b"a drawer") == 1
     assert b'Orientation="6"' not in file and b"Orientation>6" not in file
+
+
+@pytest.mark.parametrize("behind", [False, True])
+def test_xmp_of_a_png_file_is_kept_among_texts(tool, tmp_path, behind):
+    """Plain texts do not count; of those of its own kind a file may have some before it. They may stand behind the pixels."""
+    for others, kept in ((19, 1), (20, 0)):
+        texts = PngImagePlugin.PngInfo()
+        for i in range(1000):
+            texts.add_text(f"plain {i}", "a text", zip=i % 2 == 0)
+        for i in range(others):
+            texts.add_itxt(f"other {i}", "a text", zip=True)
+        texts.add_itxt("XML:com.adobe.xmp", XMP.decode(), zip=True)
+        path = save(Image.fromarray(picture()), tmp_path / f"in-{others}.png", pnginfo=texts)
+        if behind:
+            path.write_bytes(pixels_before_texts(path.read_bytes()))
+        file = whole(tool, path, tmp_path / f"out-{others}.png").read_bytes()
+        assert file.count(b"a drawer") == kept and b"a text" not in file
+
+
+def pixels_before_texts(png):
+    texts, pixels, end = (png.index(kind) - 4 for kind in (b"zTXt", b"IDAT", b"IEND"))
+    return png[:texts] + png[pixels:end] + png[texts:pixels] + png[end:]
 
 
 def test_formats_without_metadata_have_none(tool, tmp_path):
