@@ -3,16 +3,16 @@
 #include <pthread.h>
 
 #include <chrono>
+#include <iomanip>
 #include <new>
+#include <sstream>
 #include <system_error>
 
 #include "memory.h"
 
 namespace tool {
 
-Deadline::Deadline(int seconds)
-    : last_words_(message_of_input("reading it takes more than " + std::to_string(seconds) +
-                                   " seconds of the processor (--most-seconds allows more)")) {
+Deadline::Deadline(double seconds) : seconds_(seconds), last_words_(last_words()) {
   if (pthread_getcpuclockid(pthread_self(), &clock_) != 0) throw std::bad_alloc();
   end_ = now() + seconds;
   try {
@@ -29,6 +29,20 @@ Deadline::~Deadline() {
   }
   ended_.notify_one();
   watcher_.join();
+}
+
+void Deadline::allow(double seconds) {
+  const std::lock_guard lock(mutex_);
+  seconds_ += seconds;
+  end_ += seconds;
+  last_words_ = last_words();
+}
+
+std::string Deadline::last_words() const {
+  std::ostringstream text;
+  text << "reading it takes more than " << std::fixed << std::setprecision(1) << seconds_
+       << " seconds of the processor (--most-seconds allows more)";
+  return message_of_input(text.str());
 }
 
 double Deadline::now() const {

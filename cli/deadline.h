@@ -21,19 +21,24 @@ namespace tool {
 class Deadline {
  public:
   /** @throws std::bad_alloc there is nothing left to watch with. */
-  explicit Deadline(int seconds);
+  explicit Deadline(double seconds);
   ~Deadline();
   Deadline(const Deadline&) = delete;
   Deadline& operator=(const Deadline&) = delete;
 
+  /** So many more. */
+  void allow(double seconds);
+
  private:
   double now() const;
+  std::string last_words() const;
   void watch();
 
   clockid_t clock_;
+  double seconds_;
   double end_;
+  std::mutex mutex_; /**< for what stands below, and the end */
   std::string last_words_;
-  std::mutex mutex_;
   std::condition_variable ended_;
   bool in_time_ = false;
   std::thread watcher_;

@@ -159,7 +159,7 @@ Bytes write_picture(const Bitmap& image, Format format, const Metadata& metadata
 Scan decode_image(Bytes file, int page, const Limits& limits) {
   const Format format = format_of_content(file);
   const QuietCodecs quiet;
-  const Deadline deadline(limits.seconds);
+  const Deadline deadline(limits.seconds.value_or(kMostSeconds));
   Picture picture = read_picture(file, format, page, limits);
   const ExifFacts facts = facts_of(picture.metadata.exif);
   const auto [x, y] = picture.image.resolution();
@@ -175,7 +175,7 @@ Scan decode_image(Bytes file, int page, const Limits& limits) {
 }
 
 int count_pages(const Bytes& file, const Limits& limits) {
-  const Deadline deadline(limits.seconds);
+  const Deadline deadline(limits.seconds.value_or(kMostSeconds));
   switch (format_of_content(file)) {
     case Format::kTiff:
       return count_tiff_pages(file);

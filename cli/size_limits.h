@@ -7,15 +7,19 @@
 #define VANTREL_CLI_SIZE_LIMITS_H
 
 #include <cstdint>
+#include <optional>
 
 namespace tool {
 
 /** What one input may take, unless others are asked for. */
 struct Limits {
-  int megapixels = 300; /**< a sheet of A3 at 1200 dots per inch has 279 */
-  int megabytes = 500;  /**< of a file, and of the picture that is decoded from it */
-  int seconds = 120;    /**< of the processor, to decode it */
+  int megapixels = 300;       /**< a sheet of A3 at 1200 dots per inch has 279 */
+  int megabytes = 500;        /**< of a file, and of the picture that is decoded from it */
+  std::optional<int> seconds; /**< of the processor, to decode it */
 };
+
+/** Where nobody says how many, and the format's own work is judged beforehand. */
+inline constexpr int kMostSeconds = 120;
 
 /** @throws Failure a picture of that size, in so many bits a pixel, is larger than allowed. */
 void check_size(std::int64_t width, std::int64_t height, int bits, const Limits& limits);

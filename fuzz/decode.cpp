@@ -10,8 +10,8 @@
 
 namespace {
 
-/** A picture may be within the one and beyond the other. */
-constexpr tool::Limits kLimits{2, 10};
+/** A picture may be within the one and beyond the other; what takes long, the fuzzer ends itself. */
+constexpr tool::Limits kLimits{2, 10, tool::kMostSeconds};
 
 constexpr std::array kWritten = {tool::Format::kPng,  tool::Format::kTiff, tool::Format::kJpeg, tool::Format::kBmp,
                                  tool::Format::kWebp, tool::Format::kPnm,  tool::Format::kPdf};

@@ -24,6 +24,7 @@ def tool_environment(log):
     environment = dict(os.environ)
     for sanitizer in ("ASAN", "UBSAN", "LSAN", "TSAN"):
         environment[f"{sanitizer}_OPTIONS"] = f"{SANITIZER_OPTIONS}:log_path={log}"
+    environment["LSAN_OPTIONS"] += f":print_suppressions=0:suppressions={Path(__file__).parent / 'leaks.supp'}"
     return environment
 
 

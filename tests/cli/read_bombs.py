@@ -19,6 +19,7 @@ PIXELS = "are more than 300 megapixels (--most-megapixels allows more)"
 BYTES = "bits a pixel take more than 500 megabytes (--most-megabytes allows more)"
 WORK = "to draw the page takes the work of more than 500 megabytes (--most-megabytes allows more)"
 MEMORY = "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)"
+TIME = " seconds of the processor (--most-seconds allows more)"
 DAMAGED = "data is truncated or damaged"
 
 
@@ -52,6 +53,8 @@ def bombs():
     yield "letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", others=FONT)
     yield "drawn-letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONT_OF_PICTURES)
     yield "lent-letters.pdf", WORK, pdf(drawing=b"BT /E 9 Tf /F 9 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONTS_OF_A_LETTER)
+    yield "fills.pdf", TIME, fills()
+    yield "gradient.pdf", TIME, pdf(drawing=b"q 99 0 0 99 0 0 cm /S sh Q " * 100, others=GRADIENT)
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -194,6 +197,19 @@ def font(name, shown=None):
 FONT = b"/Font << %s >>" % font(b"F"), stream(b"", b"1 0 d0 " + b"0 0 1 1 re f " * 2000)
 FONT_OF_PICTURES = b"/Font << %s >>" % font(b"F", 5), stream(b"", b"1 0 d0 /I Do")
 FONTS_OF_A_LETTER = b"/Font << %s %s >>" % (font(b"E", 2), font(b"F", 5)), FONT_OF_PICTURES[1]
+
+
+# A colour at each place of the page comes of ten thousand steps.
+STEPS = b"{ pop " + b"dup mul sqrt " * 5000 + b"dup dup }"
+GRADIENT = (
+    b"/Shading << /S << /ShadingType 1 /ColorSpace /DeviceRGB /Function 6 0 R >> >>",
+    stream(b"/FunctionType 4 /Domain [0 1 0 1] /Range [0 1 0 1 0 1] /Filter /FlateDecode", zlib.compress(STEPS)),
+)
+
+
+def fills(count=300000):
+    """The whole page, over and over."""
+    return pdf(drawing=zlib.compress(b"0 0 99 99 re f " * count), filter=b"/Filter /FlateDecode")
 
 
 def blanks(megabytes, before=b""):
