@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::int64_t kMega = 1000000;
 
+/** What the rows of pictures are filled up to. */
+constexpr std::int64_t kBitsOfStep = 32;
+
 }  // namespace
 
 void check_size(std::int64_t width, std::int64_t height, int bits, const Limits& limits) {
@@ -18,7 +21,8 @@ void check_size(std::int64_t width, std::int64_t height, int bits, const Limits&
     throw Failure(size + " are more than " + std::to_string(limits.megapixels) +
                   " megapixels (--most-megapixels allows more)");
   }
-  if (width * height > limits.megabytes * kMega * 8 / bits) {
+  const std::int64_t row = (width * bits + kBitsOfStep - 1) / kBitsOfStep * kBitsOfStep / 8;
+  if (row > limits.megabytes * kMega / height) {
     throw Failure(size + " in " + std::to_string(bits) + " bits a pixel take more than " +
                   std::to_string(limits.megabytes) + " megabytes (--most-megabytes allows more)");
   }

@@ -66,6 +66,7 @@ def bombs(folder):
     yield "deep.png", png(SIDE, SIDE, 16, 6)
     yield "bits.png", png(4 * SIDE, SIDE, 1, 0)
     yield "palette.png", png(SIDE, SIDE, 1, 3, interlaced=1)
+    yield "thin.png", png(1, 200000000, 8, 0)  # rows are filled up to four bytes
     yield "wide.png", png(0x7FFFFFFF, 1, 8, 2)
     yield "rest.png", png(64, 64, 8, 0, data=zeros(TWO_GIGABYTES))
     yield "interlaced-rest.png", png(64, 64, 8, 6, interlaced=1, data=zeros(TWO_GIGABYTES))
