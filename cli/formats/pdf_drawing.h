@@ -99,6 +99,10 @@ class Drawing : public Pipeline {
   /** By the name before the operator, as the dictionaries have it, with #20 and the like resolved. */
   void use(Uses& uses) {
     if (name_.empty()) return;
+    if (name_.find('#') == std::string::npos) {
+      ++uses[name_];
+      return;
+    }
     try {
       ++uses[QPDFObjectHandle::parse(name_).getName()];
     } catch (const std::exception&) {
