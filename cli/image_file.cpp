@@ -9,8 +9,8 @@
 
 #include "colours.h"
 #include "console.h"
-#include "deadline.h"
 #include "failure.h"
+#include "reading_time.h"
 
 namespace tool {
 namespace {
@@ -79,6 +79,18 @@ bool is_read(Format format) {
     default:
       return true;
   }
+}
+
+/** What is not the file's time. */
+void prepare([[maybe_unused]] Format format) {
+#ifdef VANTREL_WITH_PDF
+  if (format == Format::kPdf) prepare_pdf();
+#endif
+}
+
+Limits with_time(Limits limits, ReadingTime& time) {
+  limits.time = &time;
+  return limits;
 }
 
 Picture read_picture(const Bytes& file, Format format, int page, const Limits& limits) {
@@ -159,8 +171,9 @@ Bytes write_picture(const Bitmap& image, Format format, const Metadata& metadata
 Scan decode_image(Bytes file, int page, const Limits& limits) {
   const Format format = format_of_content(file);
   const QuietCodecs quiet;
-  const Deadline deadline(limits.seconds.value_or(kMostSeconds));
-  Picture picture = read_picture(file, format, page, limits);
+  prepare(format);
+  ReadingTime time(format, file.size(), limits.seconds);
+  Picture picture = read_picture(file, format, page, with_time(limits, time));
   const ExifFacts facts = facts_of(picture.metadata.exif);
   const auto [x, y] = picture.image.resolution();
   if ((x == 0 || y == 0) && format != Format::kTiff) picture.image.set_resolution(facts.resolution);
@@ -175,8 +188,9 @@ Scan decode_image(Bytes file, int page, const Limits& limits) {
 }
 
 int count_pages(const Bytes& file, const Limits& limits) {
-  const Deadline deadline(limits.seconds.value_or(kMostSeconds));
-  switch (format_of_content(file)) {
+  const Format format = format_of_content(file);
+  const ReadingTime time(format, file.size(), limits.seconds);
+  switch (format) {
     case Format::kTiff:
       return count_tiff_pages(file);
 #ifdef VANTREL_WITH_PDF

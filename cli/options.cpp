@@ -63,9 +63,8 @@ void add_input_options(CLI::App& command, Options& options) {
       ->type_name("N")
       ->transform(whole_between(1, 16000));
   command
-      .add_option(
-          "--most-seconds", options.limits.seconds,
-          "End where a file takes longer to decode (default " + std::to_string(kMostSeconds) + ", for PDF by its size)")
+      .add_option("--most-seconds", options.limits.seconds,
+                  "End where a file takes longer to decode (default: by its size)")
       ->type_name("N")
       ->transform(whole_between(1, 100000));
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "failure.h"
+#include "reading_time.h"
 
 namespace tool {
 namespace {
@@ -26,6 +27,7 @@ void check_size(std::int64_t width, std::int64_t height, int bits, const Limits&
     throw Failure(size + " in " + std::to_string(bits) + " bits a pixel take more than " +
                   std::to_string(limits.megabytes) + " megabytes (--most-megabytes allows more)");
   }
+  if (limits.time != nullptr) limits.time->expect(width * height);
 }
 
 void check_file_size(std::uint64_t bytes, int most_megabytes) {

@@ -11,17 +11,21 @@
 
 namespace tool {
 
+class ReadingTime;
+
 /** What one input may take, unless others are asked for. */
 struct Limits {
-  int megapixels = 300;       /**< a sheet of A3 at 1200 dots per inch has 279 */
-  int megabytes = 500;        /**< of a file, and of the picture that is decoded from it */
-  std::optional<int> seconds; /**< of the processor, to decode it */
+  int megapixels = 300;         /**< a sheet of A3 at 1200 dots per inch has 279 */
+  int megabytes = 500;          /**< of a file, and of the picture that is decoded from it */
+  std::optional<int> seconds{}; /**< of the processor, to decode it, rather than by its size */
+  ReadingTime* time = nullptr;  /**< of the input that is read */
 };
 
-/** Where nobody says how many, and the format's own work is judged beforehand. */
-inline constexpr int kMostSeconds = 120;
-
-/** @throws Failure a picture of that size, in so many bits a pixel, is larger than allowed. */
+/**
+ * Judges a picture that is announced, in so many bits a pixel, and lets it take its time.
+ *
+ * @throws Failure it is larger than allowed.
+ */
 void check_size(std::int64_t width, std::int64_t height, int bits, const Limits& limits);
 
 /** @throws Failure a file of so many bytes is larger than allowed. */

@@ -11,7 +11,7 @@
 namespace {
 
 /** A picture may be within the one and beyond the other; what takes long, the fuzzer ends itself. */
-constexpr tool::Limits kLimits{2, 10, tool::kMostSeconds};
+constexpr tool::Limits kLimits{2, 10, 1000};
 
 constexpr std::array kWritten = {tool::Format::kPng,  tool::Format::kTiff, tool::Format::kJpeg, tool::Format::kBmp,
                                  tool::Format::kWebp, tool::Format::kPnm,  tool::Format::kPdf};

@@ -53,6 +53,9 @@ Picture read_jpeg(const Bytes& file, const Limits& limits);
 Picture read_png(const Bytes& file, const Limits& limits);
 Picture read_tiff(const Bytes& file, int page, const Limits& limits);
 
+/** To be called before: looks over the fonts of the machine, which may take longer than a page. */
+void prepare_pdf();
+
 int count_tiff_pages(const Bytes& file);
 int count_pdf_pages(const Bytes& file, const Limits& limits);
 

@@ -11,12 +11,11 @@
 #include <memory>
 #include <mutex>
 #include <new>
-#include <optional>
 #include <string>
 
-#include "deadline.h"
 #include "formats/codecs.h"
 #include "memory.h"
+#include "reading_time.h"
 
 namespace tool {
 namespace {
@@ -28,14 +27,6 @@ constexpr int kDotsPerInch = 300;
 constexpr std::int64_t kBytesAside = 64 * Budget::kMega;
 constexpr std::int64_t kBytesOfPixel = 40;
 constexpr std::int64_t kBytesOfSample = 12;
-
-/**
- * How long drawing takes at most, where nobody says: without pixels, for each byte of the file, and for each pixel of
- * the page and sample of an image. Pages of text and scans take a tenth of that, drawn maps of megabytes a quarter.
- */
-constexpr double kSecondsAside = 0.5;
-constexpr double kSecondsOfByte = 10e-6;
-constexpr double kSecondsOfPixel = 0.05e-6;
 
 std::int64_t bytes_to_open(const Bytes& file) { return kBytesAside + 8 * static_cast<std::int64_t>(file.size()); }
 
@@ -54,6 +45,12 @@ std::unique_ptr<poppler::document> open_pdf(const Bytes& file) {
 
 }  // namespace
 
+void prepare_pdf() {
+  const ForeignCode foreign;
+  const std::lock_guard lock(poppler_mutex);
+  FcInit();
+}
+
 int count_pdf_pages(const Bytes& file, const Limits& limits) {
   const Budget budget(bytes_to_open(file), limits.megabytes);
   return pages_of_pdf(file);
@@ -65,9 +62,6 @@ Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   budget.allow(kBytesOfSample * judged.samples);
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(poppler_mutex);
-  FcInit();  // what it takes to look over the fonts of a machine is not the file's time
-  std::optional<Deadline> deadline;
-  if (!limits.seconds) deadline.emplace(kSecondsAside + kSecondsOfByte * static_cast<double>(file.size()));
   const std::unique_ptr<poppler::document> document = open_pdf(judged.mended.empty() ? file : judged.mended);
   Picture picture;
   picture.pages = judged.pages;
@@ -83,7 +77,10 @@ Picture read_pdf(const Bytes& file, int page, const Limits& limits) {
   const std::int64_t height = pixels(size.height());
   check_size(width, height, 32, limits);
   budget.allow(kBytesOfPixel * width * height);
-  if (deadline) deadline->allow(kSecondsOfPixel * static_cast<double>(width * height + judged.samples));
+  if (limits.time != nullptr) {
+    limits.time->expect(width * height + judged.samples);
+    limits.time->expect_drawing();
+  }
   poppler::page_renderer renderer;
   renderer.set_image_format(poppler::image::format_rgb24);
   renderer.set_render_hint(poppler::page_renderer::antialiasing);

@@ -55,6 +55,8 @@ def bombs():
     yield "lent-letters.pdf", WORK, pdf(drawing=b"BT /E 9 Tf /F 9 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONTS_OF_A_LETTER)
     yield "fills.pdf", TIME, fills()
     yield "gradient.pdf", TIME, pdf(drawing=b"q 99 0 0 99 0 0 cm /S sh Q " * 100, others=GRADIENT)
+    yield "unpacked.pdf", TIME, pdf(drawing=nothing(2000), filter=b"/Filter [/FlateDecode /FlateDecode /ASCIIHexDecode]")
+    yield "names.pdf", TIME, pdf(drawing=zlib.compress(b"/ gs " * 9000000, 9), filter=b"/Filter /FlateDecode")
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -210,6 +212,13 @@ GRADIENT = (
 def fills(count=300000):
     """The whole page, over and over."""
     return pdf(drawing=zlib.compress(b"0 0 99 99 re f " * count), filter=b"/Filter /FlateDecode")
+
+
+def nothing(megabytes):
+    """Blanks, packed twice, of which no hexadecimal digit comes."""
+    packer = zlib.compressobj(9)
+    first, each = (packer.compress(b" " * (1 << 20)) + packer.flush(zlib.Z_FULL_FLUSH) for _ in range(2))
+    return zlib.compress(first + (megabytes - 1) * each, 9)
 
 
 def blanks(megabytes, before=b""):
