@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
 #include <string_view>
+#include <vector>
 
 #include "formats/codecs.h"
 
@@ -76,11 +76,19 @@ struct Place {
   bool in_box = false; /**< in the box of data, else in the file */
 };
 
+/** What is said of items, by its kind: a size, how they are turned or cut. */
+struct Property {
+  std::uint32_t kind;
+  Reader content;
+};
+
 struct Items {
   Item primary = 0;
   std::map<Item, std::uint32_t> kinds;
   std::map<Item, Place> places;
-  std::map<Item, std::set<Item>> made_from;
+  std::map<Item, std::vector<Item>> made_from; /**< one as often as it is named: it is decoded as often */
+  std::vector<Property> properties;
+  std::map<Item, std::vector<std::size_t>> numbers_of_properties; /**< from 1 */
   std::optional<Reader> data;
 };
 
@@ -128,8 +136,30 @@ void read_references(Reader box, Items& items) {
     const auto from = static_cast<Item>(entry.number(bytes));
     for (std::uint64_t count = entry.number(2); count > 0; --count) {
       const auto to = static_cast<Item>(entry.number(bytes));
-      if (kind == code("dimg")) items.made_from[from].insert(to);
+      if (kind == code("dimg")) items.made_from[from].push_back(to);
     }
+  });
+}
+
+void read_associations(Reader box, Items& items) {
+  const std::uint64_t head = box.number(4);
+  const int item_bytes = head >> 24 == 0 ? 2 : 4;
+  const bool wide = (head & 1) != 0;
+  for (std::uint64_t count = box.number(4); count > 0; --count) {
+    const auto item = static_cast<Item>(box.number(item_bytes));
+    for (std::uint64_t properties = box.number(1); properties > 0; --properties) {
+      // The highest bit says whether the property must be understood.
+      const std::uint64_t number = wide ? box.number(2) & 0x7FFF : box.number(1) & 0x7F;
+      items.numbers_of_properties[item].push_back(static_cast<std::size_t>(number));
+    }
+  }
+}
+
+void read_properties(Reader box, Items& items) {
+  for_each_box(box, [&](std::uint32_t kind, Reader part) {
+    if (kind == code("ipma")) read_associations(part, items);
+    if (kind != code("ipco")) return;
+    for_each_box(part, [&](std::uint32_t of, Reader content) { items.properties.push_back({of, content}); });
   });
 }
 
@@ -143,6 +173,7 @@ Items items_of(const Bytes& file) {
       if (kind == code("iinf")) read_kinds(box, items);
       if (kind == code("iloc")) read_places(box, items);
       if (kind == code("iref")) read_references(box, items);
+      if (kind == code("iprp")) read_properties(box, items);
       if (kind == code("idat")) items.data.emplace(box);
     });
   });
@@ -184,11 +215,25 @@ AssembledSize canvas_of(Reader content, std::uint32_t kind) {
   return {width, height};
 }
 
+/** The decoder turns and cuts a picture as often as it is told to; a file that is meant well tells it each once. */
+void check_turns(const Items& items) {
+  for (const auto& [item, numbers] : items.numbers_of_properties) {
+    std::map<std::uint32_t, int> times;
+    for (const std::size_t number : numbers) {
+      if (number == 0 || number > items.properties.size()) continue;
+      const std::uint32_t kind = items.properties[number - 1].kind;
+      const bool changes = kind == code("irot") || kind == code("imir") || kind == code("clap");
+      if (changes && ++times[kind] > 1) refuse_kind(Format::kHeif, "a picture turned or cut more than once");
+    }
+  }
+}
+
 }  // namespace
 
 std::optional<AssembledSize> check_heif_items(const Bytes& file, const Limits& limits) {
   constexpr int kBits = 24;
   const Items items = items_of(file);
+  check_turns(items);
   std::optional<AssembledSize> primary;
   for (const auto& [item, kind] : items.kinds) {
     if (!is_made(items, item)) continue;

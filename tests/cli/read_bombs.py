@@ -20,6 +20,7 @@ BYTES = "bits a pixel take more than 500 megabytes (--most-megabytes allows more
 WORK = "to draw the page takes the work of more than 500 megabytes (--most-megabytes allows more)"
 MEMORY = "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)"
 TIME = " seconds of the processor (--most-seconds allows more)"
+TURNS = "a picture turned or cut more than once"
 DAMAGED = "data is truncated or damaged"
 
 
@@ -39,6 +40,9 @@ def bombs():
     yield "overlay.heic", PIXELS, heic(grid=overlay(SIDE, SIDE), kind=b"iovl", outside=True)
     yield "nested.heic", "put together from such as are so themselves", heic(part=2)
     yield "coded.heic", MEMORY, heic(coded=8192)
+    yield "turned.heic", TURNS, heic(turns=[b"irot", b"irot"])
+    yield "mirrored.heic", TURNS, heic(turns=[b"imir"] * 100)
+    yield "cut.heic", TURNS, heic(turns=[b"irot", b"clap", b"clap"])
     yield "pieces.heic", PIXELS, heic(grid=grid(SIDE, SIDE)) + places_in_pieces()
     yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
     yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
@@ -91,8 +95,8 @@ def overlay(width, height):
     return struct.pack(">BB8xIIii", 0, 1, width, height, 0, 0)
 
 
-def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, coded=None):
-    """The file says one size, how it is put together from its tile another, and the tile a third."""
+def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, coded=None, turns=()):
+    """The file says one size, how it is put together from its tile another, and the tile a third; the tile is turned."""
     file = bytearray(HEIC)
     place = file.rindex(b"ispe") + 8
     file[place : place + 8] = struct.pack(">II", *told)
@@ -109,7 +113,33 @@ def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, 
         file[place : place + 8] = grid
     if coded:
         enlarge_tile(file, coded)
+    if turns:
+        turn_tile(file, turns)
     return bytes(file)
+
+
+def turn_tile(file, turns):
+    """A property of each kind that is named, and as many associations."""
+    kinds = sorted(set(turns))
+    # What is cut out is the whole of the tile.
+    contents = {b"irot": b"\1", b"imir": b"\1", b"clap": struct.pack(">8I", 64, 1, 64, 1, 0, 1, 0, 1)}
+    properties = b"".join(struct.pack(">I4s", 8 + len(contents[kind]), kind) + contents[kind] for kind in kinds)
+    insert(file, file.index(b"ipma") - 4, properties, (b"meta", b"iprp", b"ipco"))
+    place = file.index(b"ipma") + 14  # how many properties the tile has; four are there
+    assert file[place : place + 3] == b"\2\x81\2"
+    file[place] += len(turns)
+    insert(file, place + 3, bytes(0x85 + kinds.index(kind) for kind in turns), (b"meta", b"iprp", b"ipma"))
+
+
+def insert(file, place, content, boxes):
+    """Into boxes around it, before what the places of the file's items point to."""
+    file[place:place] = content
+    for box in boxes:
+        start = file.index(box) - 4
+        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + len(content))
+    for item in (0, 2):  # the places of the tile and of the metadata behind
+        start = file.index(b"iloc") + 12 + 20 * item + 6
+        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + len(content))
 
 
 def places_in_pieces():
@@ -138,15 +168,8 @@ def enlarge_tile(file, side):
         if stuffed[-2:] == b"\0\0" and byte <= 3:
             stuffed.append(3)
         stuffed.append(byte)
-    longer = len(stuffed) - length
-    file[place - 2 : place + length] = struct.pack(">H", len(stuffed)) + stuffed
-    for box in (b"meta", b"iprp", b"ipco", b"hvcC"):
-        start = file.index(box) - 4
-        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
-    for item in (0, 2):  # the places of the tile and of the metadata behind
-        place = file.index(b"iloc") + 12 + 20 * item + 6
-        old = struct.unpack(">I", file[place : place + 4])[0]
-        file[place : place + 4] = struct.pack(">I", old + longer)
+    file[place - 2 : place + length] = struct.pack(">H", len(stuffed)) + stuffed[:length]
+    insert(file, place + length, stuffed[length:], (b"meta", b"iprp", b"ipco", b"hvcC"))
 
 
 def stream(dictionary, data):

@@ -1,0 +1,31 @@
+"""What files of HEIC may say of how a picture is put together, turned and cut; what they may not is in read_bombs."""
+
+import numpy as np
+import pytest
+
+import scans
+from read_bombs import heic
+
+
+@pytest.fixture
+def read(tool, tmp_path):
+    """The pixels of a file, 64 x 48."""
+
+    def read(content, *options):
+        (tmp_path / "in.heic").write_bytes(content)
+        out = tmp_path / "out.png"
+        result = tool("crop", tmp_path / "in.heic", "--rect", "0,0,63,47", "-o", out, "--force", *options)
+        if "is not read by this build" in result.err:
+            pytest.skip(result.err)
+        assert result.code == 0, result.err
+        return scans.load(out)
+
+    return read
+
+
+def test_a_tile_may_be_turned_mirrored_and_cut_once_each(read):
+    plain = read(heic())
+    for turns in ([b"irot"], [b"imir"], [b"clap"], [b"irot", b"clap", b"imir"]):
+        pixels = read(heic(turns=turns))
+        assert pixels.shape == plain.shape
+        assert np.array_equal(pixels, plain) == (turns == [b"clap"]), turns
