@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -215,6 +216,42 @@ AssembledSize canvas_of(Reader content, std::uint32_t kind) {
   return {width, height};
 }
 
+/** The size that is told of a picture. */
+std::optional<AssembledSize> size_told(const Items& items, Item item) {
+  const auto found = items.numbers_of_properties.find(item);
+  if (found == items.numbers_of_properties.end()) return std::nullopt;
+  for (const std::size_t number : found->second) {
+    if (number == 0 || number > items.properties.size()) continue;
+    Property property = items.properties[number - 1];
+    if (property.kind != code("ispe")) continue;
+    version_of(property.content);
+    const auto width = static_cast<std::int64_t>(property.content.number(4));
+    const auto height = static_cast<std::int64_t>(property.content.number(4));
+    return AssembledSize{width, height};
+  }
+  return std::nullopt;
+}
+
+/** Each part is decoded, and as often as it is named, however little of it is seen. */
+void check_parts(const Items& items, const std::vector<Item>& parts, std::uint32_t kind, const AssembledSize& canvas) {
+  constexpr std::size_t kMostLayers = 256;
+  if (kind == code("iovl") && parts.size() > kMostLayers) {
+    refuse_kind(Format::kHeif, "more than " + std::to_string(kMostLayers) + " pictures over each other");
+  }
+  // Tiles reach beyond the canvas, layers cover each other.
+  constexpr double kMostCovered = 8;
+  constexpr double kPixelsAside = 4e6;
+  double pixels = 0;
+  for (const Item part : parts) {
+    const std::optional<AssembledSize> size = size_told(items, part);
+    if (size) pixels += static_cast<double>(size->width) * static_cast<double>(size->height);
+  }
+  const double seen = static_cast<double>(canvas.width) * static_cast<double>(canvas.height);
+  if (pixels > kMostCovered * seen + kPixelsAside) {
+    refuse_kind(Format::kHeif, "a picture put together from far more pixels than it has");
+  }
+}
+
 /** The decoder turns and cuts a picture as often as it is told to; a file that is meant well tells it each once. */
 void check_turns(const Items& items) {
   for (const auto& [item, numbers] : items.numbers_of_properties) {
@@ -237,14 +274,15 @@ std::optional<AssembledSize> check_heif_items(const Bytes& file, const Limits& l
   std::optional<AssembledSize> primary;
   for (const auto& [item, kind] : items.kinds) {
     if (!is_made(items, item)) continue;
-    if (const auto parts = items.made_from.find(item); parts != items.made_from.end()) {
-      for (const Item part : parts->second) {
-        if (is_made(items, part)) refuse_kind(Format::kHeif, "a picture put together from such as are so themselves");
-      }
+    const auto made_from = items.made_from.find(item);
+    const std::vector<Item> parts = made_from != items.made_from.end() ? made_from->second : std::vector<Item>();
+    for (const Item part : parts) {
+      if (is_made(items, part)) refuse_kind(Format::kHeif, "a picture put together from such as are so themselves");
     }
     if (kind == code("iden")) continue;
     const AssembledSize canvas = canvas_of(content_of(file, items, item), kind);
     check_size(canvas.width, canvas.height, kBits, limits);
+    check_parts(items, parts, kind, canvas);
     if (item == items.primary) primary = canvas;
   }
   return primary;

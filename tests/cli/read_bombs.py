@@ -43,6 +43,9 @@ def bombs():
     yield "turned.heic", TURNS, heic(turns=[b"irot", b"irot"])
     yield "mirrored.heic", TURNS, heic(turns=[b"imir"] * 100)
     yield "cut.heic", TURNS, heic(turns=[b"irot", b"clap", b"clap"])
+    yield "layers.heic", "more than 256 pictures over each other", heic(kind=b"iovl", grid=layers(257), outside=True, parts=257)
+    yield "large-layers.heic", "far more pixels than it has", heic(kind=b"iovl", grid=layers(5), outside=True, parts=5, tile=(1000, 1000))
+    yield "large-tile.heic", "far more pixels than it has", heic(tile=(2100, 2100))
     yield "pieces.heic", PIXELS, heic(grid=grid(SIDE, SIDE)) + places_in_pieces()
     yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
     yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
@@ -95,9 +98,22 @@ def overlay(width, height):
     return struct.pack(">BB8xIIii", 0, 1, width, height, 0, 0)
 
 
-def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, coded=None, turns=()):
-    """The file says one size, how it is put together from its tile another, and the tile a third; the tile is turned."""
+def layers(count):
+    """The tile over itself."""
+    return struct.pack(">BB8xHH", 0, 0, 64, 48) + bytes(4 * count)
+
+
+def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, parts=1, tile=(64, 64), coded=None, turns=()):
+    """The file says one size, how it is put together from its tile another, of the tile a third, and the tile a fourth.
+
+    It is put together of it so many times, and the tile is turned.
+    """
     file = bytearray(HEIC)
+    place = file.index(b"ispe") + 8
+    file[place : place + 8] = struct.pack(">II", *tile)
+    place = file.index(b"dimg") + 6
+    file[place : place + 2] = struct.pack(">H", parts)
+    insert(file, place + 4, (parts - 1) * b"\0\1", (b"meta", b"iref", b"dimg"))
     place = file.rindex(b"ispe") + 8
     file[place : place + 8] = struct.pack(">II", *told)
     place = file.index(b"grid")

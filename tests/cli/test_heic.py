@@ -4,7 +4,7 @@ import numpy as np
 import pytest
 
 import scans
-from read_bombs import heic
+from read_bombs import heic, layers
 
 
 @pytest.fixture
@@ -29,3 +29,8 @@ def test_a_tile_may_be_turned_mirrored_and_cut_once_each(read):
         pixels = read(heic(turns=turns))
         assert pixels.shape == plain.shape
         assert np.array_equal(pixels, plain) == (turns == [b"clap"]), turns
+
+
+def test_layers_may_cover_each_other(read):
+    """The same one over itself, as often as is allowed."""
+    assert np.array_equal(read(heic(kind=b"iovl", grid=layers(256), outside=True, parts=256)), read(heic()))
