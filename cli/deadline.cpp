@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <chrono>
 #include <iomanip>
 #include <new>
@@ -12,14 +13,57 @@
 
 namespace tool {
 
-Deadline::Deadline(double seconds) : seconds_(seconds), last_words_(last_words()) {
+namespace {
+
+/** For the list of threads and all that they change; nothing is asked for while it is held, memory least of all. */
+constinit std::mutex threads_mutex;
+constinit CountedThread* threads = nullptr;
+
+thread_local Deadline* innermost = nullptr;
+thread_local CountedThread* counted = nullptr; /**< this thread, where foreign code started it */
+
+double seconds_of(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+}  // namespace
+
+CountedThread::CountedThread() {
+  const std::lock_guard lock(threads_mutex);
+  deadline_ = innermost != nullptr ? innermost : counted != nullptr ? counted->deadline_ : nullptr;
+  next_ = threads;
+  if (next_ != nullptr) next_->previous_ = this;
+  threads = this;
+}
+
+CountedThread::~CountedThread() {
+  const double seconds = runs_ ? seconds_of(clock_) : 0;
+  const std::lock_guard lock(threads_mutex);
+  for (Deadline* deadline = deadline_; deadline != nullptr; deadline = deadline->outer_) {
+    deadline->taken_by_ended_threads_ += seconds;
+  }
+  (previous_ != nullptr ? previous_->next_ : threads) = next_;
+  if (next_ != nullptr) next_->previous_ = previous_;
+  if (counted == this) counted = nullptr;
+}
+
+void CountedThread::begin() {
+  const std::lock_guard lock(threads_mutex);
+  runs_ = pthread_getcpuclockid(pthread_self(), &clock_) == 0;
+  counted = this;
+}
+
+Deadline::Deadline(double seconds) : outer_(innermost), seconds_(seconds), last_words_(last_words()) {
   if (pthread_getcpuclockid(pthread_self(), &clock_) != 0) throw std::bad_alloc();
-  end_ = now() + seconds;
+  end_ = seconds_of(clock_) + seconds;
   try {
     watcher_ = std::thread([this] { watch(); });
   } catch (const std::system_error&) {
     throw std::bad_alloc();
   }
+  innermost = this;
 }
 
 Deadline::~Deadline() {
@@ -29,6 +73,11 @@ Deadline::~Deadline() {
   }
   ended_.notify_one();
   watcher_.join();
+  const std::lock_guard lock(threads_mutex);
+  for (CountedThread* thread = threads; thread != nullptr; thread = thread->next_) {
+    if (thread->deadline_ == this) thread->deadline_ = outer_;
+  }
+  innermost = outer_;
 }
 
 void Deadline::allow(double seconds) {
@@ -45,21 +94,34 @@ std::string Deadline::last_words() const {
   return message_of_input(text.str());
 }
 
-double Deadline::now() const {
-  timespec time{};
-  clock_gettime(clock_, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+bool Deadline::is_around(const Deadline* inner) const {
+  while (inner != nullptr && inner != this) inner = inner->outer_;
+  return inner == this;
 }
 
-/** Looks as soon as the time may be over: the thread takes no more of it than passes. */
-void Deadline::watch() {
-  std::unique_lock lock(mutex_);
-  double left = end_ - now();
-  while (left > 0) {
-    if (ended_.wait_for(lock, std::chrono::duration<double>(left), [this] { return in_time_; })) return;
-    left = end_ - now();
+Deadline::Taken Deadline::taken() const {
+  const std::lock_guard lock(threads_mutex);
+  Taken taken{seconds_of(clock_) + taken_by_ended_threads_, 1};
+  for (const CountedThread* thread = threads; thread != nullptr; thread = thread->next_) {
+    if (!is_around(thread->deadline_)) continue;
+    ++taken.threads;
+    if (thread->runs_) taken.seconds += seconds_of(thread->clock_);
   }
-  end_with(last_words_);
+  return taken;
+}
+
+/** Looks as soon as the time may be over: each of the threads takes no more of it than passes, but others may begin. */
+void Deadline::watch() {
+  constexpr double kShortest = 0.001;
+  constexpr double kLongest = 0.1;
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    const Taken taken = this->taken();
+    const double left = end_ - taken.seconds;
+    if (left <= 0) end_with(last_words_);
+    const double pause = std::clamp(left / static_cast<double>(taken.threads), kShortest, kLongest);
+    if (ended_.wait_for(lock, std::chrono::duration<double>(pause), [this] { return in_time_; })) return;
+  }
 }
 
 }  // namespace tool

@@ -6,6 +6,7 @@
 #define VANTREL_CLI_DEADLINE_H
 
 #include <condition_variable>
+#include <cstddef>
 #include <ctime>
 #include <mutex>
 #include <string>
@@ -13,10 +14,37 @@
 
 namespace tool {
 
+class Deadline;
+
 /**
- * As long as one of these lives, the thread that made it may take so much time of the processor. After that the tool
- * ends in good order: a small file can be made that is decoded or drawn for hours, and no decoder lets itself be
- * stopped.
+ * A thread that foreign code starts, as long as it runs: its time counts for the deadlines of the thread that started
+ * it. It may live longer than they do, and takes no memory of its own.
+ */
+class CountedThread {
+ public:
+  /** By the thread that starts it. */
+  CountedThread();
+  ~CountedThread();
+  CountedThread(const CountedThread&) = delete;
+  CountedThread& operator=(const CountedThread&) = delete;
+
+  /** By itself, which is also to destroy this then. */
+  void begin();
+
+ private:
+  friend class Deadline;
+
+  Deadline* deadline_; /**< the innermost of those it counts for */
+  bool runs_ = false;
+  clockid_t clock_{};
+  CountedThread* next_ = nullptr;
+  CountedThread* previous_ = nullptr;
+};
+
+/**
+ * As long as one of these lives, the thread that made it, and the threads that foreign code starts there, may take so
+ * much time of the processor. After that the tool ends in good order: a small file can be made that is decoded or drawn
+ * for hours, and no decoder lets itself be stopped. Another one may be made inside it; both count.
  */
 class Deadline {
  public:
@@ -30,11 +58,22 @@ class Deadline {
   void allow(double seconds);
 
  private:
-  double now() const;
+  friend class CountedThread;
+
+  /** What was taken until now, and by how many threads. */
+  struct Taken {
+    double seconds;
+    std::size_t threads;
+  };
+
+  Taken taken() const;
+  bool is_around(const Deadline* inner) const;
   std::string last_words() const;
   void watch();
 
+  Deadline* outer_;
   clockid_t clock_;
+  double taken_by_ended_threads_ = 0;
   double seconds_;
   double end_;
   std::mutex mutex_; /**< for what stands below, and the end */

@@ -14,6 +14,7 @@
 #include <new>
 
 #include "console.h"
+#include "deadline.h"
 #include "printable.h"
 #include "safe_file.h"
 #include "size_limits.h"
@@ -189,14 +190,24 @@ struct ForeignThread {
   ThreadMain* main;
   void* argument;
   tool::Budget* budget;
+  tool::CountedThread time{};
+
+  void end() {
+    this->~ForeignThread();
+    free(this);
+  }
 };
 
 void* run_foreign_thread(void* given) {
-  const ForeignThread thread = *static_cast<ForeignThread*>(given);
+  struct Run {
+    ForeignThread* thread;
+    ~Run() { thread->end(); }  // also where the thread ends itself in the middle
+  };
+  const Run run{static_cast<ForeignThread*>(given)};
   const tool::ForeignCode foreign(tool::Large::kCrashes);
-  tool::budget = thread.budget;
-  free(given);
-  return thread.main(thread.argument);
+  tool::budget = run.thread->budget;
+  run.thread->time.begin();
+  return run.thread->main(run.thread->argument);
 }
 
 }  // namespace
@@ -259,9 +270,9 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMa
   if (tool::foreign_depth == 0) return next(thread, attributes, main, argument);
   void* const memory = malloc(sizeof(ForeignThread));
   if (memory == nullptr) return EAGAIN;
-  const int error =
-      next(thread, attributes, run_foreign_thread, new (memory) ForeignThread{main, argument, tool::budget});
-  if (error != 0) free(memory);
+  auto* const foreign = new (memory) ForeignThread{main, argument, tool::budget};
+  const int error = next(thread, attributes, run_foreign_thread, foreign);
+  if (error != 0) foreign->end();
   return error;
 }
 }

@@ -147,15 +147,16 @@ def turn_tile(file, turns):
     insert(file, place + 3, bytes(0x85 + kinds.index(kind) for kind in turns), (b"meta", b"iprp", b"ipma"))
 
 
-def insert(file, place, content, boxes):
-    """Into boxes around it, before what the places of the file's items point to."""
-    file[place:place] = content
+def insert(file, place, content, boxes, instead=0):
+    """Into boxes around it, before what the places of the file's items point to, instead of so many bytes."""
+    file[place : place + instead] = content
+    longer = len(content) - instead
     for box in boxes:
         start = file.index(box) - 4
-        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + len(content))
+        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
     for item in (0, 2):  # the places of the tile and of the metadata behind
         start = file.index(b"iloc") + 12 + 20 * item + 6
-        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + len(content))
+        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
 
 
 def places_in_pieces():
@@ -184,8 +185,8 @@ def enlarge_tile(file, side):
         if stuffed[-2:] == b"\0\0" and byte <= 3:
             stuffed.append(3)
         stuffed.append(byte)
-    file[place - 2 : place + length] = struct.pack(">H", len(stuffed)) + stuffed[:length]
-    insert(file, place + length, stuffed[length:], (b"meta", b"iprp", b"ipco", b"hvcC"))
+    file[place - 2 : place] = struct.pack(">H", len(stuffed))
+    insert(file, place, stuffed, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
 
 
 def stream(dictionary, data):
