@@ -11,6 +11,7 @@
 #include "formats/codecs.h"
 #include "formats/on_white.h"
 #include "formats/tiff_file.h"
+#include "formats/tiff_judgement.h"
 #include "memory.h"
 
 namespace tool {
@@ -82,17 +83,6 @@ class Pieces {
 
   std::int64_t width() const { return width_; }
   std::int64_t height() const { return height_; }
-
-  /** Whether every piece lies within the file. */
-  bool within(std::uint64_t file_size) const {
-    const std::uint32_t count = tiled_ ? TIFFNumberOfTiles(tiff_) : TIFFNumberOfStrips(tiff_);
-    for (std::uint32_t piece = 0; piece < count; ++piece) {
-      const std::uint64_t offset = TIFFGetStrileOffset(tiff_, piece);
-      const std::uint64_t bytes = TIFFGetStrileByteCount(tiff_, piece);
-      if (offset == 0 || bytes == 0 || offset > file_size || bytes > file_size - offset) return false;
-    }
-    return count > 0;
-  }
 
   /** Calls `use(row, x, y, width)` with each row of every piece, as far as it lies in the picture. */
   template <class Use>
@@ -300,9 +290,11 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits) {
   const int bits = layout.gray() ? std::min(8, layout.bits) : 24;
   check_size(std::max<std::int64_t>(layout.width, pieces.width()),
              std::max<std::int64_t>(layout.height, pieces.height()), std::max(bits, 1), limits);
-  if (!pieces.within(file.size())) fail(foreign);
+  if (!sound_tiff_pieces(tiff.get(), file)) fail(foreign);
   picture.metadata = {exif_of_tiff(file), block_of(tiff.get(), TIFFTAG_XMLPACKET),
                       block_of(tiff.get(), TIFFTAG_ICCPROFILE)};
+  const bool jbig = tiff_short(tiff.get(), TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;
+  const ForeignCode decoder(jbig ? Large::kCrashes : Large::kBears);
   picture.image = read_pixels(tiff.get(), pieces, layout, foreign, picture.metadata.icc);
   picture.image.set_resolution(resolution_of(tiff.get()));
   picture.orientation = tiff_short(tiff.get(), TIFFTAG_ORIENTATION);

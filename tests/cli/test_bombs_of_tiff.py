@@ -1,0 +1,84 @@
+"""Small TIFF files whose strips or tiles become far more than the picture has: refused at once. What is like them is read."""
+
+import struct
+
+import numpy as np
+import pytest
+
+import scans
+from test_bombs import SANITIZED, Cost
+
+DAMAGED = "the TIFF data is truncated or damaged"
+# 64 x 64: a black rectangle from 16, 16 up to, and without, 40, 40.
+JBIG = bytes.fromhex("000001000000004000000040000000400000030c17d397951e690cc8ff02")
+
+
+def tiff(tags, data):
+    """A little-endian file; the tags' values are numbers, or lists of them."""
+    ifd = 8 + len(data) + len(data) % 2
+    behind = ifd + 2 + 12 * (len(tags) + 1) + 4
+    entries, lists = b"", b""
+    for tag, value in sorted({**tags, 277: tags.get(277, 1)}.items()):
+        if isinstance(value, list) and len(value) > 1:
+            entries += struct.pack("<HHII", tag, 4, len(value), behind + len(lists))
+            lists += struct.pack(f"<{len(value)}I", *value)
+        else:
+            entries += struct.pack("<HHII", tag, 4, 1, value[0] if isinstance(value, list) else value)
+    count = struct.pack("<H", len(entries) // 12)
+    return b"II*\0" + struct.pack("<I", ifd) + data.ljust(ifd - 8, b"\0") + count + entries + bytes(4) + lists
+
+
+def in_one_strip(data, compression, bits=1, **others):
+    tags = {256: 64, 257: 64, 258: bits, 259: compression, 262: 0, 273: 8, 278: 64, 279: len(data)}
+    return tiff({**tags, **{int(tag[1:]): value for tag, value in others.items()}}, data)
+
+
+def reversed_bits(data):
+    return bytes(int(f"{byte:08b}"[::-1], 2) for byte in data)
+
+
+def jbig(width=64, height=64, planes=1, late_height=None):
+    head = struct.pack(">BBBBIII", 0, 0, planes, 0, width, height, late_height or height) + JBIG[16:19]
+    if late_height is None:
+        return head + JBIG[19:]
+    return head + bytes([JBIG[19] | 0x20]) + JBIG[20:] + b"\xff\x05" + struct.pack(">I", late_height) + b"\xff\x02"
+
+
+@pytest.fixture
+def refused(tmp_path):
+    def refused(file, reason):
+        (tmp_path / "in.tif").write_bytes(file)
+        assert Cost(tmp_path / "in.tif").said == f"vantrel: {tmp_path / 'in.tif'}: {reason}\n"
+
+    return refused
+
+
+@pytest.fixture
+def read(tool, tmp_path):
+    def read(file, width=64, height=64):
+        (tmp_path / "in.tif").write_bytes(file)
+        tool("crop", tmp_path / "in.tif", "--rect", f"0,0,{width - 1},{height - 1}", "-o", tmp_path / "out.png", "--force", ok=True)
+        return scans.load(tmp_path / "out.png")
+
+    return read
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+@pytest.mark.parametrize("asked", [
+    {"width": 1000000, "height": 1000000},
+    {"width": 200000, "height": 200000},
+    {"height": 0xFFFFFFFF},
+    {"height": 0xFFFFFFFF, "late_height": 0xFFFFFF},
+    {"planes": 255, "width": 10000, "height": 10000},
+])
+def test_jbig_data_that_ask_for_more_than_their_strip(refused, asked):
+    refused(in_one_strip(jbig(**asked), 34661, _266=2), DAMAGED)
+    refused(in_one_strip(reversed_bits(jbig(**asked)), 34661), DAMAGED)
+
+
+@pytest.mark.parametrize("told", [{}, {"height": 0xFFFFFFFF, "late_height": 64}])
+def test_jbig_data_that_ask_for_their_strip(read, told):
+    rectangle = np.full((64, 64), 255, np.uint8)
+    rectangle[16:40, 16:40] = 0
+    for file in (in_one_strip(jbig(**told), 34661, _266=2), in_one_strip(reversed_bits(jbig(**told)), 34661)):
+        assert np.array_equal(read(file), rectangle)
