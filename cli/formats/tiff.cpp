@@ -290,7 +290,7 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits) {
   const int bits = layout.gray() ? std::min(8, layout.bits) : 24;
   check_size(std::max<std::int64_t>(layout.width, pieces.width()),
              std::max<std::int64_t>(layout.height, pieces.height()), std::max(bits, 1), limits);
-  if (!sound_tiff_pieces(tiff.get(), file)) fail(foreign);
+  if (!sound_tiff_pieces(tiff.get(), file, limits)) fail(foreign);
   picture.metadata = {exif_of_tiff(file), block_of(tiff.get(), TIFFTAG_XMLPACKET),
                       block_of(tiff.get(), TIFFTAG_ICCPROFILE)};
   const bool jbig = tiff_short(tiff.get(), TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;

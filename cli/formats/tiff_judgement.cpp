@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "formats/codecs.h"
 #include "formats/tiff_file.h"
 
 namespace tool {
@@ -73,21 +74,57 @@ class JbigData {
   const unsigned char* bits_; /**< of each byte, in their order or reversed */
 };
 
+/** All the strips or tiles of a page. */
+struct Pieces {
+  bool tiled;
+  std::int64_t width;
+  std::int64_t height;
+  std::uint64_t count;
+  std::uint64_t unpacked; /**< bytes, of each */
+};
+
+Pieces pieces_of(TIFF* tiff) {
+  const std::uint32_t height = tiff_number(tiff, TIFFTAG_IMAGELENGTH);
+  if (TIFFIsTiled(tiff) == 0) {
+    return {false, tiff_number(tiff, TIFFTAG_IMAGEWIDTH), std::min(tiff_number(tiff, TIFFTAG_ROWSPERSTRIP), height),
+            TIFFNumberOfStrips(tiff), TIFFStripSize64(tiff)};
+  }
+  return {true, tiff_number(tiff, TIFFTAG_TILEWIDTH), tiff_number(tiff, TIFFTAG_TILELENGTH), TIFFNumberOfTiles(tiff),
+          TIFFTileSize64(tiff)};
+}
+
+/** What the pieces become, in the bits that their pixels have in the file. */
+void judge_unpacked(TIFF* tiff, const Pieces& pieces, const Limits& limits) {
+  const double bits = std::max<double>(tiff_short(tiff, TIFFTAG_BITSPERSAMPLE), 1);
+  const double samples = tiff_short(tiff, TIFFTAG_SAMPLESPERPIXEL);
+  const bool together = tiff_short(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_CONTIG;
+  check_size(pieces.width, pieces.height, static_cast<int>(std::min(together ? bits * samples : bits, 1e9)), limits);
+  if (!pieces.tiled) return;
+  // Tiles are unpacked as a whole, however far they reach beyond the picture. Those of small pictures are often as
+  // large as those of large ones, as in a pyramid.
+  constexpr double kTimes = 4;
+  constexpr double kAnyPicture = 64 << 20;
+  const double picture =
+      bits / 8 * samples * tiff_number(tiff, TIFFTAG_IMAGEWIDTH) * tiff_number(tiff, TIFFTAG_IMAGELENGTH);
+  if (static_cast<double>(pieces.count) * static_cast<double>(pieces.unpacked) > kTimes * picture + kAnyPicture) {
+    refuse_kind(Format::kTiff, "tiles far larger than the picture");
+  }
+}
+
 }  // namespace
 
-bool sound_tiff_pieces(TIFF* tiff, const Bytes& file) {
-  const bool tiled = TIFFIsTiled(tiff) != 0;
+bool sound_tiff_pieces(TIFF* tiff, const Bytes& file, const Limits& limits) {
+  const Pieces pieces = pieces_of(tiff);
+  judge_unpacked(tiff, pieces, limits);
   const bool jbig = tiff_short(tiff, TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;
-  const std::uint32_t count = tiled ? TIFFNumberOfTiles(tiff) : TIFFNumberOfStrips(tiff);
-  const std::uint64_t unpacked = tiled ? TIFFTileSize64(tiff) : TIFFStripSize64(tiff);
-  for (std::uint32_t piece = 0; piece < count; ++piece) {
+  for (std::uint32_t piece = 0; piece < pieces.count; ++piece) {
     const std::uint64_t offset = TIFFGetStrileOffset(tiff, piece);
     const std::uint64_t bytes = TIFFGetStrileByteCount(tiff, piece);
     if (offset == 0 || bytes == 0 || offset > file.size() || bytes > file.size() - offset) return false;
     // The decoder takes what the header asks for, and ends the process where it cannot have it.
-    if (jbig && !JbigData(tiff, file.data() + offset, bytes).within(unpacked)) return false;
+    if (jbig && !JbigData(tiff, file.data() + offset, bytes).within(pieces.unpacked)) return false;
   }
-  return count > 0;
+  return pieces.count > 0;
 }
 
 }  // namespace tool

@@ -8,11 +8,15 @@
 #include <tiffio.h>
 
 #include "metadata.h"
+#include "size_limits.h"
 
 namespace tool {
 
-/** Whether each lies within the file, and becomes no more than its part of the picture. */
-bool sound_tiff_pieces(TIFF* tiff, const Bytes& file);
+/**
+ * Whether each lies within the file, and becomes no more than its part of the picture.
+ * @throws Failure one of them takes more memory than a picture may, or they become far more than the picture.
+ */
+bool sound_tiff_pieces(TIFF* tiff, const Bytes& file, const Limits& limits);
 
 }  // namespace tool
 

@@ -6,7 +6,7 @@ import numpy as np
 import pytest
 
 import scans
-from test_bombs import SANITIZED, Cost
+from test_bombs import SANITIZED, Cost, zeros
 
 DAMAGED = "the TIFF data is truncated or damaged"
 # 64 x 64: a black rectangle from 16, 16 up to, and without, 40, 40.
@@ -15,17 +15,17 @@ JBIG = bytes.fromhex("000001000000004000000040000000400000030c17d397951e690cc8ff
 
 def tiff(tags, data):
     """A little-endian file; the tags' values are numbers, or lists of them."""
+    tags = {277: 1, **tags}
     ifd = 8 + len(data) + len(data) % 2
-    behind = ifd + 2 + 12 * (len(tags) + 1) + 4
+    behind = ifd + 2 + 12 * len(tags) + 4
     entries, lists = b"", b""
-    for tag, value in sorted({**tags, 277: tags.get(277, 1)}.items()):
+    for tag, value in sorted(tags.items()):
         if isinstance(value, list) and len(value) > 1:
             entries += struct.pack("<HHII", tag, 4, len(value), behind + len(lists))
             lists += struct.pack(f"<{len(value)}I", *value)
         else:
             entries += struct.pack("<HHII", tag, 4, 1, value[0] if isinstance(value, list) else value)
-    count = struct.pack("<H", len(entries) // 12)
-    return b"II*\0" + struct.pack("<I", ifd) + data.ljust(ifd - 8, b"\0") + count + entries + bytes(4) + lists
+    return b"II*\0" + struct.pack("<I", ifd) + data.ljust(ifd - 8, b"\0") + struct.pack("<H", len(tags)) + entries + bytes(4) + lists
 
 
 def in_one_strip(data, compression, bits=1, **others):
@@ -82,3 +82,18 @@ def test_jbig_data_that_ask_for_their_strip(read, told):
     rectangle[16:40, 16:40] = 0
     for file in (in_one_strip(jbig(**told), 34661, _266=2), in_one_strip(reversed_bits(jbig(**told)), 34661)):
         assert np.array_equal(read(file), rectangle)
+
+
+def in_one_tile(width, height, bits=8, samples=1, kind=1):
+    data = zeros(65)
+    tags = {256: 64, 257: 64, 258: [bits] * samples, 259: 8, 262: 2 if samples == 3 else 1, 277: samples}
+    return tiff({**tags, 322: width, 323: height, 324: 8, 325: len(data), 339: [kind] * samples}, data)
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+def test_tiles_that_reach_far_beyond_the_picture(refused, read):
+    refused(in_one_tile(12800, 12800, 64, 3, 3), "12800 x 12800 in 192 bits a pixel take more than 500 megabytes (--most-megabytes allows more)")
+    refused(in_one_tile(17312, 17312), "this kind of TIFF is not read: tiles far larger than the picture")
+    refused(in_one_tile(8192, 8208), "this kind of TIFF is not read: tiles far larger than the picture")
+    for side, bits, samples, kind in ((8192, 8, 1, 1), (4096, 8, 3, 1), (1024, 64, 3, 3)):
+        assert np.array_equal(np.unique(read(in_one_tile(side, side, bits, samples, kind))), [0])
