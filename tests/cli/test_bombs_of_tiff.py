@@ -1,6 +1,7 @@
 """Small TIFF files whose strips or tiles become far more than the picture has: refused at once. What is like them is read."""
 
 import struct
+import zlib
 
 import numpy as np
 import pytest
@@ -97,3 +98,35 @@ def test_tiles_that_reach_far_beyond_the_picture(refused, read):
     refused(in_one_tile(8192, 8208), "this kind of TIFF is not read: tiles far larger than the picture")
     for side, bits, samples, kind in ((8192, 8, 1, 1), (4096, 8, 3, 1), (1024, 64, 3, 3)):
         assert np.array_equal(np.unique(read(in_one_tile(side, side, bits, samples, kind))), [0])
+
+
+def shared(packed, compression, count, width, rows, bits=8):
+    """So many strips of the same bytes."""
+    tags = {256: width, 257: count * rows, 258: bits, 259: compression, 262: 1, 278: rows}
+    return tiff({**tags, 273: count * [8], 279: count * [len(packed)]}, packed)
+
+
+# What becomes one byte of 0x55, behind much that becomes nothing.
+ONE_PIXEL = {
+    "blocks": (8, b"\x78\x9c" + 60000 * b"\0\0\0\xff\xff" + b"\1\1\0\xfe\xff\x55\0\x56\0\x56"),
+    "runs": (32773, 300000 * b"\x80" + b"\0\x55"),
+    "clear codes": (5, int("100000000" * 240000 + "001010101" + "100000001" + "000000", 2).to_bytes(270003, "big")),
+}
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+@pytest.mark.parametrize("kind", ONE_PIXEL)
+def test_strips_that_share_much_that_becomes_nothing(refused, read, kind):
+    compression, packed = ONE_PIXEL[kind]
+    refused(shared(packed, compression, 30000, 1, 1), DAMAGED)
+    assert (read(shared(packed, compression, 1, 1, 1), 1, 1) == 0x55).all()
+
+
+def test_strips_that_share_their_bytes(read):
+    """White ones, and pixels that take more packed than they are."""
+    white = zlib.compress(bytes([255]) * 2480 * 8)
+    assert (read(shared(white, 8, 400, 2480, 8), 2480, 3200) == 255).all()
+    pixel = zlib.compress(b"\x55", 0) + bytes(1000)
+    assert (read(shared(pixel, 8, 5000, 1, 1), 1, 5000) == 0x55).all()
+    noise = np.random.default_rng(1).integers(0, 256, (8, 640), np.uint8)
+    assert np.array_equal(read(shared(zlib.compress(noise.tobytes()), 8, 30, 640, 8), 640, 240), np.tile(noise, (30, 1)))
