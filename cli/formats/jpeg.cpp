@@ -1,6 +1,7 @@
 #include <jerror.h>
 
 #include <algorithm>
+#include <array>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -48,6 +49,68 @@ template <class Step>
 
 constexpr std::string_view kExifStart("Exif\0\0", 6);
 constexpr std::string_view kXmpStart("http://ns.adobe.com/xap/1.0/\0", 29);
+constexpr std::string_view kIccStart("ICC_PROFILE\0", 12);
+
+/**
+ * What is wanted of the segments APP1 and APP2, by its places in the file. The codec's own list of segments is walked
+ * to its end for each that is added: minutes, where a file has some hundred thousand.
+ */
+class Segments {
+ public:
+  void take(int marker, std::string_view data) {
+    if (marker == JPEG_APP0 + 2) return take_piece(data);
+    if (exif_.empty() && data.substr(0, kExifStart.size()) == kExifStart) exif_ = data.substr(kExifStart.size());
+    if (xmp_.empty() && data.substr(0, kXmpStart.size()) == kXmpStart) xmp_ = data.substr(kXmpStart.size());
+  }
+
+  Metadata metadata() const {
+    Metadata found;
+    found.exif.assign(exif_.begin(), exif_.end());
+    found.xmp.assign(xmp_.begin(), xmp_.end());
+    const auto end = pieces_.begin() + count_;
+    const auto is_missing = [](std::string_view piece) { return piece.data() == nullptr; };
+    // A profile of which a piece is missing is none.
+    if (!fit_ || std::any_of(pieces_.begin(), end, is_missing)) return found;
+    std::for_each(pieces_.begin(), end,
+                  [&](std::string_view piece) { found.icc.insert(found.icc.end(), piece.begin(), piece.end()); });
+    return found;
+  }
+
+ private:
+  /** Of a colour profile: its number, from 1, and how many there are stand before it. */
+  void take_piece(std::string_view data) {
+    constexpr std::size_t kHead = kIccStart.size() + 2;
+    if (data.size() < kHead || data.substr(0, kIccStart.size()) != kIccStart) return;
+    const int number = static_cast<unsigned char>(data[kHead - 2]);
+    const int count = static_cast<unsigned char>(data[kHead - 1]);
+    if (count_ == 0) count_ = count;
+    std::string_view* const piece = number > 0 ? &pieces_[static_cast<std::size_t>(number - 1)] : nullptr;
+    fit_ = fit_ && count == count_ && number <= count && piece != nullptr && piece->data() == nullptr;
+    if (fit_) *piece = data.substr(kHead);
+  }
+
+  std::string_view exif_;
+  std::string_view xmp_;
+  std::array<std::string_view, 255> pieces_;
+  int count_ = 0;
+  bool fit_ = true;
+};
+
+/** In the place of the codec's reader of a segment. The file is all there, as one. */
+template <int kMarker>
+boolean take_segment(j_decompress_ptr codec) {
+  jpeg_source_mgr& source = *codec->src;
+  const JOCTET* const at = source.next_input_byte;
+  const std::size_t left = source.bytes_in_buffer;
+  const std::size_t told = left < 2 ? left + 1 : static_cast<std::size_t>(at[0]) << 8 | at[1];
+  const std::size_t size = std::max<std::size_t>(told, 2);
+  if (size > left) ERREXIT(codec, JERR_INPUT_EOF);
+  const std::string_view data(reinterpret_cast<const char*>(at) + 2, size - 2);
+  static_cast<Segments*>(codec->client_data)->take(kMarker, data);
+  source.next_input_byte += size;
+  source.bytes_in_buffer -= size;
+  return TRUE;
+}
 
 /** A file with thousands of passes over one picture keeps a decoder busy for ever; those that there are have ten. */
 constexpr int kMostPasses = 100;
@@ -63,8 +126,9 @@ class Decoder {
     ready_ = done(errors_, [&] {
       jpeg_create_decompress(&codec_);
       jpeg_mem_src(&codec_, file.data(), static_cast<unsigned long>(file.size()));
-      jpeg_save_markers(&codec_, JPEG_APP0 + 1, 0xffff);
-      jpeg_save_markers(&codec_, JPEG_APP0 + 2, 0xffff);
+      codec_.client_data = &segments_;
+      jpeg_set_marker_processor(&codec_, JPEG_APP0 + 1, take_segment<JPEG_APP0 + 1>);
+      jpeg_set_marker_processor(&codec_, JPEG_APP0 + 2, take_segment<JPEG_APP0 + 2>);
       codec_.progress = &progress_;
       progress_.progress_monitor = limit_passes;
       jpeg_read_header(&codec_, TRUE);
@@ -81,7 +145,7 @@ class Decoder {
     const int height = static_cast<int>(codec_.image_height);
     check_size(width, height, gray ? 8 : 24, limits);
     Picture picture;
-    picture.metadata = metadata();
+    picture.metadata = segments_.metadata();
     picture.image = Bitmap(width, height, gray ? VANTREL_FORMAT_GRAY : VANTREL_FORMAT_RGB, resolution());
     if (codec_.num_components == 4) {
       read_cmyk(picture);
@@ -131,28 +195,6 @@ class Decoder {
               [&](int y) { reader.convert(row.data(), picture.image.width(), picture.image.row(y)); });
   }
 
-  Metadata metadata() {
-    Metadata found;
-    for (jpeg_saved_marker_ptr marker = codec_.marker_list; marker != nullptr; marker = marker->next) {
-      if (marker->marker != JPEG_APP0 + 1) continue;
-      const std::string_view data(reinterpret_cast<const char*>(marker->data), marker->data_length);
-      if (data.substr(0, kExifStart.size()) == kExifStart && found.exif.empty()) {
-        found.exif.assign(data.begin() + kExifStart.size(), data.end());
-      } else if (data.substr(0, kXmpStart.size()) == kXmpStart && found.xmp.empty()) {
-        found.xmp.assign(data.begin() + kXmpStart.size(), data.end());
-      }
-    }
-    JOCTET* profile = nullptr;
-    unsigned int size = 0;
-    const ForeignCode foreign;
-    // A profile of which a piece is missing is none; it is warned of.
-    if (done(errors_, [&] { jpeg_read_icc_profile(&codec_, &profile, &size); }) && profile != nullptr) {
-      found.icc.assign(profile, profile + size);
-    }
-    std::free(profile);
-    return found;
-  }
-
   Resolution resolution() const {
     constexpr int kInch = 1;
     constexpr int kCentimetre = 2;
@@ -165,6 +207,7 @@ class Decoder {
 
   const ForeignCode foreign_;
   Errors errors_;
+  Segments segments_;
   jpeg_progress_mgr progress_{};
   jpeg_decompress_struct codec_{};
   bool ready_ = false;
