@@ -143,7 +143,7 @@ class Decoder {
     const bool gray = codec_.jpeg_color_space == JCS_GRAYSCALE;
     const int width = static_cast<int>(codec_.image_width);
     const int height = static_cast<int>(codec_.image_height);
-    check_size(width, height, gray ? 8 : 24, limits);
+    check_size(width, height, (gray ? 8 : 24) + bits_of_coefficients(), limits);
     Picture picture;
     picture.metadata = segments_.metadata();
     picture.image = Bitmap(width, height, gray ? VANTREL_FORMAT_GRAY : VANTREL_FORMAT_RGB, resolution());
@@ -193,6 +193,18 @@ class Decoder {
     std::vector<unsigned char> row(std::size_t{4} * codec_.image_width);
     read_rows([&](int) { return row.data(); },
               [&](int y) { reader.convert(row.data(), picture.image.width(), picture.image.row(y)); });
+  }
+
+  /** What a pixel takes beside itself: of a picture that comes in several passes all coefficients are kept. */
+  int bits_of_coefficients() {
+    if (jpeg_has_multiple_scans(&codec_) == FALSE) return 0;
+    std::int64_t blocks = 0;
+    for (int i = 0; i < codec_.num_components; ++i) {
+      const jpeg_component_info& component = codec_.comp_info[i];
+      blocks += std::int64_t{component.width_in_blocks} * component.height_in_blocks;
+    }
+    const std::int64_t pixels = std::int64_t{codec_.image_width} * codec_.image_height;
+    return static_cast<int>(blocks * static_cast<std::int64_t>(8 * sizeof(JBLOCK)) / pixels);
   }
 
   Resolution resolution() const {

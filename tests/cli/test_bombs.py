@@ -76,10 +76,10 @@ def bombs(folder):
     yield "tile.tif", tiff(64, 64, 8, 1, 8, 0, tile=SIDE + 400 - SIDE % 16)
     yield "huge.tif", tiff(0xFFFFFFFF, 0xFFFFFFFF, 8, 1, 8, 1)
     yield "group4.tif", tiff(4 * SIDE, SIDE, 1, 1, 4, SIDE)
-    start_of_frame = {"baseline": b"\xff\xc0", "progressive": b"\xff\xc2"}
-    for kind, marker in start_of_frame.items():
-        options = {"progressive": kind == "progressive"}
-        yield f"{kind}.jpg", patched("jpg", options, lambda f, m=marker: f.index(m) + 5, ">HH", (60000, 60000), folder)
+    # The last takes more than it may only by its coefficients, which are all kept.
+    for kind, marker, side in (("baseline", b"\xff\xc0", 60000), ("progressive", b"\xff\xc2", 60000), ("passes", b"\xff\xc2", 11000)):
+        options = {"progressive": kind != "baseline"}
+        yield f"{kind}.jpg", patched("jpg", options, lambda f, m=marker: f.index(m) + 5, ">HH", (side, side), folder)
     # The widest there can be: 14 bits less 1 for width and height, and for the lossy kind 14 bits.
     yield "lossless.webp", patched("webp", {"lossless": True}, lambda f: f.index(b"VP8L") + 9, "<I", (16381 | 16381 << 14,), folder)
     yield "lossy.webp", patched("webp", {}, lambda f: f.index(b"\x9d\x01\x2a") + 3, "<HH", (16382, 16382), folder)
@@ -111,7 +111,7 @@ def test_bombs_are_refused_at_once(tmp_path):
         (tmp_path / name).write_bytes(content)
         told[name] = Cost(tmp_path / name).said
         assert any(reason in told[name] for reason in ("megapixels", "megabytes", "truncated or damaged")), told[name]
-    for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "lossless.webp", "lossy.webp", "raw.pgm"):
+    for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "passes.jpg", "lossless.webp", "lossy.webp", "raw.pgm"):
         assert "allows more" in told[name], told[name]
 
 

@@ -4,10 +4,12 @@ import io
 import os
 import struct
 
+import numpy as np
 import pytest
 from PIL import Image
 
 import profiles
+import scans
 from test_bombs import Cost
 
 SANITIZED = bool(os.environ.get("VANTREL_PRELOAD"))
@@ -91,3 +93,14 @@ def test_a_segment_may_reach_beyond_the_end(tool, tmp_path):
         tool("crop", "--rect", "0,0,9,9", "-o", "-", tmp_path / "in.jpg").fails_with("the JPEG data is truncated or damaged")
         (tmp_path / "in.jpg").write_bytes(b"\xff\xd8\xff" + bytes((marker, 0)))
         tool("crop", "--rect", "0,0,9,9", "-o", "-", tmp_path / "in.jpg").fails_with("the JPEG data is truncated or damaged")
+
+
+def test_a_picture_in_passes_takes_its_coefficients_too(tool, tmp_path):
+    """Two bytes each; of the colours there are half as many, as the file keeps a quarter of each."""
+    noise = np.random.default_rng(1).integers(0, 256, (1000, 1000, 3), np.uint8)
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", "-", tmp_path / "in.jpg", "--most-megabytes")
+    scans.save(noise // 16 + 100, tmp_path / "in.jpg", progressive=True, subsampling=2)
+    tool(*arguments, 5).fails_with("1000 x 1000 in 48 bits a pixel take more than 5 megabytes")
+    tool(*arguments, 7, ok=True)
+    scans.save(noise // 16 + 100, tmp_path / "in.jpg", subsampling=2)
+    tool(*arguments, 3, ok=True)
