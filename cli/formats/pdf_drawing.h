@@ -79,6 +79,8 @@ class Drawing : public Pipeline {
   }
 
   void take_operator() {
+    constexpr Work kWorkOfOperator = 50;
+    work_ += kWorkOfOperator;
     if (word_ == "Do") {
       use(objects_);
     } else if (word_ == "scn" || word_ == "SCN") {
