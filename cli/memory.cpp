@@ -26,6 +26,7 @@ thread_local int foreign_depth = 0;
 thread_local int bears_nothing = 0;
 thread_local int missed = 0;
 thread_local Budget* budget = nullptr;
+thread_local Allowance* allowance = nullptr;
 /** The name of an input, or how it begins; a string would have to be destroyed, which is registered with memory. */
 thread_local std::array<char, 1024> input{};
 bool own_code_began = false;
@@ -90,6 +91,16 @@ void Budget::check(std::size_t bytes) {
   end_with(last_words_);
 }
 
+Allowance::Allowance(std::int64_t bytes) : outer_(allowance), left_(bytes) { allowance = this; }
+
+Allowance::~Allowance() { allowance = outer_; }
+
+bool Allowance::gives(std::size_t bytes) {
+  spent_ = spent_ || left_ < 0 || bytes > static_cast<std::size_t>(left_);
+  if (!spent_) left_ -= static_cast<std::int64_t>(bytes);
+  return !spent_;
+}
+
 void name_input(const std::string& path) { input[path.copy(input.data(), input.size() - 1)] = '\0'; }
 
 void begin_own_code() { own_code_began = true; }
@@ -133,8 +144,11 @@ namespace {
 
 constexpr std::size_t kSmall = std::size_t{1} << 20;
 
-void check_budget(std::size_t bytes) {
+/** Whether so much may be asked for; where it is beyond a budget, the tool ends. */
+bool allowed(std::size_t bytes) {
+  if (tool::allowance != nullptr && !tool::allowance->gives(bytes)) return false;
   if (tool::budget != nullptr) tool::budget->check(bytes);
+  return true;
 }
 
 /** What an allocator set aside, 0 for none. */
@@ -216,25 +230,22 @@ extern "C" {
 
 void* malloc(std::size_t bytes) noexcept {
   auto* next = next_malloc.get();
-  if (next == nullptr) return refused();
-  check_budget(bytes);
+  if (next == nullptr || !allowed(bytes)) return refused();
   return judged(next(bytes), bytes);
 }
 
 void* calloc(std::size_t count, std::size_t bytes) noexcept {
   auto* next = next_calloc.get();
   std::size_t all = 0;
-  if (next == nullptr || __builtin_mul_overflow(count, bytes, &all)) return refused();
-  check_budget(all);
+  if (next == nullptr || __builtin_mul_overflow(count, bytes, &all) || !allowed(all)) return refused();
   return judged(next(count, bytes), all);
 }
 
 void* realloc(void* block, std::size_t bytes) noexcept {
   auto* next = next_realloc.get();
-  if (next == nullptr) return refused();
+  if (next == nullptr || !allowed(bytes)) return refused();
   if (tool::budget == nullptr) return judged(next(block, bytes), bytes);
   const std::int64_t before = size_of(block);
-  check_budget(bytes);
   void* const moved = judged(next(block, bytes), bytes);
   if (moved != nullptr || bytes == 0) tool::budget->count(-before);
   return moved;
@@ -242,8 +253,7 @@ void* realloc(void* block, std::size_t bytes) noexcept {
 
 void* memalign(std::size_t alignment, std::size_t bytes) noexcept {
   auto* next = next_memalign.get();
-  if (next == nullptr) return refused();
-  check_budget(bytes);
+  if (next == nullptr || !allowed(bytes)) return refused();
   return judged(next(alignment, bytes), bytes);
 }
 

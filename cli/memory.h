@@ -72,6 +72,29 @@ class Budget {
   std::string last_words_;
 };
 
+/**
+ * As long as one of these lives, this thread is given so much memory in all, whatever it gives back, and nothing more
+ * after that: for foreign code that bears it.
+ */
+class Allowance {
+ public:
+  explicit Allowance(std::int64_t bytes);
+  ~Allowance();
+  Allowance(const Allowance&) = delete;
+  Allowance& operator=(const Allowance&) = delete;
+
+  /** Whether something was refused. */
+  bool spent() const { return spent_; }
+
+  /** Whether so many more are given. */
+  bool gives(std::size_t bytes);
+
+ private:
+  Allowance* outer_;
+  std::int64_t left_;
+  bool spent_ = false;
+};
+
 /** What this thread works on from now on, for the messages that end the tool. */
 void name_input(const std::string& path);
 

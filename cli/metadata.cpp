@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "memory.h"
 
@@ -23,22 +24,68 @@ constexpr std::array kKeptOfPicture = {
 /** The library's data of XMP, and its messages, are the whole process's. */
 std::mutex exiv2_mutex;
 
-/** Runs what asks Exiv2, which throws for damaged data; missing memory stays what it is. */
+/** What is worked out of so many bytes takes in all, at most: a few values may name the same bytes, not thousands. */
+std::int64_t bytes_to_ask(std::size_t bytes) {
+  constexpr std::int64_t kAside = std::int64_t{48} << 20;
+  constexpr std::int64_t kTimes = 8;
+  return kAside + kTimes * static_cast<std::int64_t>(bytes);
+}
+
+/**
+ * Runs what asks Exiv2 about so many bytes. It throws for damaged data, and those that become far more than they are
+ * count as damaged; missing memory stays what it is.
+ */
 template <class Result, class Ask>
-Result asked(Result otherwise, Ask ask) {
+Result asked(std::size_t bytes, Result otherwise, Ask ask) {
   const ForeignCode foreign(Large::kCrashes);
   const std::lock_guard lock(exiv2_mutex);
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+  const Allowance allowance(bytes_to_ask(bytes));
   try {
-    return ask();
+    Result result = ask();
+    if (!allowance.spent()) return result;
+    return otherwise;
   } catch (const std::bad_alloc&) {
+    if (allowance.spent()) return otherwise;
     throw;
   } catch (const std::exception&) {
     return otherwise;
   }
 }
 
+/** Where the first directory says how long the XMP packets in it are, if they are long in all. */
+std::vector<std::size_t> lengths_of_packets(const Bytes& exif) {
+  constexpr std::size_t kXmp = 700;
+  constexpr std::size_t kEntryBytes = 12;
+  constexpr std::size_t kLong = std::size_t{64} << 10;
+  const bool big = !exif.empty() && exif[0] == 'M';
+  const auto number = [&](std::size_t at, std::size_t bytes) {
+    std::size_t value = 0;
+    for (std::size_t i = 0; at + bytes <= exif.size() && i < bytes; ++i) {
+      value = value << 8 | exif[at + (big ? i : bytes - 1 - i)];
+    }
+    return value;
+  };
+  const std::size_t directory = number(4, 4);
+  std::vector<std::size_t> places;
+  std::size_t bytes = 0;
+  for (std::size_t i = 0; i < number(directory, 2); ++i) {
+    const std::size_t entry = directory + 2 + kEntryBytes * i;
+    if (number(entry, 2) != kXmp || entry + kEntryBytes > exif.size()) continue;
+    places.push_back(entry + 4);
+    bytes += number(entry + 4, 4);
+  }
+  if (bytes <= kLong) places.clear();
+  return places;
+}
+
 Exiv2::ExifData decoded(const Bytes& exif, Exiv2::ByteOrder* order = nullptr) {
+  // Packets are decoded too, and slowly; nobody asks for them here.
+  if (const auto lengths = lengths_of_packets(exif); !lengths.empty()) {
+    Bytes others = exif;
+    for (const std::size_t place : lengths) std::fill_n(others.begin() + static_cast<std::ptrdiff_t>(place), 4, 0);
+    return decoded(others, order);
+  }
   Exiv2::ExifData data;
   const auto found = Exiv2::ExifParser::decode(data, exif.data(), static_cast<std::uint32_t>(exif.size()));
   if (order != nullptr) *order = found == Exiv2::invalidByteOrder ? Exiv2::littleEndian : found;
@@ -97,7 +144,7 @@ Exiv2::ExifData for_output(const Exiv2::ExifData& data, const Bitmap& output) {
 
 ExifFacts facts_of(const Bytes& exif) {
   if (exif.empty()) return {};
-  return asked(ExifFacts{}, [&] {
+  return asked(exif.size(), ExifFacts{}, [&] {
     const Exiv2::ExifData data = decoded(exif);
     constexpr double kNotKnown = 72;
     constexpr double kCentimetre = 3;
@@ -114,12 +161,12 @@ ExifFacts facts_of(const Bytes& exif) {
 }
 
 Bytes exif_of_tiff(const Bytes& file) {
-  return asked(Bytes{}, [&] { return encoded(kept_of(decoded(file)), Exiv2::littleEndian); });
+  return asked(file.size(), Bytes{}, [&] { return encoded(kept_of(decoded(file)), Exiv2::littleEndian); });
 }
 
 Bytes exif_for(const Bytes& exif, const Bitmap& output) {
   if (exif.empty()) return {};
-  return asked(Bytes{}, [&] {
+  return asked(exif.size(), Bytes{}, [&] {
     auto order = Exiv2::littleEndian;
     const Exiv2::ExifData data = for_output(decoded(exif, &order), output);
     return encoded(data, order);
@@ -139,7 +186,7 @@ Bytes xmp_for(Bytes xmp) {
 
 Bytes with_metadata(Bytes tiff, const Bytes& exif, const Bytes& xmp) {
   if (exif.empty() && xmp.empty()) return tiff;
-  Bytes result = asked(Bytes{}, [&] {
+  Bytes result = asked(tiff.size() + exif.size() + xmp.size(), Bytes{}, [&] {
     const auto image = Exiv2::ImageFactory::open(tiff.data(), static_cast<long>(tiff.size()));
     image->readMetadata();
     Exiv2::ExifData all = image->exifData();
