@@ -5,6 +5,7 @@
 #include <exiv2/exiv2.hpp>
 #include <mutex>
 #include <new>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -190,8 +191,10 @@ Bytes with_metadata(Bytes tiff, const Bytes& exif, const Bytes& xmp) {
     const auto image = Exiv2::ImageFactory::open(tiff.data(), static_cast<long>(tiff.size()));
     image->readMetadata();
     Exiv2::ExifData all = image->exifData();
+    std::set<std::string> keys;
+    for (const Exiv2::Exifdatum& tag : all) keys.insert(tag.key());
     for (const Exiv2::Exifdatum& tag : decoded(exif)) {
-      if (all.findKey(Exiv2::ExifKey(tag.key())) == all.end()) all.add(tag);
+      if (keys.insert(tag.key()).second) all.add(tag);
     }
     image->setExifData(all);
     if (!xmp.empty()) {
