@@ -7,6 +7,7 @@
 #include <new>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -176,11 +177,12 @@ Bytes exif_for(const Bytes& exif, const Bitmap& output) {
 
 Bytes xmp_for(Bytes xmp) {
   // In place, so that the packet stays as long as it says.
+  constexpr std::size_t kNear = 24;
   const std::string text(xmp.begin(), xmp.end());
   std::size_t at = text.find("tiff:Orientation");
   for (; at != std::string::npos; at = text.find("tiff:Orientation", at + 1)) {
-    const std::size_t digit = text.find_first_of("0123456789", at);
-    if (digit != std::string::npos && digit - at < 24) xmp[digit] = '1';
+    const std::size_t digit = std::string_view(text).substr(at, kNear).find_first_of("0123456789");
+    if (digit != std::string::npos) xmp[at + digit] = '1';
   }
   return xmp;
 }

@@ -5,6 +5,7 @@ import os
 import resource
 import struct
 import subprocess
+import zlib
 
 import pytest
 from PIL import Image
@@ -208,3 +209,24 @@ def test_many_tags_are_written_at_once(tmp_path):
     exif = maker_note(b"Canon", b"", lambda place: [(1, SHORT, 10000, place)], rest=b"\1\2" * 10000)
     exif = crop(save(tmp_path / "in.png", exif), tmp_path / "out.tif")
     assert len(exif.get_ifd(EXIF)[MAKER_NOTE]) > 20000
+
+
+def save_xmp(path, text):
+    save(path, b"")
+    file = path.read_bytes()
+    path.write_bytes(file[:33] + chunk(b"iTXt", b"XML:com.adobe.xmp\0\1\0\0\0" + zlib.compress(text)) + file[33:])
+    return path
+
+
+def test_a_packet_that_names_the_orientation_often_is_written_at_once(tmp_path):
+    names = b"tiff:Orientation" * 60000
+    crop(save_xmp(tmp_path / "in.png", names + b"='6'" + b"tiff:Orientation8" * 60000), tmp_path / "out.webp")
+    with Image.open(tmp_path / "out.webp") as image:
+        assert image.info["xmp"] == names + b"='1'" + b"tiff:Orientation1" * 60000
+
+
+def test_the_orientation_of_a_packet_is_near_its_name(tmp_path):
+    near, far = b"tiff:Orientation=" + b" " * 6 + b"%d", b"tiff:Orientation=" + b" " * 7 + b"%d"
+    crop(save_xmp(tmp_path / "in.png", near % 6 + far % 6), tmp_path / "out.webp")
+    with Image.open(tmp_path / "out.webp") as image:
+        assert image.info["xmp"] == near % 1 + far % 6
