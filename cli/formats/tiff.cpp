@@ -32,7 +32,10 @@ struct Layout {
 
   bool levels() const { return photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE; }
   bool gray() const { return levels() || gray_palette; }
-  std::size_t pixel_bytes() const { return static_cast<std::size_t>(samples * bits) / 8; }
+  /** They are taken as they are. */
+  bool bits_alone() const { return contiguous && kind == SAMPLEFORMAT_UINT && levels() && samples == 1 && bits == 1; }
+  /** Bits a pixel of what is read. */
+  int depth() const { return bits_alone() ? 1 : gray() ? 8 : 24; }
 };
 
 /** Ends the reading of a page with the reason. */
@@ -196,28 +199,55 @@ Bitmap read_cmyk(const Pieces& pieces, const Layout& layout, const ForeignCode& 
   return image;
 }
 
-/** All other kinds: libtiff makes red, green, blue and opacity of them, multiplied. */
-Bitmap read_otherwise(TIFF* tiff, const Layout& layout, const ForeignCode& foreign) {
-  std::array<char, 1024> reason{};
-  if (TIFFRGBAImageOK(tiff, reason.data()) == 0) refuse_kind(Format::kTiff, reason.data());
-  const auto width = static_cast<std::size_t>(layout.width);
-  std::vector<std::uint32_t> raster(width * static_cast<std::size_t>(layout.height));
-  // The order in which it is stored is left as it is: bringing it upright is for later.
-  const int stored = tiff_short(tiff, TIFFTAG_ORIENTATION);
-  if (TIFFReadRGBAImageOriented(tiff, static_cast<std::uint32_t>(layout.width),
-                                static_cast<std::uint32_t>(layout.height), raster.data(), stored, 1) == 0) {
-    fail(foreign);
+void rgba_on_white(const std::uint32_t* from, std::size_t width, bool gray, unsigned char* to) {
+  for (std::size_t x = 0; x < width; ++x) {
+    const int opacity = static_cast<int>(TIFFGetA(from[x]));
+    *to++ = on_white_premultiplied(static_cast<int>(TIFFGetR(from[x])), opacity);
+    if (gray) continue;
+    *to++ = on_white_premultiplied(static_cast<int>(TIFFGetG(from[x])), opacity);
+    *to++ = on_white_premultiplied(static_cast<int>(TIFFGetB(from[x])), opacity);
   }
+}
+
+/** What libtiff needs to make red, green, blue and opacity of a page. */
+class RgbaPage {
+ public:
+  RgbaPage(TIFF* tiff, const ForeignCode& foreign) {
+    std::array<char, 1024> reason{};
+    if (TIFFRGBAImageOK(tiff, reason.data()) == 0) refuse_kind(Format::kTiff, reason.data());
+    if (TIFFRGBAImageBegin(&page_, tiff, 1, reason.data()) == 0) fail(foreign);
+    // The order in which it is stored is left as it is: bringing it upright is for later.
+    page_.req_orientation = tiff_short(tiff, TIFFTAG_ORIENTATION);
+  }
+  ~RgbaPage() { TIFFRGBAImageEnd(&page_); }
+  RgbaPage(const RgbaPage&) = delete;
+  RgbaPage& operator=(const RgbaPage&) = delete;
+
+  bool read(int top, int rows, std::vector<std::uint32_t>& raster) {
+    page_.row_offset = top;
+    return TIFFRGBAImageGet(&page_, raster.data(), page_.width, static_cast<std::uint32_t>(rows)) != 0;
+  }
+
+ private:
+  TIFFRGBAImage page_{};
+};
+
+/** All other kinds: libtiff makes red, green, blue and opacity of them, multiplied; of whole pieces, some at a time. */
+Bitmap read_otherwise(TIFF* tiff, const Pieces& pieces, const Layout& layout, const ForeignCode& foreign,
+                      const Limits& limits) {
+  constexpr std::int64_t kPixels = 1 << 20;
+  RgbaPage page(tiff, foreign);
+  const std::int64_t together = std::max<std::int64_t>(1, kPixels / layout.width / pieces.height()) * pieces.height();
+  const int most_rows = static_cast<int>(std::min<std::int64_t>(together, layout.height));
+  if (std::int64_t{layout.width} * most_rows > kPixels) check_size(layout.width, most_rows, 32, limits);
+  const auto width = static_cast<std::size_t>(layout.width);
+  std::vector<std::uint32_t> raster(width * static_cast<std::size_t>(most_rows));
   Bitmap image(layout.width, layout.height, layout.gray() ? VANTREL_FORMAT_GRAY : VANTREL_FORMAT_RGB);
-  for (int y = 0; y < layout.height; ++y) {
-    const std::uint32_t* const from = raster.data() + width * static_cast<std::size_t>(y);
-    unsigned char* to = image.row(y);
-    for (std::size_t x = 0; x < width; ++x) {
-      const int opacity = static_cast<int>(TIFFGetA(from[x]));
-      *to++ = on_white_premultiplied(static_cast<int>(TIFFGetR(from[x])), opacity);
-      if (layout.gray()) continue;
-      *to++ = on_white_premultiplied(static_cast<int>(TIFFGetG(from[x])), opacity);
-      *to++ = on_white_premultiplied(static_cast<int>(TIFFGetB(from[x])), opacity);
+  for (int top = 0, rows = 0; top < layout.height; top += rows) {
+    rows = std::min(most_rows, layout.height - top);
+    if (!page.read(top, rows, raster)) fail(foreign);
+    for (int y = 0; y < rows; ++y) {
+      rgba_on_white(raster.data() + width * static_cast<std::size_t>(y), width, layout.gray(), image.row(top + y));
     }
   }
   return image;
@@ -229,15 +259,15 @@ bool has_deep_samples(const Layout& layout) {
   return (floating || whole) && (layout.gray() ? layout.samples == 1 : layout.samples == 3);
 }
 
-Bitmap read_pixels(TIFF* tiff, const Pieces& pieces, const Layout& layout, const ForeignCode& foreign,
-                   const Bytes& icc) {
+Bitmap read_pixels(TIFF* tiff, const Pieces& pieces, const Layout& layout, const ForeignCode& foreign, const Bytes& icc,
+                   const Limits& limits) {
   const bool plain = layout.contiguous && layout.kind == SAMPLEFORMAT_UINT;
   const bool rgb = layout.photometric == PHOTOMETRIC_RGB;
   if (layout.contiguous && (layout.levels() || rgb) && has_deep_samples(layout)) {
     return read_deep(pieces, layout, foreign);
   }
   if (layout.kind == SAMPLEFORMAT_IEEEFP) refuse_kind(Format::kTiff, "its floating-point samples");
-  if (plain && layout.levels() && layout.samples == 1 && layout.bits == 1) return read_bits(pieces, layout, foreign);
+  if (layout.bits_alone()) return read_bits(pieces, layout, foreign);
   const bool gray_levels = layout.levels() && ((layout.samples == 1 && (layout.bits == 8 || layout.bits == 16)) ||
                                                (layout.samples == 2 && layout.bits == 8));
   if (plain && (gray_levels || (rgb && layout.samples == 3 && layout.bits == 8))) {
@@ -246,7 +276,7 @@ Bitmap read_pixels(TIFF* tiff, const Pieces& pieces, const Layout& layout, const
   if (plain && layout.photometric == PHOTOMETRIC_SEPARATED && layout.samples == 4 && layout.bits == 8 && !icc.empty()) {
     return read_cmyk(pieces, layout, foreign, icc);
   }
-  Bitmap image = read_otherwise(tiff, layout, foreign);
+  Bitmap image = read_otherwise(tiff, pieces, layout, foreign, limits);
   return layout.black_and_white ? bilevel_of(image) : std::move(image);
 }
 
@@ -287,15 +317,15 @@ Picture read_tiff(const Bytes& file, int page, const Limits& limits) {
   const Layout layout = layout_of(tiff.get());
   const Pieces pieces(tiff.get());
   if (layout.width <= 0 || layout.height <= 0 || pieces.width() <= 0 || pieces.height() <= 0) fail(foreign);
-  const int bits = layout.gray() ? std::min(8, layout.bits) : 24;
   check_size(std::max<std::int64_t>(layout.width, pieces.width()),
-             std::max<std::int64_t>(layout.height, pieces.height()), std::max(bits, 1), limits);
+             std::max<std::int64_t>(layout.height, pieces.height()), layout.depth(), limits);
   if (!sound_tiff_pieces(tiff.get(), file, limits)) fail(foreign);
   picture.metadata = {exif_of_tiff(file), block_of(tiff.get(), TIFFTAG_XMLPACKET),
                       block_of(tiff.get(), TIFFTAG_ICCPROFILE)};
+  // The decoder of JBIG bears no null pointer.
   const bool jbig = tiff_short(tiff.get(), TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;
   const ForeignCode decoder(jbig ? Large::kCrashes : Large::kBears);
-  picture.image = read_pixels(tiff.get(), pieces, layout, foreign, picture.metadata.icc);
+  picture.image = read_pixels(tiff.get(), pieces, layout, foreign, picture.metadata.icc, limits);
   picture.image.set_resolution(resolution_of(tiff.get()));
   picture.orientation = tiff_short(tiff.get(), TIFFTAG_ORIENTATION);
   picture.sample_bits = layout.bits;

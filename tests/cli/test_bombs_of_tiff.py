@@ -1,12 +1,15 @@
 """Small TIFF files whose strips or tiles become far more than the picture has: refused at once. What is like them is read."""
 
+import os
 import struct
+import subprocess
 import zlib
 
 import numpy as np
 import pytest
 
 import scans
+from conftest import TOOL
 from test_bombs import SANITIZED, Cost, zeros
 
 DAMAGED = "the TIFF data is truncated or damaged"
@@ -130,3 +133,35 @@ def test_strips_that_share_their_bytes(read):
     assert (read(shared(pixel, 8, 5000, 1, 1), 1, 5000) == 0x55).all()
     noise = np.random.default_rng(1).integers(0, 256, (8, 640), np.uint8)
     assert np.array_equal(read(shared(zlib.compress(noise.tobytes()), 8, 30, 640, 8), 640, 240), np.tile(noise, (30, 1)))
+
+
+def levels_of_4_bits(levels, rows):
+    """Gray levels, in strips of so many rows."""
+    height, width = levels.shape
+    packed = (levels[:, ::2] << 4 | levels[:, 1::2]).astype(np.uint8)
+    strips = [zlib.compress(packed[top : top + rows].tobytes()) for top in range(0, height, rows)]
+    starts = np.cumsum([8, *map(len, strips)]).tolist()
+    tags = {256: width, 257: height, 258: 4, 259: 8, 262: 1, 278: rows, 273: starts[:-1], 279: list(map(len, strips))}
+    return tiff(tags, b"".join(strips))
+
+
+@pytest.mark.parametrize("rows", [7, 700, 2000])
+def test_levels_of_4_bits_are_read_some_rows_at_a_time(read, rows):
+    levels = np.random.default_rng(2).integers(0, 16, (2000, 1200), np.uint8)
+    assert np.array_equal(read(levels_of_4_bits(levels, rows), 1200, 2000), levels * 17)
+
+
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer takes more memory than is allowed here")
+def test_levels_of_4_bits_take_little_more_memory_than_the_picture(tmp_path):
+    (tmp_path / "in.tif").write_bytes(levels_of_4_bits(np.zeros((4000, 8000), np.uint8), 500))
+    process = subprocess.Popen([TOOL, "crop", tmp_path / "in.tif", "--rect", "0,0,9,9", "-o", tmp_path / "out.png"])
+    _, status, usage = os.wait4(process.pid, 0)
+    assert status == 0 and usage.ru_maxrss < 100 << 10
+
+
+def test_levels_of_4_bits_may_take_too_much_memory(tool, tmp_path):
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", "-", tmp_path / "in.tif", "--most-megabytes")
+    for rows, least, bits in ((10, 2, 8), (1000, 5, 32)):
+        (tmp_path / "in.tif").write_bytes(levels_of_4_bits(np.zeros((1000, 1200), np.uint8), rows))
+        tool(*arguments, least - 1).fails_with(f"1200 x 1000 in {bits} bits a pixel take more than {least - 1} megabytes")
+        tool(*arguments, least, ok=True)
