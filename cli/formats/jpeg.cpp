@@ -112,12 +112,33 @@ boolean take_segment(j_decompress_ptr codec) {
   return TRUE;
 }
 
-/** A file with thousands of passes over one picture keeps a decoder busy for ever; those that there are have ten. */
-constexpr int kMostPasses = 100;
+/**
+ * A file with thousands of passes over one picture keeps a decoder busy for ever; those that there are have ten. Each
+ * coefficient comes once, and then more exactly by a bit at a time; but one that is whole could come again.
+ */
+struct Passes {
+  static constexpr int kMost = 100;
+  static constexpr int kMostOfCoefficient = 14;
 
-void limit_passes(j_common_ptr codec) {
-  if (reinterpret_cast<j_decompress_ptr>(codec)->input_scan_number > kMostPasses) Errors::leave(codec);
-}
+  jpeg_progress_mgr manager{};
+  int seen = 0;
+  std::array<int, MAX_COMPONENTS> coefficients{};
+
+  Passes() { manager.progress_monitor = limit; }
+
+  static void limit(j_common_ptr common) {
+    const auto codec = reinterpret_cast<j_decompress_ptr>(common);
+    Passes& passes = *reinterpret_cast<Passes*>(codec->progress);
+    if (codec->input_scan_number == passes.seen) return;
+    passes.seen = codec->input_scan_number;
+    if (passes.seen > kMost) Errors::leave(common);
+    for (int i = 0; i < codec->comps_in_scan; ++i) {
+      int& coefficients = passes.coefficients[static_cast<std::size_t>(codec->cur_comp_info[i]->component_index)];
+      coefficients += codec->Se - codec->Ss + 1;
+      if (coefficients > kMostOfCoefficient * DCTSIZE2) Errors::leave(common);
+    }
+  }
+};
 
 class Decoder {
  public:
@@ -129,8 +150,7 @@ class Decoder {
       codec_.client_data = &segments_;
       jpeg_set_marker_processor(&codec_, JPEG_APP0 + 1, take_segment<JPEG_APP0 + 1>);
       jpeg_set_marker_processor(&codec_, JPEG_APP0 + 2, take_segment<JPEG_APP0 + 2>);
-      codec_.progress = &progress_;
-      progress_.progress_monitor = limit_passes;
+      codec_.progress = &passes_.manager;
       jpeg_read_header(&codec_, TRUE);
     });
     if (!ready_) fail();
@@ -220,7 +240,7 @@ class Decoder {
   const ForeignCode foreign_;
   Errors errors_;
   Segments segments_;
-  jpeg_progress_mgr progress_{};
+  Passes passes_;
   jpeg_decompress_struct codec_{};
   bool ready_ = false;
 };

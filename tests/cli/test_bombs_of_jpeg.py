@@ -104,3 +104,22 @@ def test_a_picture_in_passes_takes_its_coefficients_too(tool, tmp_path):
     tool(*arguments, 7, ok=True)
     scans.save(noise // 16 + 100, tmp_path / "in.jpg", subsampling=2)
     tool(*arguments, 3, ok=True)
+
+
+def file_of_passes(count):
+    """Gray blocks of no differences and no waves, which are told of as often as that."""
+    table = bytes((1, *bytes(15), 0))  # one code, a zero bit, for a block that is at its end
+    file = b"\xff\xd8" + segment(0xDB, b"\0" + b"\1" * 64) + segment(0xC2, struct.pack(">BHHB3B", 8, 64, 64, 1, 1, 0x11, 0))
+    file += segment(0xC4, b"\x00" + table) + segment(0xC4, b"\x10" + table)
+    file += segment(0xDA, bytes((1, 1, 0, 0, 0, 0))) + bytes(8)
+    return file + (segment(0xDA, bytes((1, 1, 0, 1, 63, 0))) + bytes(8)) * count + b"\xff\xd9"
+
+
+def test_a_coefficient_comes_once_and_then_by_a_bit_at_a_time(tool, tmp_path):
+    """It may have 13 of these; what repeats it instead costs the same and adds nothing."""
+    arguments = ("crop", "--rect", "0,0,9,9", "-o", tmp_path / "out.png", tmp_path / "in.jpg")
+    (tmp_path / "in.jpg").write_bytes(file_of_passes(15))
+    tool(*arguments).fails_with("the JPEG data is truncated or damaged")
+    (tmp_path / "in.jpg").write_bytes(file_of_passes(14))
+    tool(*arguments, ok=True)
+    assert (scans.load(tmp_path / "out.png") == 128).all()
