@@ -200,8 +200,11 @@ Bytes with_metadata(Bytes tiff, const Bytes& exif, const Bytes& xmp) {
     }
     image->setExifData(all);
     if (!xmp.empty()) {
+      // As it stands: to decode it and put it together again takes long where there are very many properties.
       Exiv2::XmpData data;
-      if (Exiv2::XmpParser::decode(data, std::string(xmp.begin(), xmp.end())) == 0) image->setXmpData(data);
+      data.setPacket(std::string(xmp.begin(), xmp.end()));
+      image->setXmpData(data);
+      image->writeXmpFromPacket(true);
     }
     image->writeMetadata();
     Exiv2::BasicIo& file = image->io();

@@ -230,3 +230,10 @@ def test_the_orientation_of_a_packet_is_near_its_name(tmp_path):
     crop(save_xmp(tmp_path / "in.png", near % 6 + far % 6), tmp_path / "out.webp")
     with Image.open(tmp_path / "out.webp") as image:
         assert image.info["xmp"] == near % 1 + far % 6
+
+
+@pytest.mark.parametrize("count", [1, 60000])
+def test_a_packet_is_written_as_it_stands(tmp_path, count):
+    text = packet(count)
+    crop(save_xmp(tmp_path / "in.png", text), tmp_path / "out.tif")
+    assert (tmp_path / "out.tif").read_bytes().count(text) == 1
