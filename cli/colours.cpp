@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "icc_extent.h"
 #include "memory.h"
 
 namespace tool {
@@ -15,7 +16,8 @@ struct ProfileRelease {
 using Profile = std::unique_ptr<void, ProfileRelease>;
 
 Profile opened(const Bytes& icc) {
-  return Profile(icc.empty() ? nullptr : cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
+  if (icc.empty() || !is_modest_profile(icc)) return nullptr;
+  return Profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
 }
 
 cmsColorSpaceSignature space_of(const Profile& profile) {

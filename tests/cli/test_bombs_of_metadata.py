@@ -10,6 +10,7 @@ import zlib
 import pytest
 from PIL import Image
 
+import profiles
 from conftest import TOOL
 from test_bombs import chunk
 
@@ -237,3 +238,87 @@ def test_a_packet_is_written_as_it_stands(tmp_path, count):
     text = packet(count)
     crop(save_xmp(tmp_path / "in.png", text), tmp_path / "out.tif")
     assert (tmp_path / "out.tif").read_bytes().count(text) == 1
+
+
+# Profiles. What they make of ink is none of a naive conversion.
+
+
+def floats(*values):
+    return struct.pack(f">{len(values)}f", *values)
+
+
+def parts(head, contents):
+    """Places and lengths of the parts behind the head, and the parts, each of which stands there once."""
+    different = list(dict.fromkeys(contents))
+    places, place = {}, len(head) + 8 * len(contents)
+    for content in different:
+        places[content] = struct.pack(">II", place, len(content))
+        place += len(content)
+    return head + b"".join(places[content] for content in contents) + b"".join(different)
+
+
+def steps(*contents):
+    """To Lab, in floating point."""
+    return profiles.profile(b"CMYK", b"Lab ", b"prtr", {b"D2B0": parts(b"mpet" + struct.pack(">4xHHI", 4, 3, len(contents)), contents)})
+
+
+def matrix(columns, rows, value=0.25):
+    return b"matf" + struct.pack(">4xHH", columns, rows) + floats(*[value] * (columns * rows), *[0.1] * rows)
+
+
+def curves(segments, kind=b"parf" + struct.pack(">4xHH", 0, 0) + floats(1, 1, 0, 0)):
+    limits = floats(*[(i + 1) / segments for i in range(segments - 1)])
+    return parts(b"cvst" + struct.pack(">4xHH", 4, 4), [b"curf" + struct.pack(">4xHH", segments, 0) + limits + kind * segments] * 4)
+
+
+def table(into, out, points, values):
+    return b"clut" + struct.pack(">4xHH", into, out) + bytes([points] * into + [0] * (16 - into)) + floats(*[0.5] * values)
+
+
+def whole_numbers(kind, points, values):
+    """To Lab, by a table of so many values."""
+    if kind == b"mAB ":
+        nothing = b"curv" + bytes(8)
+        table_at = 32 + 3 * len(nothing)
+        data = bytes([points] * 4 + [0] * 12) + b"\1\0\0\0" + b"\x40" * values
+        data += bytes(-len(data) % 4)
+        places = struct.pack(">5I", 32, 0, 0, table_at, table_at + len(data))
+        tag = kind + bytes(4) + bytes((4, 3, 0, 0)) + places + nothing * 3 + data + nothing * 4
+    else:
+        wide = kind == b"mft2"
+        head = kind + bytes(4) + bytes((4, 3, points, 0)) + b"".join(map(profiles.fixed, (1, 0, 0, 0, 1, 0, 0, 0, 1)))
+        line = struct.pack(">HH", 0, 65535) if wide else bytes(range(256))
+        tag = head + (struct.pack(">HH", 2, 2) if wide else b"") + line * 4 + b"\x40" * (values * (1 + wide)) + line * 3
+    return profiles.profile(b"CMYK", b"Lab ", b"prtr", {b"A2B0": tag})
+
+
+def colour_of_ink(folder, **options):
+    Image.new("CMYK", (60, 40), (90, 200, 30, 40)).save(folder / "ink.jpg", **options)
+    crop(folder / "ink.jpg", folder / "ink.png")
+    with Image.open(folder / "ink.png") as image:
+        (folder / "ink.png").unlink()
+        return image.getpixel((9, 9))
+
+
+TO_LAB = matrix(4, 3)
+PROFILES = {
+    "some steps": (True, steps(*[curves(1)] * 15, TO_LAB)),
+    "more steps": (False, steps(*[curves(1)] * 16, TO_LAB)),
+    "a step many times": (False, steps(*[curves(1)] * 3000, TO_LAB)),
+    "some segments": (True, steps(curves(64), TO_LAB)),
+    "more segments": (False, steps(curves(65), TO_LAB)),
+    "very many segments": (False, steps(curves(20000), TO_LAB)),
+    "four channels": (True, steps(matrix(4, 4), table(4, 3, 2, 48))),
+    "five channels": (False, steps(matrix(4, 5), table(5, 3, 2, 96))),
+    "thirteen channels": (False, steps(matrix(4, 13), table(13, 3, 2, 3 << 13))),
+    "a table that is not there": (False, steps(table(4, 3, 70, 48))),
+    "many samples": (False, steps(curves(1, b"samf" + struct.pack(">4xI", 30000000)), TO_LAB)),
+    **{f"{kind}": (True, whole_numbers(kind, 5, 3 * 5**4)) for kind in (b"mft1", b"mft2", b"mAB ")},
+    **{f"{kind} without values": (False, whole_numbers(kind, 85, 3 * 5**4)) for kind in (b"mft1", b"mft2", b"mAB ")},
+}
+
+
+@pytest.mark.parametrize("name", PROFILES)
+def test_profiles_of_too_much_work_are_none(tmp_path, name):
+    used, profile = PROFILES[name]
+    assert (colour_of_ink(tmp_path, icc_profile=profile) != colour_of_ink(tmp_path)) == used
