@@ -84,7 +84,7 @@ void enter_components(const Size& size) {
 /** Two level lines among the angles of 70 to 109 degrees. Units are votes: a point and an angle. */
 void enter_votes(const Size& size) {
   if (!takes_part("votes", size)) return;
-  constexpr int kFirstAngle = 70, kAngles = 40;
+  constexpr int kAngles = 40;
   const auto maps = shared(EdgeMaps(scan_on_glass(size), Passed::kInside));
   const auto points = shared(maps->points(0, maps->rows, 0, maps->cols, 0));
   const auto votes = static_cast<std::int64_t>(points->size()) * kAngles;
@@ -101,6 +101,7 @@ void enter_votes(const Size& size) {
                                static_cast<int>(moved.size()), 0, (*tables)[0].data(), (*tables)[1].data()) == 1;
   });
 #ifdef WITH_OPENCV
+  constexpr int kFirstAngle = 70;
   const auto places = shared(std::vector<cv::Point2f>());
   for (const typePoint& point : *points) {
     places->push_back({point.col - static_cast<float>(maps->cols / 2), point.row - static_cast<float>(maps->rows / 2)});
