@@ -19,7 +19,7 @@ namespace {
 constinit std::mutex threads_mutex;
 constinit CountedThread* threads = nullptr;
 
-thread_local Deadline* innermost = nullptr;
+thread_local Deadline* current = nullptr;
 thread_local CountedThread* counted = nullptr; /**< this thread, where foreign code started it */
 
 double seconds_of(clockid_t clock) {
@@ -32,7 +32,7 @@ double seconds_of(clockid_t clock) {
 
 CountedThread::CountedThread() {
   const std::lock_guard lock(threads_mutex);
-  deadline_ = innermost != nullptr ? innermost : counted != nullptr ? counted->deadline_ : nullptr;
+  deadline_ = current != nullptr ? current : counted != nullptr ? counted->deadline_ : nullptr;
   next_ = threads;
   if (next_ != nullptr) next_->previous_ = this;
   threads = this;
@@ -41,9 +41,7 @@ CountedThread::CountedThread() {
 CountedThread::~CountedThread() {
   const double seconds = runs_ ? seconds_of(clock_) : 0;
   const std::lock_guard lock(threads_mutex);
-  for (Deadline* deadline = deadline_; deadline != nullptr; deadline = deadline->outer_) {
-    deadline->taken_by_ended_threads_ += seconds;
-  }
+  if (deadline_ != nullptr) deadline_->taken_by_ended_threads_ += seconds;
   (previous_ != nullptr ? previous_->next_ : threads) = next_;
   if (next_ != nullptr) next_->previous_ = previous_;
   if (counted == this) counted = nullptr;
@@ -55,7 +53,7 @@ void CountedThread::begin() {
   counted = this;
 }
 
-Deadline::Deadline(double seconds) : outer_(innermost), seconds_(seconds), last_words_(last_words()) {
+Deadline::Deadline(double seconds) : seconds_(seconds), last_words_(last_words()) {
   if (pthread_getcpuclockid(pthread_self(), &clock_) != 0) throw std::bad_alloc();
   end_ = seconds_of(clock_) + seconds;
   try {
@@ -63,7 +61,7 @@ Deadline::Deadline(double seconds) : outer_(innermost), seconds_(seconds), last_
   } catch (const std::system_error&) {
     throw std::bad_alloc();
   }
-  innermost = this;
+  current = this;
 }
 
 Deadline::~Deadline() {
@@ -75,9 +73,9 @@ Deadline::~Deadline() {
   watcher_.join();
   const std::lock_guard lock(threads_mutex);
   for (CountedThread* thread = threads; thread != nullptr; thread = thread->next_) {
-    if (thread->deadline_ == this) thread->deadline_ = outer_;
+    if (thread->deadline_ == this) thread->deadline_ = nullptr;
   }
-  innermost = outer_;
+  current = nullptr;
 }
 
 void Deadline::allow(double seconds) {
@@ -94,16 +92,11 @@ std::string Deadline::last_words() const {
   return message_of_input(text.str());
 }
 
-bool Deadline::is_around(const Deadline* inner) const {
-  while (inner != nullptr && inner != this) inner = inner->outer_;
-  return inner == this;
-}
-
 Deadline::Taken Deadline::taken() const {
   const std::lock_guard lock(threads_mutex);
   Taken taken{seconds_of(clock_) + taken_by_ended_threads_, 1};
   for (const CountedThread* thread = threads; thread != nullptr; thread = thread->next_) {
-    if (!is_around(thread->deadline_)) continue;
+    if (thread->deadline_ != this) continue;
     ++taken.threads;
     if (thread->runs_) taken.seconds += seconds_of(thread->clock_);
   }

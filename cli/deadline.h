@@ -17,8 +17,8 @@ namespace tool {
 class Deadline;
 
 /**
- * A thread that foreign code starts, as long as it runs: its time counts for the deadlines of the thread that started
- * it. It may live longer than they do, and takes no memory of its own.
+ * A thread that foreign code starts, as long as it runs: its time counts for the deadline of the thread that started
+ * it. It may live longer than that does, and takes no memory of its own.
  */
 class CountedThread {
  public:
@@ -34,7 +34,7 @@ class CountedThread {
  private:
   friend class Deadline;
 
-  Deadline* deadline_; /**< the innermost of those it counts for */
+  Deadline* deadline_; /**< that it counts for */
   bool runs_ = false;
   clockid_t clock_{};
   CountedThread* next_ = nullptr;
@@ -42,9 +42,9 @@ class CountedThread {
 };
 
 /**
- * As long as one of these lives, the thread that made it, and the threads that foreign code starts there, may take so
- * much time of the processor. After that the tool ends in good order: a small file can be made that is decoded or drawn
- * for hours, and no decoder lets itself be stopped. Another one may be made inside it; both count.
+ * As long as this lives, the thread that made it, and the threads that foreign code starts there, may take so much time
+ * of the processor. After that the tool ends in good order: a small file can be made that is decoded or drawn
+ * for hours, and no decoder lets itself be stopped. A thread has one at a time.
  */
 class Deadline {
  public:
@@ -67,11 +67,9 @@ class Deadline {
   };
 
   Taken taken() const;
-  bool is_around(const Deadline* inner) const;
   std::string last_words() const;
   void watch();
 
-  Deadline* outer_;
   clockid_t clock_;
   double taken_by_ended_threads_ = 0;
   double seconds_;
