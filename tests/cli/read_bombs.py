@@ -9,7 +9,8 @@ import zlib
 
 from PIL import Image
 
-from test_read_only_formats import HEIC
+from cost import repeated
+from heic_files import grid, heic, layers, overlay, places_in_pieces
 
 SIDE = 30000
 ZEROS = zlib.compress(bytes(4 << 20), 9)
@@ -20,6 +21,7 @@ BYTES = "bits a pixel take more than 500 megabytes (--most-megabytes allows more
 WORK = "to draw the page takes the work of more than 500 megabytes (--most-megabytes allows more)"
 MEMORY = "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)"
 TIME = " seconds of the processor (--most-seconds allows more)"
+PARTS = "far more pixels than it has"
 TURNS = "a picture turned or cut more than once"
 DAMAGED = "data is truncated or damaged"
 
@@ -44,8 +46,8 @@ def bombs():
     yield "mirrored.heic", TURNS, heic(turns=[b"imir"] * 100)
     yield "cut.heic", TURNS, heic(turns=[b"irot", b"clap", b"clap"])
     yield "layers.heic", "more than 256 pictures over each other", heic(kind=b"iovl", grid=layers(257), outside=True, parts=257)
-    yield "large-layers.heic", "far more pixels than it has", heic(kind=b"iovl", grid=layers(5), outside=True, parts=5, tile=(1000, 1000))
-    yield "large-tile.heic", "far more pixels than it has", heic(tile=(2100, 2100))
+    yield "large-layers.heic", PARTS, heic(kind=b"iovl", grid=layers(5), outside=True, parts=5, tile=(1000, 1000))
+    yield "large-tile.heic", PARTS, heic(tile=(2100, 2100))
     yield "pieces.heic", PIXELS, heic(grid=grid(SIDE, SIDE)) + places_in_pieces()
     yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
     yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
@@ -53,7 +55,7 @@ def bombs():
     yield "deep.pdf", BYTES, pdf(image=(9000, 9000, 16, b"/DeviceCMYK"))
     yield "often.pdf", WORK, pdf(drawing=b"q /X0 Do Q " * 1000, image=(4000, 4000, 8, b"/DeviceGray"))
     yield "inline.pdf", WORK, pdf(drawing=b"BI /W 30000 /H 30000 /BPC 8 /CS /G ID " + bytes(99) + b" EI")
-    yield "long.pdf", WORK, pdf(drawing=blanks(60), filter=b"/Filter /FlateDecode")
+    yield "long.pdf", WORK, pdf(drawing=repeated(b" ", 60), filter=b"/Filter /FlateDecode")
     yield "nested.pdf", WORK, pdf(forms=10)
     yield "outer.pdf", WORK, pdf(forms=10, own=False)
     yield "pattern.pdf", WORK, pdf(drawing=b"/Pattern cs /P scn 0 0 99 99 re f", others=pattern(0.01))
@@ -62,8 +64,8 @@ def bombs():
     yield "lent-letters.pdf", WORK, pdf(drawing=b"BT /E 9 Tf /F 9 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONTS_OF_A_LETTER)
     yield "fills.pdf", TIME, fills()
     yield "gradient.pdf", TIME, pdf(drawing=b"q 99 0 0 99 0 0 cm /S sh Q " * 100, others=GRADIENT)
-    yield "unpacked.pdf", TIME, pdf(drawing=nothing(2000), filter=b"/Filter [/FlateDecode /FlateDecode /ASCIIHexDecode]")
-    yield "names.pdf", WORK, pdf(drawing=zlib.compress(b"/ gs " * 9000000, 9), filter=b"/Filter /FlateDecode")
+    yield "unpacked.pdf", TIME, pdf(drawing=zlib.compress(repeated(b" ", 2000), 9), filter=b"/Filter [/FlateDecode /FlateDecode /ASCIIHexDecode]")
+    yield "names.pdf", WORK, pdf(drawing=repeated(b"/ gs ", 43), filter=b"/Filter /FlateDecode")
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
@@ -88,105 +90,6 @@ def jpeg2000(size, told=None, tile=None, samples=None, precincts=False):
             struct.pack(">H", 38 + 3 * samples) + file[marker + 2 : marker + 36] + struct.pack(">H", samples) + b"\7\1\1" * samples
         )
     return bytes(file)
-
-
-def grid(width, height, rows=1, columns=1, long=False):
-    return struct.pack(">BBBBII" if long else ">BBBBHH", 0, int(long), rows - 1, columns - 1, width, height)
-
-
-def overlay(width, height):
-    return struct.pack(">BB8xIIii", 0, 1, width, height, 0, 0)
-
-
-def layers(count):
-    """The tile over itself."""
-    return struct.pack(">BB8xHH", 0, 0, 64, 48) + bytes(4 * count)
-
-
-def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, parts=1, tile=(64, 64), coded=None, turns=()):
-    """The file says one size, how it is put together from its tile another, of the tile a third, and the tile a fourth.
-
-    It is put together of it so many times, and the tile is turned.
-    """
-    file = bytearray(HEIC)
-    place = file.index(b"ispe") + 8
-    file[place : place + 8] = struct.pack(">II", *tile)
-    place = file.index(b"dimg") + 6
-    file[place : place + 2] = struct.pack(">H", parts)
-    insert(file, place + 4, (parts - 1) * b"\0\1", (b"meta", b"iref", b"dimg"))
-    place = file.rindex(b"ispe") + 8
-    file[place : place + 8] = struct.pack(">II", *told)
-    place = file.index(b"grid")
-    file[place : place + 4] = kind
-    place = file.index(b"dimg") + 8
-    file[place : place + 2] = struct.pack(">H", part)
-    if outside:
-        place = file.index(b"iloc") + 12 + 20  # behind the first item
-        file[place + 2 : place + 20] = struct.pack(">HHIHII", 0, 0, len(file) + 8, 1, 0, len(grid))
-        file += struct.pack(">I", 8 + len(grid)) + b"mdat" + grid
-    else:
-        place = file.index(b"idat") + 4
-        file[place : place + 8] = grid
-    if coded:
-        enlarge_tile(file, coded)
-    if turns:
-        turn_tile(file, turns)
-    return bytes(file)
-
-
-def turn_tile(file, turns):
-    """A property of each kind that is named, and as many associations."""
-    kinds = sorted(set(turns))
-    # What is cut out is the whole of the tile.
-    contents = {b"irot": b"\1", b"imir": b"\1", b"clap": struct.pack(">8I", 64, 1, 64, 1, 0, 1, 0, 1)}
-    properties = b"".join(struct.pack(">I4s", 8 + len(contents[kind]), kind) + contents[kind] for kind in kinds)
-    insert(file, file.index(b"ipma") - 4, properties, (b"meta", b"iprp", b"ipco"))
-    place = file.index(b"ipma") + 14  # how many properties the tile has; four are there
-    assert file[place : place + 3] == b"\2\x81\2"
-    file[place] += len(turns)
-    insert(file, place + 3, bytes(0x85 + kinds.index(kind) for kind in turns), (b"meta", b"iprp", b"ipma"))
-
-
-def insert(file, place, content, boxes, instead=0):
-    """Into boxes around it, before what the places of the file's items point to, instead of so many bytes."""
-    file[place : place + instead] = content
-    longer = len(content) - instead
-    for box in boxes:
-        start = file.index(box) - 4
-        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
-    for item in (0, 2):  # the places of the tile and of the metadata behind
-        start = file.index(b"iloc") + 12 + 20 * item + 6
-        file[start : start + 4] = struct.pack(">I", struct.unpack(">I", file[start : start + 4])[0] + longer)
-
-
-def places_in_pieces():
-    """60000 further items of 65535 pieces each, of which no byte is said."""
-    items = b"".join(struct.pack(">HHH", item, 0, 65535) for item in range(1000, 1000 + 60000))
-    places = struct.pack(">I4sIHH", 16 + len(items), b"iloc", 0, 0, 60000) + items
-    return struct.pack(">I4sI", 12 + len(places), b"meta", 0) + places
-
-
-def enlarge_tile(file, side):
-    """Another size in the parameters of the tile's sequence of pictures, which are as long as they were."""
-    place = file.index(b"\x42\x01\x01\x03")  # its kind, its number of layers, its profile
-    length = struct.unpack(">H", file[place - 2 : place])[0]
-    raw = bytes(file[place : place + length])
-    plain = raw.replace(b"\0\0\3", b"\0\0")
-    bits = "".join(f"{byte:08b}" for byte in plain)
-    before = 16 + 8 + 96 + 1 + 3  # and the numbers of this set and of the form of its colours: 1 and 010
-    end = before + 2 * 13
-    assert bits[before - 4 : end] == "1010" + "0000001000001" * 2, bits[before - 4 : end]
-    number = f"{side + 1:b}"
-    changed = bits[:before] + 2 * ("0" * (len(number) - 1) + number) + bits[end:]
-    changed += "0" * (-len(changed) % 8)
-    packed = bytes(int(changed[i : i + 8], 2) for i in range(0, len(changed), 8))
-    stuffed = bytearray()
-    for byte in packed:
-        if stuffed[-2:] == b"\0\0" and byte <= 3:
-            stuffed.append(3)
-        stuffed.append(byte)
-    file[place - 2 : place] = struct.pack(">H", len(stuffed))
-    insert(file, place, stuffed, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
 
 
 def stream(dictionary, data):
@@ -254,26 +157,12 @@ def fills(count=300000):
     return pdf(drawing=zlib.compress(b"0 0 99 99 re f " * count), filter=b"/Filter /FlateDecode")
 
 
-def nothing(megabytes):
-    """Blanks, packed twice, of which no hexadecimal digit comes."""
-    packer = zlib.compressobj(9)
-    first, each = (packer.compress(b" " * (1 << 20)) + packer.flush(zlib.Z_FULL_FLUSH) for _ in range(2))
-    return zlib.compress(first + (megabytes - 1) * each, 9)
-
-
-def blanks(megabytes, before=b""):
-    """Compressed; what this process takes counts for the tool that it starts."""
-    packer = zlib.compressobj(1)
-    megabyte = b" " * (1 << 20)
-    return packer.compress(before) + b"".join(packer.compress(megabyte) for _ in range(megabytes)) + packer.flush()
-
-
 def pdf_of_hidden_objects():
     """The objects are in a compressed stream, whose blanks are far longer than they are."""
     hidden = b"1 0 2 40 " + b"<< /Type /Catalog /Pages 2 0 R >>".ljust(40) + b"<< /Type /Pages /Kids [3 0 R] /Count 1 >>"
     objects = {
         3: b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] >>",
-        4: stream(b"/Type /ObjStm /N 2 /First 9 /Filter /FlateDecode", blanks(200, hidden)),
+        4: stream(b"/Type /ObjStm /N 2 /First 9 /Filter /FlateDecode", repeated(b" ", 200, hidden)),
     }
     file, places = b"%PDF-1.5\n", {}
     for number, content in objects.items():

@@ -1,26 +1,12 @@
 """What files of HEIC may say of how a picture is put together, turned and cut; what they may not is in read_bombs."""
 
-import base64
-import os
-import struct
-
 import numpy as np
 import pytest
 
 import scans
-from read_bombs import TIME, grid, heic, insert, layers
-
-# A tile of 1024 x 1024 in one colour, and the parameters of its coding.
-PARAMETERS = base64.b64decode(
-    "AQNwAAAAAAAAAAAAePAA/P34+AAADwMgAAEAGEABDAH//wNwAAADAJAAAAMAAAMAeLoCQCEAAQAtQgEBA3AAAAMAkAAAAwAAAwB4oAIAgBAFlupJKa5u"
-    "BAQMCAAAAwAIAAADAAhAIgABAAdEAcFysGJA"
-)
-TILE = base64.b64decode(
-    "AAABNCgBrwQQgaFRJJFFA8888888+Px5OOv/0Rn4TJ7zBG/sE5nR3AphYmYAAAMAAAMAAAMAB1yn6O4GYMU9AAADAAADAAADAAADAbeTDTTAAAADAAAD"
-    "AAADAAADAAQ8hwAAAwAAAwAAAwAAAwAAAwARMAAAAwAAAwAAAwAAAwAAAwAD0gAAAwAAAwAAAwAAAwAAAwBLwAAAAwAAAwAAAwAAAwAAAwFpAAADAAAD"
-    "AAADAAADAAAEjAAAAwAAAwAAAwAAAwAACegAAAMAAAMAAAMAAAMAAA7YAAADAAADAAADAAADAAAZEAAAAwAAAwAAAwAAAwAAJuAAAAMAAAMAAAMAAAMA"
-    "ADIgAAADAAADAAADAAADAABKwAAAAwAAAwAAAwAAAwAAYsAAAAMAAAMAAAMAAAMAAIWA"
-)
+from cost import SANITIZED
+from heic_files import coarse, grid, heic, layers
+from read_bombs import TIME
 
 
 @pytest.fixture
@@ -52,21 +38,9 @@ def test_layers_may_cover_each_other(read):
     assert np.array_equal(read(heic(kind=b"iovl", grid=layers(256), outside=True, parts=256)), read(heic()))
 
 
-def coarse(rows, columns):
-    """So many tiles that are said to have 64 x 64, and have 1024 x 1024."""
-    width, height = 64 * columns, 64 * rows
-    file = bytearray(heic(told=(width, height), grid=grid(width, height, rows, columns), parts=rows * columns))
-    place = file.index(b"hvcC") + 4
-    length = struct.unpack(">I", file[place - 8 : place - 4])[0] - 8
-    insert(file, place, PARAMETERS, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
-    place = file.index(b"iloc") + 12 + 6
-    file[place : place + 14] = struct.pack(">IHII", len(file) + 8, 1, 0, len(TILE))
-    return bytes(file) + struct.pack(">I", 8 + len(TILE)) + b"mdat" + TILE
-
-
-@pytest.mark.skipif(bool(os.environ.get("VANTREL_PRELOAD")), reason="a sanitizer starts the threads itself")
+@pytest.mark.skipif(SANITIZED, reason="a sanitizer starts the threads itself")
 def test_the_time_of_the_decoders_threads_counts(read, tool, tmp_path):
-    read(coarse(1, 1))
-    (tmp_path / "in.heic").write_bytes(coarse(64, 64))
+    read(coarse(1, 1, told=64))
+    (tmp_path / "in.heic").write_bytes(coarse(64, 64, told=64))
     result = tool("crop", "--rect", "0,0,9,9", "-o", tmp_path / "out.png", "--force", tmp_path / "in.heic", "--most-seconds", 1)
     assert result.code == 1 and result.err.endswith("takes more than 1.0" + TIME + "\n"), result.err

@@ -1,0 +1,132 @@
+"""Files of HEIC put together by hand from one that is coded: their boxes say what is asked for, true or not."""
+
+import base64
+import struct
+
+from test_read_only_formats import HEIC
+
+# A tile of 1024 x 1024 in one colour, and the parameters of its coding.
+PARAMETERS = base64.b64decode(
+    "AQNwAAAAAAAAAAAAePAA/P34+AAADwMgAAEAGEABDAH//wNwAAADAJAAAAMAAAMAeLoCQCEAAQAtQgEBA3AAAAMAkAAAAwAAAwB4oAIAgBAFlupJKa5u"
+    "BAQMCAAAAwAIAAADAAhAIgABAAdEAcFysGJA"
+)
+TILE = base64.b64decode(
+    "AAABNCgBrwQQgaFRJJFFA8888888+Px5OOv/0Rn4TJ7zBG/sE5nR3AphYmYAAAMAAAMAAAMAB1yn6O4GYMU9AAADAAADAAADAAADAbeTDTTAAAADAAAD"
+    "AAADAAADAAQ8hwAAAwAAAwAAAwAAAwAAAwARMAAAAwAAAwAAAwAAAwAAAwAD0gAAAwAAAwAAAwAAAwAAAwBLwAAAAwAAAwAAAwAAAwAAAwFpAAADAAAD"
+    "AAADAAADAAAEjAAAAwAAAwAAAwAAAwAACegAAAMAAAMAAAMAAAMAAA7YAAADAAADAAADAAADAAAZEAAAAwAAAwAAAwAAAwAAJuAAAAMAAAMAAAMAAAMA"
+    "ADIgAAADAAADAAADAAADAABKwAAAAwAAAwAAAwAAAwAAYsAAAAMAAAMAAAMAAAMAAIWA"
+)
+
+
+def grid(width, height, rows=1, columns=1, long=False):
+    return struct.pack(">BBBBII" if long else ">BBBBHH", 0, int(long), rows - 1, columns - 1, width, height)
+
+
+def overlay(width, height):
+    return struct.pack(">BB8xIIii", 0, 1, width, height, 0, 0)
+
+
+def layers(count):
+    """The tile over itself."""
+    return struct.pack(">BB8xHH", 0, 0, 64, 48) + bytes(4 * count)
+
+
+def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, parts=1, tile=(64, 64), coded=None, turns=()):
+    """The file says one size, how it is put together from its tile another, of the tile a third, and the tile a fourth.
+
+    It is put together of it so many times, and the tile is turned.
+    """
+    file = bytearray(HEIC)
+    place = file.index(b"ispe") + 8
+    file[place : place + 8] = struct.pack(">II", *tile)
+    place = file.index(b"dimg") + 6
+    file[place : place + 2] = struct.pack(">H", parts)
+    insert(file, place + 4, (parts - 1) * b"\0\1", (b"meta", b"iref", b"dimg"))
+    place = file.rindex(b"ispe") + 8
+    file[place : place + 8] = struct.pack(">II", *told)
+    place = file.index(b"grid")
+    file[place : place + 4] = kind
+    place = file.index(b"dimg") + 8
+    file[place : place + 2] = struct.pack(">H", part)
+    if outside:
+        place = file.index(b"iloc") + 12 + 20  # behind the first item
+        file[place + 2 : place + 20] = struct.pack(">HHIHII", 0, 0, len(file) + 8, 1, 0, len(grid))
+        file += struct.pack(">I", 8 + len(grid)) + b"mdat" + grid
+    else:
+        place = file.index(b"idat") + 4
+        file[place : place + 8] = grid
+    if coded:
+        enlarge_tile(file, coded)
+    if turns:
+        turn_tile(file, turns)
+    return bytes(file)
+
+
+def coarse(rows, columns, told=1024):
+    """So many tiles of 1024 x 1024, which are said to have another size."""
+    width, height = told * columns, told * rows
+    file = bytearray(heic(told=(width, height), grid=grid(width, height, rows, columns), parts=rows * columns, tile=(told, told)))
+    place = file.index(b"hvcC") + 4
+    length = struct.unpack(">I", file[place - 8 : place - 4])[0] - 8
+    insert(file, place, PARAMETERS, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
+    place = file.index(b"iloc") + 12 + 6
+    file[place : place + 14] = struct.pack(">IHII", len(file) + 8, 1, 0, len(TILE))
+    return bytes(file) + struct.pack(">I", 8 + len(TILE)) + b"mdat" + TILE
+
+
+def turn_tile(file, turns):
+    """A property of each kind that is named, and as many associations."""
+    kinds = sorted(set(turns))
+    # What is cut out is the whole of the tile.
+    contents = {b"irot": b"\1", b"imir": b"\1", b"clap": struct.pack(">8I", 64, 1, 64, 1, 0, 1, 0, 1)}
+    properties = b"".join(struct.pack(">I4s", 8 + len(contents[kind]), kind) + contents[kind] for kind in kinds)
+    insert(file, file.index(b"ipma") - 4, properties, (b"meta", b"iprp", b"ipco"))
+    place = file.index(b"ipma") + 14  # how many properties the tile has; four are there
+    assert file[place : place + 3] == b"\2\x81\2"
+    file[place] += len(turns)
+    insert(file, place + 3, bytes(0x85 + kinds.index(kind) for kind in turns), (b"meta", b"iprp", b"ipma"))
+
+
+def insert(file, place, content, boxes, instead=0):
+    """Into boxes around it, before what the places of the file's items point to, instead of so many bytes."""
+    file[place : place + instead] = content
+    longer = len(content) - instead
+    for box in boxes:
+        add(file, file.index(box) - 4, longer)
+    for item in (0, 2):  # the places of the tile and of the metadata behind
+        add(file, file.index(b"iloc") + 12 + 20 * item + 6, longer)
+
+
+def add(file, place, more):
+    """To a number of four bytes."""
+    file[place : place + 4] = struct.pack(">I", struct.unpack(">I", file[place : place + 4])[0] + more)
+
+
+def places_in_pieces():
+    """60000 further items of 65535 pieces each, of which no byte is said."""
+    items = b"".join(struct.pack(">HHH", item, 0, 65535) for item in range(1000, 1000 + 60000))
+    places = struct.pack(">I4sIHH", 16 + len(items), b"iloc", 0, 0, 60000) + items
+    return struct.pack(">I4sI", 12 + len(places), b"meta", 0) + places
+
+
+def enlarge_tile(file, side):
+    """Another size in the parameters of the tile's sequence of pictures, which are as long as they were."""
+    place = file.index(b"\x42\x01\x01\x03")  # its kind, its number of layers, its profile
+    length = struct.unpack(">H", file[place - 2 : place])[0]
+    raw = bytes(file[place : place + length])
+    plain = raw.replace(b"\0\0\3", b"\0\0")
+    bits = "".join(f"{byte:08b}" for byte in plain)
+    before = 16 + 8 + 96 + 1 + 3  # and the numbers of this set and of the form of its colours: 1 and 010
+    end = before + 2 * 13
+    assert bits[before - 4 : end] == "1010" + "0000001000001" * 2, bits[before - 4 : end]
+    number = f"{side + 1:b}"
+    changed = bits[:before] + 2 * ("0" * (len(number) - 1) + number) + bits[end:]
+    changed += "0" * (-len(changed) % 8)
+    packed = bytes(int(changed[i : i + 8], 2) for i in range(0, len(changed), 8))
+    stuffed = bytearray()
+    for byte in packed:
+        if stuffed[-2:] == b"\0\0" and byte <= 3:
+            stuffed.append(3)
+        stuffed.append(byte)
+    file[place - 2 : place] = struct.pack(">H", len(stuffed))
+    insert(file, place, stuffed, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
