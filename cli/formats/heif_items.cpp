@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "formats/codecs.h"
+#include "formats/hevc.h"
 
 // The boxes of a HEIC file as far as they say how pictures are put together from others (ISO/IEC 14496-12 and
 // 23008-12): the decoder makes room for what they announce before it has seen a tile.
@@ -33,6 +35,11 @@ class Reader {
     const std::uint64_t begin = at_;
     at_ += std::min(bytes, left());
     return {file_, begin, at_};
+  }
+
+  void copy_to(Bytes& bytes) const {
+    const auto place = [this](std::uint64_t at) { return file_.begin() + static_cast<std::ptrdiff_t>(at); };
+    bytes.insert(bytes.end(), place(at_), place(end_));
   }
 
  private:
@@ -86,8 +93,9 @@ struct Property {
 struct Items {
   Item primary = 0;
   std::map<Item, std::uint32_t> kinds;
-  std::map<Item, Place> places;
+  std::map<Item, std::vector<Place>> places;
   std::map<Item, std::vector<Item>> made_from; /**< one as often as it is named: it is decoded as often */
+  std::set<Item> belonging;                    /**< to another picture, as its opacity */
   std::vector<Property> properties;
   std::map<Item, std::vector<std::size_t>> numbers_of_properties; /**< from 1 */
   std::optional<Reader> data;
@@ -101,11 +109,11 @@ void read_kinds(Reader box, Items& items) {
     if (version < 2) return;
     const auto item = static_cast<Item>(entry.number(version == 2 ? 2 : 4));
     entry.number(2);
-    items.kinds[item] = static_cast<std::uint32_t>(entry.number(4));
+    const bool is_new = items.kinds.emplace(item, static_cast<std::uint32_t>(entry.number(4))).second;
+    if (!is_new) refuse_damaged(Format::kHeif);
   });
 }
 
-/** Of an item in pieces the first one. */
 void read_places(Reader box, Items& items) {
   const int version = version_of(box);
   const auto sizes = static_cast<int>(box.number(2));
@@ -122,11 +130,12 @@ void read_places(Reader box, Items& items) {
     std::uint64_t pieces = box.number(2);
     // Pieces of which nothing is said take no bytes of the file: they could go on for minutes.
     if (index_bytes + offset_bytes + length_bytes == 0) pieces = std::min<std::uint64_t>(pieces, 1);
-    for (bool first = true; pieces > 0; --pieces, first = false) {
+    const auto [entry, is_new] = items.places.try_emplace(item);
+    if (!is_new) refuse_damaged(Format::kHeif);
+    for (; pieces > 0; --pieces) {
       box.number(index_bytes);
       const std::uint64_t offset = base + box.number(offset_bytes);
-      const std::uint64_t length = box.number(length_bytes);
-      if (first) items.places[item] = {offset, length, in_box};
+      entry->second.push_back({offset, box.number(length_bytes), in_box});
     }
   }
 }
@@ -138,6 +147,7 @@ void read_references(Reader box, Items& items) {
     for (std::uint64_t count = entry.number(2); count > 0; --count) {
       const auto to = static_cast<Item>(entry.number(bytes));
       if (kind == code("dimg")) items.made_from[from].push_back(to);
+      if (kind == code("auxl")) items.belonging.insert(from);
     }
   });
 }
@@ -181,13 +191,19 @@ Items items_of(const Bytes& file) {
   return items;
 }
 
-Reader content_of(const Bytes& file, const Items& items, Item item) {
+/** The begin of an item's content, so many bytes at most. */
+Bytes content_of(const Bytes& file, const Items& items, Item item, std::uint64_t most) {
   const auto found = items.places.find(item);
-  if (found == items.places.end() || (found->second.in_box && !items.data)) refuse_damaged(Format::kHeif);
-  const Place& place = found->second;
-  Reader from = place.in_box ? *items.data : Reader(file, 0, file.size());
-  from.part(place.offset);
-  return from.part(place.length == 0 ? from.left() : place.length);
+  if (found == items.places.end()) refuse_damaged(Format::kHeif);
+  Bytes content;
+  for (const Place& place : found->second) {
+    if (place.in_box && !items.data) refuse_damaged(Format::kHeif);
+    Reader from = place.in_box ? *items.data : Reader(file, 0, file.size());
+    from.part(place.offset);
+    const std::uint64_t length = place.length == 0 ? from.left() : place.length;
+    from.part(std::min(length, most - content.size())).copy_to(content);
+  }
+  return content;
 }
 
 bool is_made(const Items& items, Item item) {
@@ -197,7 +213,8 @@ bool is_made(const Items& items, Item item) {
 }
 
 /** The size that a picture is put together to. */
-AssembledSize canvas_of(Reader content, std::uint32_t kind) {
+AssembledSize canvas_of(const Bytes& begin, std::uint32_t kind) {
+  Reader content(begin, 0, begin.size());
   content.number(1);
   const int bytes = (content.number(1) & 1) != 0 ? 4 : 2;
   // Smaller tiles are not allowed: there are no more of them than the pixels justify.
@@ -216,39 +233,84 @@ AssembledSize canvas_of(Reader content, std::uint32_t kind) {
   return {width, height};
 }
 
-/** The size that is told of a picture. */
-std::optional<AssembledSize> size_told(const Items& items, Item item) {
-  const auto found = items.numbers_of_properties.find(item);
-  if (found == items.numbers_of_properties.end()) return std::nullopt;
-  for (const std::size_t number : found->second) {
-    if (number == 0 || number > items.properties.size()) continue;
-    Property property = items.properties[number - 1];
-    if (property.kind != code("ispe")) continue;
+/** Of a picture that is not put together from others, in pixels. */
+struct Told {
+  double shown = 0;
+  double coded = 0;
+};
+
+Told told_by(Property property) {
+  if (property.kind == code("ispe")) {
     version_of(property.content);
-    const auto width = static_cast<std::int64_t>(property.content.number(4));
-    const auto height = static_cast<std::int64_t>(property.content.number(4));
-    return AssembledSize{width, height};
+    const auto width = static_cast<double>(property.content.number(4));
+    return {.shown = width * static_cast<double>(property.content.number(4))};
   }
-  return std::nullopt;
+  if (property.kind != code("hvcC")) return {};
+  Bytes configuration;
+  property.content.copy_to(configuration);
+  return {.coded = pixels_of_configuration(configuration)};
+}
+
+/** The first size that is told of each item, and the largest that it is coded in. */
+std::map<Item, Told> told_of_items(const Items& items) {
+  std::vector<Told> told;
+  for (const Property& property : items.properties) told.push_back(told_by(property));
+  std::map<Item, Told> all;
+  for (const auto& [item, numbers] : items.numbers_of_properties) {
+    Told& of_item = all[item];
+    for (const std::size_t number : numbers) {
+      if (number == 0 || number > told.size()) continue;
+      const Told& by_this = told[number - 1];
+      if (of_item.shown == 0) of_item.shown = by_this.shown;
+      of_item.coded = std::max(of_item.coded, by_this.coded);
+    }
+  }
+  return all;
+}
+
+/** What is decoded for a picture beyond what is seen of it: tiles reach beyond the canvas, layers cover each other. */
+void check_decoded(double decoded, double seen) {
+  constexpr double kMostCovered = 2;
+  constexpr double kPixelsAside = 4e6;
+  if (decoded > kMostCovered * seen + kPixelsAside) {
+    refuse_kind(Format::kHeif, "a picture made from far more pixels than it has");
+  }
 }
 
 /** Each part is decoded, and as often as it is named, however little of it is seen. */
-void check_parts(const Items& items, const std::vector<Item>& parts, std::uint32_t kind, const AssembledSize& canvas) {
+void check_parts(const std::map<Item, Told>& told, const std::vector<Item>& parts, std::uint32_t kind,
+                 const AssembledSize& canvas) {
   constexpr std::size_t kMostLayers = 256;
   if (kind == code("iovl") && parts.size() > kMostLayers) {
     refuse_kind(Format::kHeif, "more than " + std::to_string(kMostLayers) + " pictures over each other");
   }
-  // Tiles reach beyond the canvas, layers cover each other.
-  constexpr double kMostCovered = 8;
-  constexpr double kPixelsAside = 4e6;
-  double pixels = 0;
+  double decoded = 0;
   for (const Item part : parts) {
-    const std::optional<AssembledSize> size = size_told(items, part);
-    if (size) pixels += static_cast<double>(size->width) * static_cast<double>(size->height);
+    const auto found = told.find(part);
+    if (found != told.end()) decoded += std::max(found->second.shown, found->second.coded);
   }
-  const double seen = static_cast<double>(canvas.width) * static_cast<double>(canvas.height);
-  if (pixels > kMostCovered * seen + kPixelsAside) {
-    refuse_kind(Format::kHeif, "a picture put together from far more pixels than it has");
+  check_decoded(decoded, static_cast<double>(canvas.width) * static_cast<double>(canvas.height));
+}
+
+/** What the decoder would find in the data of pictures, it is to find told of them. */
+void check_coded_data(const Bytes& file, const Items& items) {
+  // Pieces of one item do not overlap, and few items share their data.
+  constexpr std::uint64_t kMostTimes = 16;
+  std::uint64_t read = 0;
+  for (const auto& [item, kind] : items.kinds) {
+    if (kind != code("hvc1") || !items.places.contains(item)) continue;
+    const Bytes data = content_of(file, items, item, file.size() + 1);
+    read += data.size();
+    if (data.size() > file.size() || read > kMostTimes * file.size()) refuse_damaged(Format::kHeif);
+    if (has_parameters(data)) refuse_kind(Format::kHeif, "a picture that says its size among its data");
+  }
+}
+
+/** Of other codings nothing is known before they are decoded. */
+void check_coding(const Items& items, Item item) {
+  const auto kind = items.kinds.find(item);
+  if (kind != items.kinds.end() && kind->second != code("hvc1") && !is_made(items, item)) {
+    refuse_kind(Format::kHeif, "its coding");
   }
 }
 
@@ -271,6 +333,11 @@ std::optional<AssembledSize> check_heif_items(const Bytes& file, const Limits& l
   constexpr int kBits = 24;
   const Items items = items_of(file);
   check_turns(items);
+  check_coding(items, items.primary);
+  for (const Item item : items.belonging) check_coding(items, item);
+  check_coded_data(file, items);
+  const std::map<Item, Told> told = told_of_items(items);
+  for (const auto& [item, sizes] : told) check_decoded(sizes.coded, sizes.shown);
   std::optional<AssembledSize> primary;
   for (const auto& [item, kind] : items.kinds) {
     if (!is_made(items, item)) continue;
@@ -278,11 +345,13 @@ std::optional<AssembledSize> check_heif_items(const Bytes& file, const Limits& l
     const std::vector<Item> parts = made_from != items.made_from.end() ? made_from->second : std::vector<Item>();
     for (const Item part : parts) {
       if (is_made(items, part)) refuse_kind(Format::kHeif, "a picture put together from such as are so themselves");
+      check_coding(items, part);
     }
     if (kind == code("iden")) continue;
-    const AssembledSize canvas = canvas_of(content_of(file, items, item), kind);
+    constexpr std::uint64_t kLongestHead = 20;
+    const AssembledSize canvas = canvas_of(content_of(file, items, item, kLongestHead), kind);
     check_size(canvas.width, canvas.height, kBits, limits);
-    check_parts(items, parts, kind, canvas);
+    check_parts(told, parts, kind, canvas);
     if (item == items.primary) primary = canvas;
   }
   return primary;

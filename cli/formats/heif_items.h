@@ -21,7 +21,8 @@ struct AssembledSize {
 /**
  * The size that the file's own picture is put together to, if it is.
  *
- * @throws Failure one of its pictures is larger than allowed, is put together in more than one step, or is damaged.
+ * @throws Failure one of its pictures is larger than allowed or than the file says of it, is put together in more than
+ * one step, is not coded as HEVC, or is damaged.
  */
 std::optional<AssembledSize> check_heif_items(const Bytes& file, const Limits& limits);
 

@@ -31,7 +31,7 @@ def layers(count):
     return struct.pack(">BB8xHH", 0, 0, 64, 48) + bytes(4 * count)
 
 
-def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, parts=1, tile=(64, 64), coded=None, turns=()):
+def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, parts=1, tile=(64, 64), coded=None, layers=0, coding=b"hvc1", turns=()):
     """The file says one size, how it is put together from its tile another, of the tile a third, and the tile a fourth.
 
     It is put together of it so many times, and the tile is turned.
@@ -56,22 +56,58 @@ def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, 
         place = file.index(b"idat") + 4
         file[place : place + 8] = grid
     if coded:
-        enlarge_tile(file, coded)
+        enlarge_tile(file, coded, layers)
+    place = file.index(b"hvc1")
+    file[place : place + 4] = coding
     if turns:
         turn_tile(file, turns)
     return bytes(file)
 
 
-def coarse(rows, columns, told=1024):
-    """So many tiles of 1024 x 1024, which are said to have another size."""
+def coarse(rows, columns, told=1024, data=TILE, parameters=False):
+    """So many tiles of 1024 x 1024, which are said to have another size; their parameters stand in the data, too."""
     width, height = told * columns, told * rows
     file = bytearray(heic(told=(width, height), grid=grid(width, height, rows, columns), parts=rows * columns, tile=(told, told)))
     place = file.index(b"hvcC") + 4
     length = struct.unpack(">I", file[place - 8 : place - 4])[0] - 8
     insert(file, place, PARAMETERS, (b"meta", b"iprp", b"ipco", b"hvcC"), instead=length)
+    if parameters:
+        place = PARAMETERS.index(b"\x42\x01\x01\x03")
+        length = struct.unpack(">H", PARAMETERS[place - 2 : place])[0]
+        data = struct.pack(">I", length) + PARAMETERS[place : place + length] + data
     place = file.index(b"iloc") + 12 + 6
-    file[place : place + 14] = struct.pack(">IHII", len(file) + 8, 1, 0, len(TILE))
-    return bytes(file) + struct.pack(">I", 8 + len(TILE)) + b"mdat" + TILE
+    file[place : place + 14] = struct.pack(">IHII", len(file) + 8, 1, 0, len(data))
+    return bytes(file) + struct.pack(">I", 8 + len(data)) + b"mdat" + data
+
+
+def shared(content, count, number=1000):
+    """So many further items, numbered from there on, with the data of the tile."""
+    file = bytearray(content)
+    kinds = b"".join(struct.pack(">I4sIHH4sx", 21, b"infe", 2 << 24, number + i, 0, b"hvc1") for i in range(count))
+    insert(file, file.index(b"infe") - 4, kinds, (b"meta", b"iinf"))
+    place = file.index(b"iinf") + 8
+    file[place : place + 2] = struct.pack(">H", 3 + count)
+    table = file.index(b"iloc") + 12
+    insert(file, table + 60, bytes(20 * count), (b"meta", b"iloc"))
+    tile = file[table + 2 : table + 20]
+    file[table + 60 : table + 60 + 20 * count] = b"".join(struct.pack(">H", number + i) + tile for i in range(count))
+    file[table - 2 : table] = struct.pack(">H", 3 + count)
+    return bytes(file)
+
+
+def in_two_pieces(content):
+    """The data of the tile, the second half before the first."""
+    file = bytearray(content)
+    tile = file.index(b"iloc") + 12 + 6
+    base, _, offset, length = struct.unpack(">IHII", file[tile : tile + 14])
+    data = file[base + offset : base + offset + length]
+    half = length // 2
+    file[tile + 14 : tile + 14] = bytes(8)
+    for box in (b"meta", b"iloc"):
+        add(file, file.index(box) - 4, 8)
+    add(file, tile + 14 + 8 + 2 * 20 - 14, 8)  # the metadata behind
+    file[tile : tile + 22] = struct.pack(">IHIIII", len(file) + 8, 2, length - half, half, 0, length - half)
+    return bytes(file) + struct.pack(">I", 8 + length) + b"mdat" + data[half:] + data[:half]
 
 
 def turn_tile(file, turns):
@@ -109,8 +145,8 @@ def places_in_pieces():
     return struct.pack(">I4sI", 12 + len(places), b"meta", 0) + places
 
 
-def enlarge_tile(file, side):
-    """Another size in the parameters of the tile's sequence of pictures, which are as long as they were."""
+def enlarge_tile(file, side, layers):
+    """Another size in the parameters of the tile's sequence of pictures, and profiles and levels of so many layers in time."""
     place = file.index(b"\x42\x01\x01\x03")  # its kind, its number of layers, its profile
     length = struct.unpack(">H", file[place - 2 : place])[0]
     raw = bytes(file[place : place + length])
@@ -120,7 +156,10 @@ def enlarge_tile(file, side):
     end = before + 2 * 13
     assert bits[before - 4 : end] == "1010" + "0000001000001" * 2, bits[before - 4 : end]
     number = f"{side + 1:b}"
-    changed = bits[:before] + 2 * ("0" * (len(number) - 1) + number) + bits[end:]
+    profiles = before - 4
+    told = "11" * layers + "00" * (8 - layers) + layers * "01" * 48 if layers else ""
+    head = bits[:20] + f"{layers:03b}" + bits[23:profiles] + told + bits[profiles:before]
+    changed = head + 2 * ("0" * (len(number) - 1) + number) + bits[end:]
     changed += "0" * (-len(changed) % 8)
     packed = bytes(int(changed[i : i + 8], 2) for i in range(0, len(changed), 8))
     stuffed = bytearray()

@@ -10,7 +10,7 @@ import zlib
 from PIL import Image
 
 from cost import repeated
-from heic_files import grid, heic, layers, overlay, places_in_pieces
+from heic_files import coarse, grid, heic, layers, overlay, places_in_pieces, shared
 
 SIDE = 30000
 ZEROS = zlib.compress(bytes(4 << 20), 9)
@@ -21,7 +21,7 @@ BYTES = "bits a pixel take more than 500 megabytes (--most-megabytes allows more
 WORK = "to draw the page takes the work of more than 500 megabytes (--most-megabytes allows more)"
 MEMORY = "reading it takes more memory than a picture of its size needs (--most-megabytes allows more)"
 TIME = " seconds of the processor (--most-seconds allows more)"
-PARTS = "far more pixels than it has"
+PARTS = "a picture made from far more pixels than it has"
 TURNS = "a picture turned or cut more than once"
 DAMAGED = "data is truncated or damaged"
 
@@ -41,7 +41,13 @@ def bombs():
     yield "tiles.heic", DAMAGED, heic(grid=grid(64, 48, rows=256, columns=256))
     yield "overlay.heic", PIXELS, heic(grid=overlay(SIDE, SIDE), kind=b"iovl", outside=True)
     yield "nested.heic", "put together from such as are so themselves", heic(part=2)
-    yield "coded.heic", MEMORY, heic(coded=8192)
+    yield "coded.heic", PARTS, heic(coded=8192)
+    yield "coded-layers.heic", PARTS, heic(coded=8192, layers=2)
+    yield "coarse.heic", PARTS, coarse(64, 64, told=64)
+    yield "sharing.heic", DAMAGED, shared(coarse(1, 1, data=bytes(600000)), 5000)
+    yield "twice-placed.heic", DAMAGED, shared(heic(), 1, number=1)
+    yield "inner-parameters.heic", "says its size among its data", coarse(1, 1, parameters=True)
+    yield "other-coding.heic", "its coding", heic(coding=b"av01")
     yield "turned.heic", TURNS, heic(turns=[b"irot", b"irot"])
     yield "mirrored.heic", TURNS, heic(turns=[b"imir"] * 100)
     yield "cut.heic", TURNS, heic(turns=[b"irot", b"clap", b"clap"])

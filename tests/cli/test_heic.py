@@ -5,7 +5,7 @@ import pytest
 
 import scans
 from cost import SANITIZED
-from heic_files import coarse, grid, heic, layers
+from heic_files import coarse, grid, heic, in_two_pieces, layers
 from read_bombs import TIME
 
 
@@ -38,9 +38,13 @@ def test_layers_may_cover_each_other(read):
     assert np.array_equal(read(heic(kind=b"iovl", grid=layers(256), outside=True, parts=256)), read(heic()))
 
 
+def test_the_data_of_a_tile_may_stand_in_pieces(read):
+    assert np.array_equal(read(in_two_pieces(heic())), read(heic()))
+
+
 @pytest.mark.skipif(SANITIZED, reason="a sanitizer starts the threads itself")
 def test_the_time_of_the_decoders_threads_counts(read, tool, tmp_path):
-    read(coarse(1, 1, told=64))
-    (tmp_path / "in.heic").write_bytes(coarse(64, 64, told=64))
+    read(coarse(1, 1))
+    (tmp_path / "in.heic").write_bytes(coarse(8, 12))
     result = tool("crop", "--rect", "0,0,9,9", "-o", tmp_path / "out.png", "--force", tmp_path / "in.heic", "--most-seconds", 1)
     assert result.code == 1 and result.err.endswith("takes more than 1.0" + TIME + "\n"), result.err
