@@ -124,7 +124,11 @@ class Page {
       }
       check(drawing.work());
     };
-    for (int i = 0; content.isArray() && i < content.getArrayNItems(); ++i) pipe(content.getArrayItem(i));
+    for (int i = 0; content.isArray() && i < content.getArrayNItems(); ++i) {
+      judged_ += kWorkOfPart;  // however short it is
+      check(judged_);
+      pipe(content.getArrayItem(i));
+    }
     pipe(content);
     if (!drawing.refusal().empty()) throw Failure(drawing.refusal());
     judged_ += drawing.work();
@@ -266,6 +270,7 @@ class Page {
   }
 
   static constexpr Work kWorkOfJudging = 5000;
+  static constexpr Work kWorkOfPart = 50000;
 
   const Limits& limits_;
   Work most_;

@@ -72,6 +72,7 @@ def bombs():
     yield "gradient.pdf", TIME, pdf(drawing=b"q 99 0 0 99 0 0 cm /S sh Q " * 100, others=GRADIENT)
     yield "unpacked.pdf", TIME, pdf(drawing=zlib.compress(repeated(b" ", 2000), 9), filter=b"/Filter [/FlateDecode /FlateDecode /ASCIIHexDecode]")
     yield "names.pdf", WORK, pdf(drawing=repeated(b"/ gs ", 43), filter=b"/Filter /FlateDecode")
+    yield "parts.pdf", WORK, pdf(others=(b">> /Contents [%s] /Unused <<" % (b"4 0 R " * 160000), b""))
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
 
