@@ -56,6 +56,14 @@ Metadata metadata_of(const Bytes& file) {
   refuse_damaged(Format::kWebp);
 }
 
+/** Of a pixel in the picture, before it is laid on white, and in the decoder, which keeps some kinds. */
+int bits_of(const WebPBitstreamFeatures& file) {
+  constexpr int kLossless = 2;
+  const int with_opacity = file.has_alpha != 0 ? 32 : 0;
+  const int kept = file.format == kLossless ? 32 : file.has_alpha != 0 ? 8 : 0;
+  return 24 + with_opacity + kept;
+}
+
 /** Decodes all rows into memory of so many bytes a row. */
 void decode(const Bytes& file, WebPDecoderConfig& config, WEBP_CSP_MODE mode, unsigned char* into, std::size_t stride) {
   const ForeignCode foreign;
@@ -121,7 +129,7 @@ Picture read_webp(const Bytes& file, const Limits& limits) {
   if (config.input.has_animation != 0) refuse_kind(Format::kWebp, "an animation");
   const int width = config.input.width;
   const int height = config.input.height;
-  check_size(width, height, config.input.has_alpha != 0 ? 32 : 24, limits);
+  check_size(width, height, bits_of(config.input), limits);
   Picture picture;
   picture.image = Bitmap(width, height, VANTREL_FORMAT_RGB);
   picture.metadata = metadata_of(file);

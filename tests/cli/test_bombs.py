@@ -71,6 +71,7 @@ def bombs(folder):
         yield f"{kind}.jpg", patched("jpg", options, lambda f, m=marker: f.index(m) + 5, ">HH", (side, side), folder)
     # The widest there can be: 14 bits less 1 for width and height, and for the lossy kind 14 bits.
     yield "lossless.webp", patched("webp", {"lossless": True}, lambda f: f.index(b"VP8L") + 9, "<I", (16381 | 16381 << 14,), folder)
+    yield "argb.webp", patched("webp", {"lossless": True}, lambda f: f.index(b"VP8L") + 9, "<I", (9999 | 9999 << 14,), folder)
     yield "lossy.webp", patched("webp", {}, lambda f: f.index(b"\x9d\x01\x2a") + 3, "<HH", (16382, 16382), folder)
     for name, head in (("raw.pgm", b"P5 30000 30000 255\n"), ("deep.ppm", b"P6 20000 20000 65535\n"),
                        ("text.pgm", b"P2 30000 30000 255\n"), ("bits.pbm", b"P4 120000 30000\n")):
@@ -86,7 +87,7 @@ def test_bombs_are_refused_at_once(tmp_path):
         (tmp_path / name).write_bytes(content)
         told[name] = looked_at(tmp_path / name).said
         assert any(reason in told[name] for reason in ("megapixels", "megabytes", "truncated or damaged")), told[name]
-    for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "passes.jpg", "lossless.webp", "lossy.webp", "raw.pgm"):
+    for name in ("gray.png", "strip.tif", "tile.tif", "baseline.jpg", "progressive.jpg", "passes.jpg", "lossless.webp", "argb.webp", "lossy.webp", "raw.pgm"):
         assert "allows more" in told[name], told[name]
 
 
