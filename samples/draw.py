@@ -57,12 +57,14 @@ def truth_text():
     return json.dumps(whole_truth(), indent=2) + "\n"
 
 
-def differences():
-    """What redrawing would change: one line each. Codecs may differ in a few levels; pictures may not."""
+def differences(paths=None):
+    """What redrawing these, or all, would change: one line each. Codecs may differ in a few levels; pictures may not."""
     found = []
     if (HERE / "truth.json").read_text() != truth_text():
         found.append("truth.json: the drawing code says otherwise")
-    for path, (draw, says) in catalogue().items():
+    entries = catalogue()
+    for path in paths or entries:
+        draw, says = entries[path]
         drawn = Image.open(io.BytesIO(encode(draw(), path, says()["dpi"])))
         with Image.open(HERE / path) as committed:
             if (committed.mode, committed.size) != (drawn.mode, drawn.size):

@@ -14,6 +14,7 @@ REACH = 5  # pixels to either hand of a border, within which it is measured
 LEAST_STEP = 60  # levels: from there on, rounding to whole ones does not matter
 EVEN_GROUNDS = {"dark glass", "black", "gray lid", "white lid", "real glass"}
 EVEN_CARDS = {"plain", "blank", "boxes", "receipt"}  # without print close to the border
+PLAIN_SEEDS = [34, 84, 102, 317, 367, 423, 477, 496, 521, 531, 588]  # of singles: all up to 600 without what disturbs
 DISTURBING = {"shadow", "edge line", "curled", "gloss", "raster", "low contrast", "lit edge", "strip"}
 
 
@@ -34,22 +35,15 @@ def picture(folder, record):
 
 
 @pytest.mark.parametrize("name", SETS)
-def test_the_same_seed_draws_the_same_and_another_one_another(tmp_path, name):
-    first, again, other = tmp_path / "first", tmp_path / "again", tmp_path / "other"
-    one, same = draw(first, name, 3), draw(again, name, 3)
-    assert one == same
-    assert (first / one[0]["picture"]).read_bytes() == (again / one[0]["picture"]).read_bytes()
-    different = draw(other, name, 4)
-    assert (first / one[0]["picture"]).read_bytes() != (other / different[0]["picture"]).read_bytes()
-
-
-@pytest.mark.parametrize("name", SETS)
-def test_every_set_draws_something_with_as_many_cards_as_it_should(tmp_path, name):
-    records = draw(tmp_path, name, 1, 4)
-    assert [record["seed"] for record in records] == [1, 2, 3, 4]
+def test_a_seed_draws_the_same_again_with_as_many_cards_as_the_set_should_have(tmp_path, name):
+    records = draw(tmp_path / "both", name, 3, 2)
+    again = draw(tmp_path / "again", name, 3)
+    assert [record["seed"] for record in records] == [3, 4] and records[:1] == again
+    pictures = [(tmp_path / "both" / record["picture"]).read_bytes() for record in records]
+    assert (tmp_path / "again" / again[0]["picture"]).read_bytes() == pictures[0] != pictures[1]
     for record in records:
         assert record["set"] == name and record["dpi"] > 0 and record["ground"]
-        assert 0 < picture(tmp_path, record).std() < 128
+        assert 0 < picture(tmp_path / "both", record).std() < 128
         cards = len(record["cards"])
         assert cards == 0 if name in EMPTY_SETS else cards >= 1 if name == "several" else cards == 1
 
@@ -98,12 +92,11 @@ def off_the_border(gray, start, end):
 
 def test_borders_lie_where_the_truth_says(tmp_path):
     """On crisp scans of evenly coloured cards on even grounds, without a shadow or bent sides."""
-    candidates = [record for record in draw(tmp_path / "all", "singles", 1, 600, "--crisp", "--truth-only")
-                  if record["ground"] in EVEN_GROUNDS and record["card"] in EVEN_CARDS
-                  and not DISTURBING & set(record["effects"])]
     measured = []
-    for record in candidates:
-        gray = picture(tmp_path, draw(tmp_path, "singles", record["seed"], 1, "--crisp")[-1]).astype(float).mean(axis=2)
+    for seed in PLAIN_SEEDS:
+        record = draw(tmp_path, "singles", seed, 1, "--crisp")[-1]
+        assert record["ground"] in EVEN_GROUNDS and record["card"] in EVEN_CARDS and not DISTURBING & set(record["effects"])
+        gray = picture(tmp_path, record).astype(float).mean(axis=2)
         corners, visible = record["cards"][0]["corners"], record["cards"][0]["visible"]
         swapped = [corner[::-1] for corner in corners]
         for side, (picture_rows, start, end) in enumerate(
