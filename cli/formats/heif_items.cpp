@@ -1,6 +1,7 @@
 #include "formats/heif_items.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
 #include <set>
@@ -166,20 +167,38 @@ void read_associations(Reader box, Items& items) {
   }
 }
 
+/** Of several boxes of a kind the decoder takes one, whichever. */
+class OncePerKind {
+ public:
+  void operator()(std::uint32_t kind) {
+    if (!met_.insert(kind).second) refuse_damaged(Format::kHeif);
+  }
+
+ private:
+  std::set<std::uint32_t> met_;
+};
+
 void read_properties(Reader box, Items& items) {
+  OncePerKind once;
   for_each_box(box, [&](std::uint32_t kind, Reader part) {
     if (kind == code("ipma")) read_associations(part, items);
     if (kind != code("ipco")) return;
+    once(kind);
     for_each_box(part, [&](std::uint32_t of, Reader content) { items.properties.push_back({of, content}); });
   });
 }
 
 Items items_of(const Bytes& file) {
+  constexpr std::array kRead = {code("pitm"), code("iinf"), code("iloc"), code("iref"), code("iprp"), code("idat")};
   Items items;
+  OncePerKind once;
   for_each_box({file, 0, file.size()}, [&](std::uint32_t outer, Reader meta) {
     if (outer != code("meta")) return;
+    once(outer);
     version_of(meta);
     for_each_box(meta, [&](std::uint32_t kind, Reader box) {
+      if (std::find(kRead.begin(), kRead.end(), kind) == kRead.end()) return;
+      once(kind);
       if (kind == code("pitm")) items.primary = static_cast<Item>(box.number(version_of(box) == 0 ? 2 : 4));
       if (kind == code("iinf")) read_kinds(box, items);
       if (kind == code("iloc")) read_places(box, items);
@@ -306,12 +325,11 @@ void check_coded_data(const Bytes& file, const Items& items) {
   }
 }
 
-/** Of other codings nothing is known before they are decoded. */
+/** The decoder relies on there being every picture; of other codings nothing is known before they are decoded. */
 void check_coding(const Items& items, Item item) {
   const auto kind = items.kinds.find(item);
-  if (kind != items.kinds.end() && kind->second != code("hvc1") && !is_made(items, item)) {
-    refuse_kind(Format::kHeif, "its coding");
-  }
+  if (kind == items.kinds.end()) refuse_damaged(Format::kHeif);
+  if (kind->second != code("hvc1") && !is_made(items, item)) refuse_kind(Format::kHeif, "its coding");
 }
 
 /** The decoder turns and cuts a picture as often as it is told to; a file that is meant well tells it each once. */

@@ -145,6 +145,19 @@ def places_in_pieces():
     return struct.pack(">I4sI", 12 + len(places), b"meta", 0) + places
 
 
+def in_front(box, content):
+    """Behind the kind of the file."""
+    length = struct.unpack(">I", content[:4])[0]
+    return content[:length] + box + content[length:]
+
+
+def kinds_of_their_own(number):
+    """A further list of items, with one of this number."""
+    kind = struct.pack(">I4sIHH4sx", 21, b"infe", 2 << 24, number, 0, b"hvc1")
+    kinds = struct.pack(">I4sIH", 14 + len(kind), b"iinf", 0, 1) + kind
+    return struct.pack(">I4sI", 12 + len(kinds), b"meta", 0) + kinds
+
+
 def enlarge_tile(file, side, layers):
     """Another size in the parameters of the tile's sequence of pictures, and profiles and levels of so many layers in time."""
     place = file.index(b"\x42\x01\x01\x03")  # its kind, its number of layers, its profile

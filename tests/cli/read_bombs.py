@@ -10,7 +10,7 @@ import zlib
 from PIL import Image
 
 from cost import repeated
-from heic_files import coarse, grid, heic, layers, overlay, places_in_pieces, shared
+from heic_files import coarse, grid, heic, in_front, kinds_of_their_own, layers, overlay, places_in_pieces, shared
 
 SIDE = 30000
 ZEROS = zlib.compress(bytes(4 << 20), 9)
@@ -54,7 +54,9 @@ def bombs():
     yield "layers.heic", "more than 256 pictures over each other", heic(kind=b"iovl", grid=layers(257), outside=True, parts=257)
     yield "large-layers.heic", PARTS, heic(kind=b"iovl", grid=layers(5), outside=True, parts=5, tile=(1000, 1000))
     yield "large-tile.heic", PARTS, heic(tile=(2100, 2100))
-    yield "pieces.heic", PIXELS, heic(grid=grid(SIDE, SIDE)) + places_in_pieces()
+    yield "pieces.heic", DAMAGED, in_front(places_in_pieces(), heic())
+    yield "missing-part.heic", DAMAGED, heic(part=33)
+    yield "unlisted-part.heic", DAMAGED, heic(part=33) + kinds_of_their_own(33)
     yield "page.pdf", PIXELS, pdf(box=b"0 0 14400 14400")
     yield "image.pdf", PIXELS, pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
     yield "bits.pdf", PIXELS, pdf(image=(4 * SIDE, SIDE, 1, b"/DeviceGray"))
