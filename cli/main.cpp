@@ -75,6 +75,7 @@ int main(int argc, char** argv) {
   for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
   try {
     tool::clean_up_on_signals();
+    tool::expect_libraries_to_give_up();
     return parse_and_run(argc, argv);
   } catch (const tool::WrongUsage& error) {
     tool::print_error("vantrel: " + tool::printable(error.what()) + "\n");

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <cstdlib>
 #include <exception>
@@ -27,7 +28,7 @@ thread_local int bears_nothing = 0;
 thread_local int missed = 0;
 thread_local Budget* budget = nullptr;
 thread_local Allowance* allowance = nullptr;
-/** The name of an input, or how it begins; a string would have to be destroyed, which is registered with memory. */
+/** An input as messages name it, or the begin of that; to destroy a string would be registered, with memory. */
 thread_local std::array<char, 1024> input{};
 bool own_code_began = false;
 
@@ -46,6 +47,19 @@ bool own_code_began = false;
     remove_temporaries();
     std::abort();
   }
+}
+
+/** The library may be within an allocator: nothing is asked for. */
+void end_of_library(int) {
+  if (foreign_depth == 0) return;  // it is the tool itself, and ends as it would
+  std::array<char, 2 * input.size()> text{};
+  char* end = text.data();
+  for (const std::string_view part :
+       {std::string_view("vantrel: "), std::string_view(input.data()),
+        std::string_view(": a library that works on it gave up (is the file damaged?)\n")}) {
+    end = std::copy(part.begin(), part.end(), end);
+  }
+  end_with({text.data(), static_cast<std::size_t>(end - text.data())});
 }
 
 /** Before the objects of other files are made: that takes memory too. */
@@ -101,7 +115,15 @@ bool Allowance::gives(std::size_t bytes) {
   return !spent_;
 }
 
-void name_input(const std::string& path) { input[path.copy(input.data(), input.size() - 1)] = '\0'; }
+void name_input(const std::string& path) {
+  const std::string shown = printable(path);
+  std::size_t length = std::min(shown.size(), input.size() - 1);
+  const auto is_within_letter = [&](std::size_t at) { return at < shown.size() && (shown[at] & 0xC0) == 0x80; };
+  while (length > 0 && is_within_letter(length)) --length;
+  input[shown.copy(input.data(), length)] = '\0';
+}
+
+void expect_libraries_to_give_up() { std::signal(SIGABRT, end_of_library); }
 
 void begin_own_code() { own_code_began = true; }
 
@@ -114,7 +136,7 @@ void keep_memory() {
 }
 
 std::string message_of_input(const std::string& reason) {
-  return "vantrel: " + printable(input.data()) + ": " + reason + "\n";
+  return "vantrel: " + std::string(input.data()) + ": " + reason + "\n";
 }
 
 void end_with(std::string_view message) {
@@ -204,6 +226,7 @@ struct ForeignThread {
   ThreadMain* main;
   void* argument;
   tool::Budget* budget;
+  decltype(tool::input) input;
   tool::CountedThread time{};
 
   void end() {
@@ -220,6 +243,7 @@ void* run_foreign_thread(void* given) {
   const Run run{static_cast<ForeignThread*>(given)};
   const tool::ForeignCode foreign(tool::Large::kCrashes);
   tool::budget = run.thread->budget;
+  tool::input = run.thread->input;
   run.thread->time.begin();
   return run.thread->main(run.thread->argument);
 }
@@ -280,7 +304,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMa
   if (tool::foreign_depth == 0) return next(thread, attributes, main, argument);
   void* const memory = malloc(sizeof(ForeignThread));
   if (memory == nullptr) return EAGAIN;
-  auto* const foreign = new (memory) ForeignThread{main, argument, tool::budget};
+  auto* const foreign = new (memory) ForeignThread{main, argument, tool::budget, tool::input};
   const int error = next(thread, attributes, run_foreign_thread, foreign);
   if (error != 0) foreign->end();
   return error;

@@ -1,6 +1,6 @@
 /**
  * @file memory.h
- * @brief Where memory is missing: the tool says so and leaves nothing behind, whoever asked for it.
+ * @brief Where memory is missing, or a library gives up: the tool says so and leaves nothing behind.
  *
  * The tool's own code throws std::bad_alloc, which ends the work on one input. The libraries that decode and encode do
  * not all bear a null pointer, and some take it for a damaged file. So while they work, the tool looks at the requests
@@ -100,6 +100,12 @@ void name_input(const std::string& path);
 
 /** The line for standard error that names what this thread works on. */
 std::string message_of_input(const std::string& reason);
+
+/**
+ * From now on a library that gives up where it works for the tool, as by an assertion that does not hold, ends it in
+ * good order.
+ */
+void expect_libraries_to_give_up();
 
 /** To be called first in main: before that everything counts as foreign code, as what other libraries do at loading. */
 void begin_own_code();

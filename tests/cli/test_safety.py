@@ -21,6 +21,7 @@ from conftest import TOOL, tool_environment
 
 KILLS = int(os.environ.get("VANTREL_KILLS", "24"))
 NAMED = os.environ.get("VANTREL_NAMED_TEMPORARIES")
+GIVING_UP = os.environ.get("VANTREL_GIVING_UP")
 AS_ROOT = os.geteuid() == 0
 NOBODY = 65534
 
@@ -76,6 +77,25 @@ def wait_for_output(process, folder, environment):
             return
         time.sleep(0.01)
     raise AssertionError("no output was begun")
+
+
+# Ended from within.
+
+
+@pytest.mark.skipif(not GIVING_UP, reason="a sanitizer wants to be loaded first")
+@pytest.mark.parametrize("place", ["", "GIVING_UP_IN_A_THREAD"])
+def test_a_library_that_gives_up_ends_the_tool_in_good_order(tmp_path, place):
+    pixels = scans.blank_scan(120, 100)
+    names = ["a.png", "b\n\u00e9.webp", "c.png"]
+    for name in names:
+        scans.save(pixels, tmp_path / name)
+    environment = dict(os.environ, LD_PRELOAD=GIVING_UP, **({place: "1"} if place else {}))
+    command = [TOOL, "crop", *names, "--rect", "0,0,49,49", "-o", "out", "-j", "1"]
+    process = subprocess.run(command, cwd=tmp_path, env=environment, capture_output=True, text=True)
+    assert process.returncode == 1
+    assert process.stderr == "vantrel: b\\x0a\u00e9.webp: a library that works on it gave up (is the file damaged?)\n"
+    assert [path.name for path in (tmp_path / "out").iterdir()] == ["a.png"]
+    assert scans.load(tmp_path / "out" / "a.png").shape == (50, 50, 3)
 
 
 # Ended from outside.
