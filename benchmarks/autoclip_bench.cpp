@@ -18,19 +18,19 @@ using benchmark_scans::Passed;
 using benchmark_scans::work_on;
 using support::Image;
 
-void scan_sizes(benchmark::internal::Benchmark* benchmark) {
+void slow_scan_sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark_scans::scan_sizes(benchmark);
   benchmark->Unit(benchmark::kMillisecond);
 }
 
 /** A scan of a card that nearly fills its dark glass. */
-Image drawn(const benchmark::State& state, int bit_count) {
+Image drawn_card(const benchmark::State& state, int bit_count) {
   return benchmark_scans::card_scan(state, bit_count, benchmark_scans::kDarkGlass);
 }
 
 template <auto Clip, int bit_count>
 void auto_clip(benchmark::State& state) {
-  Image scan = drawn(state, bit_count);
+  Image scan = drawn_card(state, bit_count);
   measure(state, work_on(scan), [&] {
     Image out;
     return Clip(scan.handle(), nullptr, out.ptr(), 1) == 1;
@@ -40,7 +40,7 @@ void auto_clip(benchmark::State& state) {
 /** Corners that were searched for along the scan's sides; the scan's own are a failure to find any. */
 template <class Search>
 void find_corners(benchmark::State& state, Search search) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_card(state, 8);
   measure(state, work_on(scan), [&] { return search(scan.ptr()); });
 }
 
@@ -65,7 +65,7 @@ void find_by_gradient(benchmark::State& state) {
 /** Pixels are those of the edge map, which is the scan's with its padding; bytes those of both maps. */
 template <class Collect>
 void collect_points(benchmark::State& state, Collect collect_from) {
-  EdgeMaps maps(drawn(state, 8), Passed::kNothing);
+  EdgeMaps maps(drawn_card(state, 8), Passed::kNothing);
   const auto bytes = static_cast<std::int64_t>(maps.edge.size());
   int count = 0;
   measure(
@@ -93,7 +93,7 @@ void collect_records(benchmark::State& state) {
 /** All but the outermost pixels; `narrow` is for a result as wide as they are. */
 template <auto convert, int bit_count, bool narrow>
 void warp(benchmark::State& state) {
-  Image scan = drawn(state, bit_count);
+  Image scan = drawn_card(state, bit_count);
   const auto w = static_cast<float>(state.range(0));
   const auto h = static_cast<float>(state.range(1));
   float frame[8] = {1, 1, w - 2, 1, 1, h - 2, w - 2, h - 2};
@@ -110,7 +110,7 @@ void warp(benchmark::State& state) {
 
 /** Every pixel's own place, moved by a fraction. Items are samples. */
 void sample(benchmark::State& state) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_card(state, 8);
   const auto sum = [&](float by) {
     std::int64_t levels = 0;
     for (int r = 0; r < scan.height(); ++r) {
@@ -132,21 +132,21 @@ void sample(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(auto_clip<AutoClipRedundantImg, 8>)->Name("AutoClipRedundantImg/gray")->Apply(scan_sizes);
-BENCHMARK(auto_clip<AutoClipRedundantImg, 24>)->Name("AutoClipRedundantImg/colour")->Apply(scan_sizes);
-BENCHMARK(auto_clip<vantrel_auto_clip, 8>)->Name("vantrel_auto_clip")->Apply(scan_sizes);
-BENCHMARK_CAPTURE(find_corners, record, find_with_record)->Name("vantrel_find_corners")->Apply(scan_sizes);
-BENCHMARK_CAPTURE(find_corners, plain, find_without_record)->Name("ClipNameCardRedundantImg")->Apply(scan_sizes);
+BENCHMARK(auto_clip<AutoClipRedundantImg, 8>)->Name("AutoClipRedundantImg/gray")->Apply(slow_scan_sizes);
+BENCHMARK(auto_clip<AutoClipRedundantImg, 24>)->Name("AutoClipRedundantImg/colour")->Apply(slow_scan_sizes);
+BENCHMARK(auto_clip<vantrel_auto_clip, 8>)->Name("vantrel_auto_clip")->Apply(slow_scan_sizes);
+BENCHMARK_CAPTURE(find_corners, record, find_with_record)->Name("vantrel_find_corners")->Apply(slow_scan_sizes);
+BENCHMARK_CAPTURE(find_corners, plain, find_without_record)->Name("ClipNameCardRedundantImg")->Apply(slow_scan_sizes);
 BENCHMARK(find_by_gradient<AutoDetectCorner>)->Name("AutoDetectCorner")->Apply(benchmark_scans::leaning_sizes);
 BENCHMARK(find_by_gradient<vantrel_find_gradient_corners>)
     ->Name("vantrel_find_gradient_corners")
     ->Apply(benchmark_scans::leaning_sizes);
-BENCHMARK(collect_pairs)->Name("CalcPointCenter")->Apply(scan_sizes);
-BENCHMARK(collect_records)->Name("CalcPointCenter2")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg, 8, true>)->Name("ConvertImg/gray")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg, 24, true>)->Name("ConvertImg/colour")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg2, 8, false>)->Name("ConvertImg2/gray")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg2, 24, false>)->Name("ConvertImg2/colour")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg3, 8, true>)->Name("ConvertImg3/gray")->Apply(scan_sizes);
-BENCHMARK(warp<ConvertImg3, 24, true>)->Name("ConvertImg3/colour")->Apply(scan_sizes);
-BENCHMARK(sample)->Name("Bilinear")->Apply(scan_sizes);
+BENCHMARK(collect_pairs)->Name("CalcPointCenter")->Apply(slow_scan_sizes);
+BENCHMARK(collect_records)->Name("CalcPointCenter2")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg, 8, true>)->Name("ConvertImg/gray")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg, 24, true>)->Name("ConvertImg/colour")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg2, 8, false>)->Name("ConvertImg2/gray")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg2, 24, false>)->Name("ConvertImg2/colour")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg3, 8, true>)->Name("ConvertImg3/gray")->Apply(slow_scan_sizes);
+BENCHMARK(warp<ConvertImg3, 24, true>)->Name("ConvertImg3/colour")->Apply(slow_scan_sizes);
+BENCHMARK(sample)->Name("Bilinear")->Apply(slow_scan_sizes);

@@ -11,7 +11,7 @@ using benchmark_scans::work_on;
 using support::Image;
 
 /** A business card at 300 dots per inch on a slightly larger scan, and one at 600; before them, a small scan. */
-void scan_sizes(benchmark::internal::Benchmark* benchmark) {
+void card_sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"width", "height"})->Args({300, 200})->Args({1200, 800})->Args({2400, 1600});
   benchmark->Unit(benchmark::kMicrosecond);
 }
@@ -44,10 +44,10 @@ void tell(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(find_card<CutCard, 8>)->Name("CutCard/gray")->Apply(scan_sizes);
-BENCHMARK(find_card<CutCard, 24>)->Name("CutCard/colour")->Apply(scan_sizes);
-BENCHMARK(find_card<CutCard24, 24>)->Name("CutCard24")->Apply(scan_sizes);
-BENCHMARK(clip<8>)->Name("AutoClipRedundantImg_ORVA/gray")->Apply(scan_sizes);
-BENCHMARK(clip<24>)->Name("AutoClipRedundantImg_ORVA/colour")->Apply(scan_sizes);
-BENCHMARK(tell<8>)->Name("AutoClipImg_Rect_ORVA/gray")->Apply(scan_sizes);
-BENCHMARK(tell<24>)->Name("AutoClipImg_Rect_ORVA/colour")->Apply(scan_sizes);
+BENCHMARK(find_card<CutCard, 8>)->Name("CutCard/gray")->Apply(card_sizes);
+BENCHMARK(find_card<CutCard, 24>)->Name("CutCard/colour")->Apply(card_sizes);
+BENCHMARK(find_card<CutCard24, 24>)->Name("CutCard24")->Apply(card_sizes);
+BENCHMARK(clip<8>)->Name("AutoClipRedundantImg_ORVA/gray")->Apply(card_sizes);
+BENCHMARK(clip<24>)->Name("AutoClipRedundantImg_ORVA/colour")->Apply(card_sizes);
+BENCHMARK(tell<8>)->Name("AutoClipImg_Rect_ORVA/gray")->Apply(card_sizes);
+BENCHMARK(tell<24>)->Name("AutoClipImg_Rect_ORVA/colour")->Apply(card_sizes);

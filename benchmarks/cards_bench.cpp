@@ -15,7 +15,7 @@ using benchmark_scans::measure;
 using benchmark_scans::Work;
 
 /** A card at 75, 150, 300 and 600 dots per inch. */
-void scan_sizes(benchmark::internal::Benchmark* benchmark) {
+void sizes_at_resolutions(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"width", "height", "dpi"})
       ->Args({320, 220, 75})
       ->Args({650, 450, 150})
@@ -160,28 +160,28 @@ void convert_scan(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(find_on_dark_glass<8>)->Name("vantrel_find/dark_glass_gray")->Apply(scan_sizes);
-BENCHMARK(find_on_dark_glass<24>)->Name("vantrel_find/dark_glass_colour")->Apply(scan_sizes);
-BENCHMARK(find_on_flat_light<8>)->Name("vantrel_find/flat_light_gray")->Apply(scan_sizes);
-BENCHMARK(find_on_flat_light<24>)->Name("vantrel_find/flat_light_colour")->Apply(scan_sizes);
-BENCHMARK(find_anywhere<8>)->Name("vantrel_find/anywhere_gray")->Apply(scan_sizes);
-BENCHMARK(find_anywhere<24>)->Name("vantrel_find/anywhere_colour")->Apply(scan_sizes);
+BENCHMARK(find_on_dark_glass<8>)->Name("vantrel_find/dark_glass_gray")->Apply(sizes_at_resolutions);
+BENCHMARK(find_on_dark_glass<24>)->Name("vantrel_find/dark_glass_colour")->Apply(sizes_at_resolutions);
+BENCHMARK(find_on_flat_light<8>)->Name("vantrel_find/flat_light_gray")->Apply(sizes_at_resolutions);
+BENCHMARK(find_on_flat_light<24>)->Name("vantrel_find/flat_light_colour")->Apply(sizes_at_resolutions);
+BENCHMARK(find_anywhere<8>)->Name("vantrel_find/anywhere_gray")->Apply(sizes_at_resolutions);
+BENCHMARK(find_anywhere<24>)->Name("vantrel_find/anywhere_colour")->Apply(sizes_at_resolutions);
 BENCHMARK(find_on_sheet<1>)->Name("vantrel_find/sheet_bilevel")->Unit(benchmark::kMillisecond);
 BENCHMARK(find_on_sheet<8>)->Name("vantrel_find/sheet_gray")->Unit(benchmark::kMillisecond);
 BENCHMARK(find_on_sheet<24>)->Name("vantrel_find/sheet_colour")->Unit(benchmark::kMillisecond);
-BENCHMARK(cut_card<8>)->Name("vantrel_cut/gray")->Apply(scan_sizes);
-BENCHMARK(cut_card<24>)->Name("vantrel_cut/colour")->Apply(scan_sizes);
-BENCHMARK(crop_scan<1>)->Name("vantrel_crop/bilevel")->Apply(scan_sizes);
-BENCHMARK(crop_scan<8>)->Name("vantrel_crop/gray")->Apply(scan_sizes);
-BENCHMARK(crop_scan<24>)->Name("vantrel_crop/colour")->Apply(scan_sizes);
+BENCHMARK(cut_card<8>)->Name("vantrel_cut/gray")->Apply(sizes_at_resolutions);
+BENCHMARK(cut_card<24>)->Name("vantrel_cut/colour")->Apply(sizes_at_resolutions);
+BENCHMARK(crop_scan<1>)->Name("vantrel_crop/bilevel")->Apply(sizes_at_resolutions);
+BENCHMARK(crop_scan<8>)->Name("vantrel_crop/gray")->Apply(sizes_at_resolutions);
+BENCHMARK(crop_scan<24>)->Name("vantrel_crop/colour")->Apply(sizes_at_resolutions);
 BENCHMARK(enlarge_scan<VANTREL_ENLARGE_LINEAR, 8>)->Name("vantrel_enlarge/linear_gray")->Apply(enlarged_sizes);
 BENCHMARK(enlarge_scan<VANTREL_ENLARGE_LINEAR, 24>)->Name("vantrel_enlarge/linear_colour")->Apply(enlarged_sizes);
 BENCHMARK(enlarge_scan<VANTREL_ENLARGE_CUBIC, 8>)->Name("vantrel_enlarge/cubic_gray")->Apply(enlarged_sizes);
 BENCHMARK(enlarge_scan<VANTREL_ENLARGE_CUBIC, 24>)->Name("vantrel_enlarge/cubic_colour")->Apply(enlarged_sizes);
-BENCHMARK(reduce_scan<8, 2>)->Name("vantrel_reduce/gray_by_2")->Apply(scan_sizes);
-BENCHMARK(reduce_scan<24, 2>)->Name("vantrel_reduce/colour_by_2")->Apply(scan_sizes);
-BENCHMARK(reduce_scan<24, 3>)->Name("vantrel_reduce/colour_by_3")->Apply(scan_sizes);
-BENCHMARK(convert_scan<1, VANTREL_FORMAT_GRAY>)->Name("vantrel_convert/bilevel_to_gray")->Apply(scan_sizes);
-BENCHMARK(convert_scan<24, VANTREL_FORMAT_GRAY>)->Name("vantrel_convert/colour_to_gray")->Apply(scan_sizes);
-BENCHMARK(convert_scan<24, VANTREL_FORMAT_RGBA>)->Name("vantrel_convert/colour_to_rgba")->Apply(scan_sizes);
-BENCHMARK(convert_scan<8, VANTREL_FORMAT_RGB>)->Name("vantrel_convert/gray_to_colour")->Apply(scan_sizes);
+BENCHMARK(reduce_scan<8, 2>)->Name("vantrel_reduce/gray_by_2")->Apply(sizes_at_resolutions);
+BENCHMARK(reduce_scan<24, 2>)->Name("vantrel_reduce/colour_by_2")->Apply(sizes_at_resolutions);
+BENCHMARK(reduce_scan<24, 3>)->Name("vantrel_reduce/colour_by_3")->Apply(sizes_at_resolutions);
+BENCHMARK(convert_scan<1, VANTREL_FORMAT_GRAY>)->Name("vantrel_convert/bilevel_to_gray")->Apply(sizes_at_resolutions);
+BENCHMARK(convert_scan<24, VANTREL_FORMAT_GRAY>)->Name("vantrel_convert/colour_to_gray")->Apply(sizes_at_resolutions);
+BENCHMARK(convert_scan<24, VANTREL_FORMAT_RGBA>)->Name("vantrel_convert/colour_to_rgba")->Apply(sizes_at_resolutions);
+BENCHMARK(convert_scan<8, VANTREL_FORMAT_RGB>)->Name("vantrel_convert/gray_to_colour")->Apply(sizes_at_resolutions);

@@ -11,7 +11,7 @@ using benchmark_scans::work_on;
 using support::Image;
 
 /** A stamp, and a business card at 200 and at 400 dots per inch, gray and in colour. */
-void scan_sizes(benchmark::internal::Benchmark* benchmark) {
+void sizes_to_enlarge(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"width", "height", "bits"})->Unit(benchmark::kMicrosecond);
   for (const int bits : {8, 24}) benchmark->Args({180, 110, bits})->Args({720, 440, bits})->Args({1440, 880, bits});
 }
@@ -44,7 +44,7 @@ void resample_card(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(enlarge_card<BiLinear>)->Name("BiLinear")->Apply(scan_sizes);
-BENCHMARK(enlarge_card<BiCubic>)->Name("BiCubic")->Apply(scan_sizes);
-BENCHMARK(resample_card<BiLinearMethod>)->Name("BiLinearMethod")->Apply(scan_sizes);
-BENCHMARK(resample_card<BiCubicMethod>)->Name("BiCubicMethod")->Apply(scan_sizes);
+BENCHMARK(enlarge_card<BiLinear>)->Name("BiLinear")->Apply(sizes_to_enlarge);
+BENCHMARK(enlarge_card<BiCubic>)->Name("BiCubic")->Apply(sizes_to_enlarge);
+BENCHMARK(resample_card<BiLinearMethod>)->Name("BiLinearMethod")->Apply(sizes_to_enlarge);
+BENCHMARK(resample_card<BiCubicMethod>)->Name("BiCubicMethod")->Apply(sizes_to_enlarge);

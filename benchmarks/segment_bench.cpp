@@ -21,13 +21,13 @@ void sheet_sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("dpi")->Arg(75)->Arg(300)->Unit(benchmark::kMicrosecond);
 }
 
-Image drawn(const benchmark::State& state, int bit_count) {
+Image drawn_sheet(const benchmark::State& state, int bit_count) {
   return benchmark_scans::sheet_of_cards(bit_count, static_cast<int>(state.range(0)));
 }
 
 template <bool (*reduction)(BITMAPPTR*, BITMAPPTR*, int), int bit_count>
 void reduce(benchmark::State& state) {
-  Image scan = drawn(state, bit_count);
+  Image scan = drawn_sheet(state, bit_count);
   measure(state, work_on(scan), [&] {
     Image reduced;
     return reduction(scan.ptr(), reduced.ptr(), 3) && reduced.width() == scan.width() / 3;
@@ -38,7 +38,7 @@ bool binarise(Image& gray) { return Moving_Average(gray.ptr()->pBits, gray.width
 
 /** Each run begins with the gray levels; putting them back is not timed. */
 void moving_average(benchmark::State& state) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_sheet(state, 8);
   const std::vector<unsigned char> gray = scan.pixels();
   binarise(scan);
   const std::vector<unsigned char> levels = scan.pixels();
@@ -63,7 +63,7 @@ void segment_sheet(benchmark::State& state) {
 }
 
 void find_border_rows(benchmark::State& state) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_sheet(state, 8);
   int first = 0;
   int second = 0;
   measure(state, work_on(scan), [&] { return ClipImg(scan.ptr(), first, second) && first > 0; });
@@ -71,7 +71,7 @@ void find_border_rows(benchmark::State& state) {
 
 /** All rows but the outermost, in two bands; the byte before the first column and behind the last is in other rows. */
 void mark_edges(benchmark::State& state) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_sheet(state, 8);
   std::vector<unsigned char> edge(scan.header().biSizeImage);
   const int last = scan.height() - 1;
   const auto columns = static_cast<short>(scan.width());
@@ -90,7 +90,7 @@ void mark_edges(benchmark::State& state) {
  */
 template <void (*project)(unsigned char*, short, short, unsigned short*), int level>
 void projection(benchmark::State& state) {
-  Image scan = drawn(state, 8);
+  Image scan = drawn_sheet(state, 8);
   binarise(scan);
   const std::vector<unsigned char> levels = scan.pixels();
   std::vector<unsigned short> histogram(static_cast<std::size_t>(level == 0 ? scan.height() : scan.width()));

@@ -184,41 +184,42 @@ std::unique_ptr<Ground> coarse_noise(Random& random, const Bed& bed) {
 }
 std::unique_ptr<Ground> wood(Random& random, const Bed& bed) { return std::make_unique<WoodGround>(random, bed); }
 
-struct Kind {
+struct GroundKind {
   const char* name;
   Maker make;
 };
-constexpr std::array<Kind, 16> kKinds{{{"dark glass", dark_glass},
-                                       {"black", black},
-                                       {"gray lid", gray_lid},
-                                       {"white lid", white_lid},
-                                       {"real glass", patterned<real_glass>},
-                                       {"coloured sheet", coloured_sheet},
-                                       {"coarse", coarse_noise},
-                                       {"weave", patterned<draw_weave>},
-                                       {"cloth", patterned<draw_cloth>},
-                                       {"stone", stone_ground},
-                                       {"terrazzo", patterned<draw_terrazzo>},
-                                       {"wood", wood},
-                                       {"leather", patterned<draw_leather>},
-                                       {"carpet", patterned<draw_carpet>},
-                                       {"print", patterned<draw_print>},
-                                       {"keys", patterned<draw_keys>}}};
+constexpr std::array<GroundKind, 16> kGroundKinds{{{"dark glass", dark_glass},
+                                                   {"black", black},
+                                                   {"gray lid", gray_lid},
+                                                   {"white lid", white_lid},
+                                                   {"real glass", patterned<real_glass>},
+                                                   {"coloured sheet", coloured_sheet},
+                                                   {"coarse", coarse_noise},
+                                                   {"weave", patterned<draw_weave>},
+                                                   {"cloth", patterned<draw_cloth>},
+                                                   {"stone", stone_ground},
+                                                   {"terrazzo", patterned<draw_terrazzo>},
+                                                   {"wood", wood},
+                                                   {"leather", patterned<draw_leather>},
+                                                   {"carpet", patterned<draw_carpet>},
+                                                   {"print", patterned<draw_print>},
+                                                   {"keys", patterned<draw_keys>}}};
 constexpr int kOfScanners = 5;  // the first ones
 constexpr int kOfTables = 5;    // from there
 
 }  // namespace
 
 std::string pick_scanner_ground(Random& random) {
-  return kKinds[static_cast<std::size_t>(random.integer(0, kOfScanners - 1))].name;
+  return kGroundKinds[static_cast<std::size_t>(random.integer(0, kOfScanners - 1))].name;
 }
 
 std::string pick_table_ground(Random& random) {
-  return kKinds[static_cast<std::size_t>(random.integer(kOfTables, static_cast<int>(kKinds.size()) - 1))].name;
+  return kGroundKinds[static_cast<std::size_t>(random.integer(kOfTables, static_cast<int>(kGroundKinds.size()) - 1))]
+      .name;
 }
 
 std::unique_ptr<Ground> make_ground(const std::string& name, Random& random, const Bed& bed) {
-  for (const Kind& kind : kKinds) {
+  for (const GroundKind& kind : kGroundKinds) {
     if (name == kind.name) return kind.make(random, bed);
   }
   throw std::invalid_argument("no such ground: " + name);

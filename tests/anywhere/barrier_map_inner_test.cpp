@@ -16,7 +16,7 @@ using vantrel::anywhere::Copy;
 using vantrel::image::WorkArray;
 
 /** A copy without colour, or with one plane beside the light. */
-Copy copy_of(int rows, int cols, const std::vector<int>& light, const std::vector<int>& red_green = {}) {
+Copy copy_of_levels(int rows, int cols, const std::vector<int>& light, const std::vector<int>& red_green = {}) {
   Copy copy;
   copy.rows = rows;
   copy.cols = cols;
@@ -37,10 +37,10 @@ std::vector<int> distances(const Copy& copy) {
 }
 
 TEST(BarrierMap, OfASinglePixelIsItsStep) {
-  EXPECT_EQ(distances(copy_of(3, 3,
-                              {100, 100, 100,  //
-                               100, 700, 100,  //
-                               100, 100, 100})),
+  EXPECT_EQ(distances(copy_of_levels(3, 3,
+                                     {100, 100, 100,  //
+                                      100, 700, 100,  //
+                                      100, 100, 100})),
             (std::vector<int>{0, 0, 0,    //
                               0, 600, 0,  //
                               0, 0, 0}));
@@ -48,22 +48,22 @@ TEST(BarrierMap, OfASinglePixelIsItsStep) {
 
 TEST(BarrierMap, FollowsTheGroundWhereItChangesSlowly) {
   // Every pixel of the frame is ground, so the middle row is 20 from the nearest of it, not 80.
-  EXPECT_EQ(distances(copy_of(5, 3,
-                              {100, 100, 100,  //
-                               120, 120, 120,  //
-                               140, 160, 140,  //
-                               120, 120, 120,  //
-                               100, 100, 100})),
+  EXPECT_EQ(distances(copy_of_levels(5, 3,
+                                     {100, 100, 100,  //
+                                      120, 120, 120,  //
+                                      140, 160, 140,  //
+                                      120, 120, 120,  //
+                                      100, 100, 100})),
             (std::vector<int>{0, 0, 0, 0, 0, 0, 0, 20, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(BarrierMap, TakesTheLargestMinusTheSmallestAlongThePath) {
   // A wall of 900 around a pixel of 50: the path rises by 800 and falls by 850.
-  EXPECT_EQ(distances(copy_of(5, 5, {100, 100, 100, 100, 100,  //
-                                     100, 900, 900, 900, 100,  //
-                                     100, 900, 50,  900, 100,  //
-                                     100, 900, 900, 900, 100,  //
-                                     100, 100, 100, 100, 100})),
+  EXPECT_EQ(distances(copy_of_levels(5, 5, {100, 100, 100, 100, 100,  //
+                                            100, 900, 900, 900, 100,  //
+                                            100, 900, 50,  900, 100,  //
+                                            100, 900, 900, 900, 100,  //
+                                            100, 100, 100, 100, 100})),
             (std::vector<int>{0, 0,   0,   0,   0,  //
                               0, 800, 800, 800, 0,  //
                               0, 800, 850, 800, 0,  //
@@ -72,10 +72,10 @@ TEST(BarrierMap, TakesTheLargestMinusTheSmallestAlongThePath) {
 }
 
 TEST(BarrierMap, SeesACardThatTouchesTheFrame) {
-  EXPECT_EQ(distances(copy_of(4, 6, {100, 100, 900, 900, 100, 100,  //
-                                     100, 100, 900, 900, 100, 100,  //
-                                     100, 100, 100, 100, 100, 100,  //
-                                     100, 100, 100, 100, 100, 100})),
+  EXPECT_EQ(distances(copy_of_levels(4, 6, {100, 100, 900, 900, 100, 100,  //
+                                            100, 100, 900, 900, 100, 100,  //
+                                            100, 100, 100, 100, 100, 100,  //
+                                            100, 100, 100, 100, 100, 100})),
             (std::vector<int>{0, 0, 800, 800, 0, 0,  //
                               0, 0, 800, 800, 0, 0,  //
                               0, 0, 0,   0,   0, 0,  //
@@ -85,15 +85,15 @@ TEST(BarrierMap, SeesACardThatTouchesTheFrame) {
 TEST(BarrierMap, SeesWhatDiffersInColourAlone) {
   std::vector<int> red_green(9, 0);
   red_green[4] = -300;
-  EXPECT_EQ(distances(copy_of(3, 3, std::vector<int>(9, 1000), red_green)),
+  EXPECT_EQ(distances(copy_of_levels(3, 3, std::vector<int>(9, 1000), red_green)),
             (std::vector<int>{0, 0, 0, 0, 300, 0, 0, 0, 0}));
 }
 
 TEST(BarrierMap, OfWhatHasNoInsideIsZero) {
-  EXPECT_EQ(distances(copy_of(1, 3, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
-  EXPECT_EQ(distances(copy_of(3, 1, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
-  EXPECT_EQ(distances(copy_of(0, 0, {})), std::vector<int>{});
-  EXPECT_EQ(distances(copy_of(2, 2, {5, 5, 7, 6})), (std::vector<int>{0, 0, 0, 0}));
+  EXPECT_EQ(distances(copy_of_levels(1, 3, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
+  EXPECT_EQ(distances(copy_of_levels(3, 1, {5, 9, 7})), (std::vector<int>{0, 0, 0}));
+  EXPECT_EQ(distances(copy_of_levels(0, 0, {})), std::vector<int>{});
+  EXPECT_EQ(distances(copy_of_levels(2, 2, {5, 5, 7, 6})), (std::vector<int>{0, 0, 0, 0}));
 }
 
 /** The least difference of extremes over all paths: for each pair of bounds, what they let through. */
@@ -137,7 +137,7 @@ TEST(BarrierMap, IsNeverBelowTheExactDistanceAndMostlyEqualsIt) {
     // All of the frame is ground: no value is further from its middle than the ground's tolerance.
     for (int& value : values) value = 200 + static_cast<int>(random() % 150);
     const std::vector<int> exact = exact_distances(8, 7, values);
-    const std::vector<int> found = distances(copy_of(8, 7, values));
+    const std::vector<int> found = distances(copy_of_levels(8, 7, values));
     for (std::size_t i = 0; i < values.size(); ++i) {
       EXPECT_GE(found[i], exact[i]);
       equal += found[i] == exact[i];
@@ -149,7 +149,7 @@ TEST(BarrierMap, IsNeverBelowTheExactDistanceAndMostlyEqualsIt) {
 }
 
 TEST(Ground, FrameRunsClockwiseOncePerPixel) {
-  const Copy copy = copy_of(3, 4, std::vector<int>(12));
+  const Copy copy = copy_of_levels(3, 4, std::vector<int>(12));
   std::vector<std::size_t> frame;
   for (int i = 0; i < vantrel::anywhere::frame_length(copy); ++i) frame.push_back(frame_index(copy, i));
   EXPECT_EQ(frame, (std::vector<std::size_t>{0, 1, 2, 3, 7, 11, 10, 9, 8, 4}));
@@ -157,11 +157,11 @@ TEST(Ground, FrameRunsClockwiseOncePerPixel) {
 
 TEST(Ground, HasTheColoursThatTheFrameShowsMost) {
   // 14 pixels of 100, of which 8 are kept apart; 6 of 1000 are enough for a second colour, 2 of 3000 are not.
-  const Copy copy = copy_of(5, 7, {100, 100, 100, 100, 100, 1000, 1000,  //
-                                   100, 0,   0,   0,   0,   0,    1000,  //
-                                   100, 0,   0,   0,   0,   0,    1000,  //
-                                   110, 0,   0,   0,   0,   0,    3000,  //
-                                   110, 110, 110, 110, 110, 1000, 3000});
+  const Copy copy = copy_of_levels(5, 7, {100, 100, 100, 100, 100, 1000, 1000,  //
+                                          100, 0,   0,   0,   0,   0,    1000,  //
+                                          100, 0,   0,   0,   0,   0,    1000,  //
+                                          110, 0,   0,   0,   0,   0,    3000,  //
+                                          110, 110, 110, 110, 110, 1000, 3000});
   const vantrel::anywhere::Ground ground = find_ground(copy);
   ASSERT_EQ(ground.count, 2u);
   EXPECT_EQ(ground.colours[0][0], 104);
@@ -176,7 +176,7 @@ TEST(Ground, HasSheetsThatHideMuchOfIt) {
   for (std::size_t row = 2; row < 8; ++row)
     for (std::size_t col = 2; col < 8; ++col) values[row * 10 + col] = row < 5 ? 900 : 2000;
   values[55] = 1500;
-  const Copy copy = copy_of(10, 10, values);
+  const Copy copy = copy_of_levels(10, 10, values);
   const vantrel::anywhere::Ground sheets = find_sheets(copy, find_ground(copy));
   ASSERT_EQ(sheets.count, 2u);
   EXPECT_EQ(sheets.colours[0][0] + sheets.colours[1][0], 2900);

@@ -6,6 +6,7 @@
 #define VANTREL_TESTS_ANYWHERE_DRAWN_COPY_H
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -46,6 +47,18 @@ inline vantrel::anywhere::Edges edges_at(std::vector<vantrel::anywhere::Edge> pl
     edges.starts[i] = static_cast<std::uint32_t>(before);
   }
   return edges;
+}
+
+/** From a corner to the one across from it. */
+inline vantrel::anywhere::Quad upright(double left, double top, double right, double bottom) {
+  using vantrel::anywhere::Point;
+  return {{Point{left, top}, {right, top}, {right, bottom}, {left, bottom}}};
+}
+
+inline std::vector<std::array<double, 2>> corners_of(const vantrel::anywhere::Quad& quad) {
+  std::vector<std::array<double, 2>> corners;
+  for (const auto& corner : quad.corners) corners.push_back({corner.x, corner.y});
+  return corners;
 }
 
 /** How far the farthest corner is from the one of the same number. */

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "anywhere/analysed_card.h"
+#include "anywhere/drawn_copy.h"
 #include "anywhere/probe.h"
 
 namespace {
@@ -12,10 +13,7 @@ using namespace vantrel::anywhere;
 using support::AnalysedCard;
 using support::level_card;
 using support::SlantedCard;
-
-Quad upright(double left, double top, double right, double bottom) {
-  return {{Point{left, top}, {right, top}, {right, bottom}, {left, bottom}}};
-}
+using support::upright;
 
 /** The level card, analysed once for all tests. */
 const AnalysedCard& level() {

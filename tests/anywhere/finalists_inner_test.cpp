@@ -44,23 +44,23 @@ class FinalistChoice : public testing::Test {
   static inline Features likely_;
 };
 
-Quad upright(double left, double top, double width, double height) {
+Quad upright_of_size(double left, double top, double width, double height) {
   return {{Point{left, top}, Point{left + width, top}, Point{left + width, top + height}, Point{left, top + height}}};
 }
 
 TEST_F(FinalistChoice, IsOfNinetySixAtMost) {
   std::vector<Quad> quads;
-  for (int i = 0; i < 110; ++i) quads.push_back(upright(10 + i % 11 * 50, 10 + i / 11 * 40, 40, 25));
+  for (int i = 0; i < 110; ++i) quads.push_back(upright_of_size(10 + i % 11 * 50, 10 + i / 11 * 40, 40, 25));
   EXPECT_EQ(taken_of(quads), 96U);
 }
 
 TEST_F(FinalistChoice, LeavesOutWhatOverlapsFourOnceThereAreSixteen) {
   std::vector<Quad> quads;
-  for (int i = 0; i < 16; ++i) quads.push_back(upright(10 + i % 8 * 60, 10 + i / 8 * 200, 40, 40));
+  for (int i = 0; i < 16; ++i) quads.push_back(upright_of_size(10 + i % 8 * 60, 10 + i / 8 * 200, 40, 40));
   EXPECT_EQ(taken_of(quads), 16U);
-  quads.push_back(upright(10, 5, 160, 50));  // around the first three
+  quads.push_back(upright_of_size(10, 5, 160, 50));  // around the first three
   EXPECT_EQ(taken_of(quads), 17U);
-  quads.back() = upright(10, 5, 220, 50);  // around the first four
+  quads.back() = upright_of_size(10, 5, 220, 50);  // around the first four
   EXPECT_EQ(taken_of(quads), 16U);
 }
 
@@ -69,7 +69,7 @@ TEST_F(FinalistChoice, LeavesOutWhatLiesWithinSeventeen) {
   std::vector<Quad> quads;
   double scale = 1.0;
   for (int i = 0; i < 20; ++i, scale *= 0.9)
-    quads.push_back(upright(320 - 280 * scale, 240 - 210 * scale, 560 * scale, 420 * scale));
+    quads.push_back(upright_of_size(320 - 280 * scale, 240 - 210 * scale, 560 * scale, 420 * scale));
   EXPECT_EQ(taken_of(quads), 17U);
 }
 

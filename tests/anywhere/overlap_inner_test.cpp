@@ -3,17 +3,14 @@
 
 #include <cmath>
 
+#include "anywhere/drawn_copy.h"
 #include "anywhere/overlap.h"
 #include "support/random.h"
 
 namespace {
 
 using namespace vantrel::anywhere;
-
-/** From a corner to the one across from it. */
-Quad upright(double left, double top, double right, double bottom) {
-  return {{Point{left, top}, {right, top}, {right, bottom}, {left, bottom}}};
-}
+using support::upright;
 
 constexpr double kSide = 10.0;
 const Quad kSquare = upright(0, 0, kSide, kSide);

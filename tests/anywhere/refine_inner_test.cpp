@@ -5,6 +5,7 @@
 #include <array>
 #include <vector>
 
+#include "anywhere/drawn_copy.h"
 #include "anywhere/refine.h"
 #include "anywhere/slanted_card.h"
 
@@ -13,6 +14,7 @@ namespace {
 using namespace vantrel::anywhere;
 using support::DrawnCard;
 using support::SlantedCard;
+using support::worst_corner;
 
 constexpr double kReach = 6.0;
 
@@ -20,12 +22,6 @@ constexpr double kReach = 6.0;
 Quad beside(const Quad& quad) {
   return {
       {quad[0] + Point{3.5, -2.5}, quad[1] + Point{-3.0, -4.0}, quad[2] + Point{2.5, 3.0}, quad[3] + Point{-4.0, 1.5}}};
-}
-
-double worst_corner(const Quad& quad, const Quad& truth) {
-  double worst = 0.0;
-  for (std::size_t i = 0; i < 4; ++i) worst = std::max(worst, length(quad[i] - truth[i]));
-  return worst;
 }
 
 Refined refine_near(const SlantedCard& card) { return refine(DrawnCard(card).scan(), beside(card.quad()), kReach); }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "anywhere/candidate_pool.h"
+#include "anywhere/drawn_copy.h"
 #include "anywhere/outline.h"
 #include "anywhere/region_candidates.h"
 #include "anywhere/regions.h"
@@ -14,13 +15,8 @@
 namespace {
 
 using namespace vantrel::anywhere;
+using support::corners_of;
 using vantrel::image::WorkArray;
-
-std::vector<std::array<double, 2>> corners_of(const Quad& quad) {
-  std::vector<std::array<double, 2>> corners;
-  for (const Point& corner : quad.corners) corners.push_back({corner.x, corner.y});
-  return corners;
-}
 
 TEST(Thresholds, RiseFromTheNoiseToWhatStandsOut) {
   std::vector<std::uint16_t> values(100, 16);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "anywhere/drawn_copy.h"
 #include "anywhere/hull.h"
 #include "anywhere/outline.h"
 #include "anywhere/regions.h"
@@ -12,6 +13,7 @@
 namespace {
 
 using namespace vantrel::anywhere;
+using support::corners_of;
 
 /** A map drawn with digits: the value is ten times the digit. */
 struct DrawnMap {
@@ -101,12 +103,6 @@ TEST(Outline, SeesAShapeFromItsFourSides) {
   EXPECT_EQ(outline.col_first(3), 1);
   EXPECT_EQ(outline.col_end(3), 4);
   EXPECT_EQ(outline.filled_area(), 7);
-}
-
-std::vector<std::array<double, 2>> corners_of(const Quad& quad) {
-  std::vector<std::array<double, 2>> corners;
-  for (const Point& corner : quad.corners) corners.push_back({corner.x, corner.y});
-  return corners;
 }
 
 TEST(Hull, IsConvexAndClockwise) {

@@ -15,7 +15,7 @@ using namespace vantrel::anywhere;
 using support::SlantedCard;
 using support::worst_corner;
 
-constexpr double kReach = 4.0;
+constexpr double kReachOfSnapping = 4.0;
 
 Edges edges_of(const SlantedCard& card) {
   const support::DrawnCard drawn(card);
@@ -33,7 +33,7 @@ TEST(Snap, MovesAQuadrilateralThreePixelsOntoTheCard) {
     card.half_width = 180;
     const Edges edges = edges_of(card);
     for (const Point by : {Point{3, 0}, Point{0, -3}, Point{2, 2}, Point{0, 0}})
-      EXPECT_LT(worst_corner(snap(edges, moved(card.quad(), by), kReach), card.quad()), 0.1) << slope;
+      EXPECT_LT(worst_corner(snap(edges, moved(card.quad(), by), kReachOfSnapping), card.quad()), 0.1) << slope;
   }
 }
 
@@ -42,15 +42,15 @@ TEST(Snap, WidensANarrowQuadrilateral) {
   SlantedCard narrow = card;
   narrow.half_width -= 3;
   narrow.half_height -= 3;
-  EXPECT_LT(worst_corner(snap(edges_of(card), narrow.quad(), kReach), card.quad()), 0.1);
+  EXPECT_LT(worst_corner(snap(edges_of(card), narrow.quad(), kReachOfSnapping), card.quad()), 0.1);
 }
 
 TEST(Snap, LeavesAQuadrilateralWithoutEdges) {
   const SlantedCard card;
   const Quad quad = moved(card.quad(), {0.5, 0.25});
-  EXPECT_LT(worst_corner(snap(support::edges_at({}, 100), quad, kReach), quad), 1e-9);
+  EXPECT_LT(worst_corner(snap(support::edges_at({}, 100), quad, kReachOfSnapping), quad), 1e-9);
   const Quad within{{Point{200, 180}, {400, 180}, {400, 300}, {200, 300}}};
-  EXPECT_LT(worst_corner(snap(edges_of(card), within, kReach), within), 1e-9);
+  EXPECT_LT(worst_corner(snap(edges_of(card), within, kReachOfSnapping), within), 1e-9);
 }
 
 TEST(Snap, LeavesASideThatLiesFartherThanItsReach) {
@@ -61,7 +61,7 @@ TEST(Snap, LeavesASideThatLiesFartherThanItsReach) {
   quad.corners[1].y += 6;
   quad.corners[2].y += 2;
   quad.corners[3].y += 2;
-  const Quad snapped = snap(edges_of(card), quad, kReach);
+  const Quad snapped = snap(edges_of(card), quad, kReachOfSnapping);
   EXPECT_NEAR(snapped[0].y, card.quad()[0].y + 6, 0.01);
   EXPECT_NEAR(snapped[1].y, card.quad()[1].y + 6, 0.01);
   EXPECT_NEAR(snapped[2].y, card.quad()[2].y, 0.1);
@@ -73,7 +73,7 @@ Quad snapped_to(int count) {
   std::vector<Edge> places;
   for (int i = 0; i < count; ++i) places.push_back({35.5F + static_cast<float>(i), 52.0F, 500, 128});
   const Quad quad{{Point{20, 50}, {120, 50}, {120, 90}, {20, 90}}};
-  return snap(support::edges_at(places, 100), quad, kReach);
+  return snap(support::edges_at(places, 100), quad, kReachOfSnapping);
 }
 
 TEST(Snap, AsksForAThirdOfASideOrSo) {
@@ -88,7 +88,7 @@ TEST(Snap, HeedsEdgesOfTheSidesDirectionAlone) {
     for (int i = 0; i < 60; ++i)
       places.push_back({35.5F + static_cast<float>(i), 52.0F, 500, static_cast<std::uint8_t>(direction)});
     const Quad quad{{Point{20, 50}, {120, 50}, {120, 90}, {20, 90}}};
-    EXPECT_NEAR(snap(support::edges_at(places, 100), quad, kReach)[0].y, y, 1e-6) << direction;
+    EXPECT_NEAR(snap(support::edges_at(places, 100), quad, kReachOfSnapping)[0].y, y, 1e-6) << direction;
   }
 }
 
@@ -97,7 +97,7 @@ TEST(Snap, AnswersDegenerateQuadrilaterals) {
   for (const Quad& quad :
        {Quad{}, Quad{{Point{5, 5}, {5, 5}, {5, 5}, {5, 5}}}, Quad{{Point{0, 100}, {100, 100}, {200, 100}, {300, 100}}},
         Quad{{Point{1e6, 1e6}, {2e6, 1e6}, {2e6, 2e6}, {1e6, 2e6}}}}) {
-    const Quad snapped = snap(edges, quad, kReach);
+    const Quad snapped = snap(edges, quad, kReachOfSnapping);
     for (const Point& corner : snapped.corners) EXPECT_TRUE(std::isfinite(corner.x) && std::isfinite(corner.y));
   }
 }

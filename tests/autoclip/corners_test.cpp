@@ -12,11 +12,11 @@
 
 namespace {
 
-using Corners = std::array<float, 8>;
+using FloatCorners = std::array<float, 8>;
 
 constexpr float kUnwritten = -123.5f;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 // ---- Collecting points ----
 
@@ -121,7 +121,7 @@ TEST(CalcUnknownFun, OfParallelLinesIsFarAway) {
 TEST(CalcUnknownFun, OfValuesThatAreNoNumbersIsSafe) {
   EXPECT_TRUE(std::isnan(CalcUnknownFun(kNan, 1, 1, 3, 5, 10).col));
   const typePoint nowhere =
-      CalcUnknownFun(kInfinity, kInfinity, 1, 3, 5, 10);  // the factor 1 / infinity times infinity
+      CalcUnknownFun(kInfinite, kInfinite, 1, 3, 5, 10);  // the factor 1 / infinity times infinity
   EXPECT_TRUE(std::isnan(nowhere.col));
   EXPECT_TRUE(std::isnan(nowhere.row));
   const typePoint origin = CalcUnknownFun(0, 0, 0, 0, 0, 0);  // 0 / 1e-7
@@ -135,7 +135,7 @@ TEST(CalcUnknownFun, OfValuesThatAreNoNumbersIsSafe) {
 struct Lines {
   double normal[8];
   double distance[4];
-  bool intersect(Corners& corners) {
+  bool intersect(FloatCorners& corners) {
     corners.fill(kUnwritten);
     return CalIntersectPoint(normal, distance, corners.data());
   }
@@ -145,49 +145,49 @@ struct Lines {
 Lines upright_lines() { return {{0, 1, 0, 1, 1, 0, 1, 0}, {98, 1, 0, 78}}; }
 
 TEST(CalIntersectPoint, OfUprightLinesAddsHalfAPixel) {
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(upright_lines().intersect(corners));
-  EXPECT_EQ(corners, (Corners{0.5f, 98.5f, 78.5f, 98.5f, 0.5f, 1.5f, 78.5f, 1.5f}));
+  EXPECT_EQ(corners, (FloatCorners{0.5f, 98.5f, 78.5f, 98.5f, 0.5f, 1.5f, 78.5f, 1.5f}));
 }
 
 TEST(CalIntersectPoint, TakesTheHalfPixelAlongBesideLevelLines) {
   // y' = 10 / 2 + 0.5 = 5.5; x = (20 - 5.5 * 0.5) / 2 + 0.5; x = (8 + 5.5 * 0.25) / 4 + 0.5
   // y' = 3 / 1 + 0.5 = 3.5; x = (20 - 3.5 * 0.5) / 2 + 0.5; x = (8 + 3.5 * 0.25) / 4 + 0.5
   Lines lines{{0, 2, 0, 1, 2, 0.5, 4, -0.25}, {10, 3, 20, 8}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(lines.intersect(corners));
-  EXPECT_EQ(corners, (Corners{9.125f, 5.5f, 2.84375f, 5.5f, 9.625f, 3.5f, 2.71875f, 3.5f}));
+  EXPECT_EQ(corners, (FloatCorners{9.125f, 5.5f, 2.84375f, 5.5f, 9.625f, 3.5f, 2.71875f, 3.5f}));
 }
 
 TEST(CalIntersectPoint, TakesTheHalfPixelAlongBesideUprightLines) {
   // x' = 6 / 2 + 0.5 = 3.5; y = (20 - 3.5) / 2 + 0.5 and (12 - 3.5 * 0.5) / 4 + 0.5
   // x' = 8 / 1 + 0.5 = 8.5; y = (20 - 8.5) / 2 + 0.5 and (12 - 8.5 * 0.5) / 4 + 0.5
   Lines lines{{1, 2, 0.5, 4, 2, 0, 1, 0}, {20, 12, 6, 8}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(lines.intersect(corners));
-  EXPECT_EQ(corners, (Corners{3.5f, 8.75f, 8.5f, 6.25f, 3.5f, 3.0625f, 8.5f, 2.4375f}));
+  EXPECT_EQ(corners, (FloatCorners{3.5f, 8.75f, 8.5f, 6.25f, 3.5f, 3.0625f, 8.5f, 2.4375f}));
 }
 
 TEST(CalIntersectPoint, SolvesTiltedLines) {
   // x + y = 10 and x + 2 y = 5 with x - y = 2 and 2 x - y = 8
   Lines lines{{1, 1, 1, 2, 1, -1, 2, -1}, {10, 5, 2, 8}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(lines.intersect(corners));
-  EXPECT_EQ(corners, (Corners{6.5f, 4.5f, 6.5f, 4.5f, 3.5f, 1.5f, 4.7f, 0.9f}));
+  EXPECT_EQ(corners, (FloatCorners{6.5f, 4.5f, 6.5f, 4.5f, 3.5f, 1.5f, 4.7f, 0.9f}));
 }
 
 TEST(CalIntersectPoint, MixesTheWaysPerSide) {
   // level top, tilted bottom; upright left, tilted right
   Lines lines{{0, 1, 1, 2, 1, 0, 2, -1}, {10, 5, 2, 8}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(lines.intersect(corners));
-  EXPECT_EQ(corners, (Corners{2.5f, 10.5f, 9.75f, 10.5f, 2.5f, 1.75f, 4.7f, 0.9f}));
+  EXPECT_EQ(corners, (FloatCorners{2.5f, 10.5f, 9.75f, 10.5f, 2.5f, 1.75f, 4.7f, 0.9f}));
 }
 
 TEST(CalIntersectPoint, ComputesFromTheStoredSinglePrecision) {
   // x' = 1/3 + 0.5 is 0.8333333134651184 in single precision: ten million times its error is 0.2
   Lines upright{{1e7, 1, 1e7, 1, 3, 0, 3, 0}, {1e7, 1e7, 1, 1}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(upright.intersect(corners));
   for (int i = 0; i < 8; i += 2) {
     EXPECT_EQ(corners[static_cast<std::size_t>(i)], 0.8333333f);
@@ -221,7 +221,7 @@ TEST(CalIntersectPoint, FailsForDegenerateLines) {
   };
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     Lines lines = cases[i].lines;
-    Corners corners;
+    FloatCorners corners;
     EXPECT_FALSE(lines.intersect(corners)) << "case " << i;
     for (std::size_t k = 2 * static_cast<std::size_t>(cases[i].written); k < 8; ++k) {
       EXPECT_EQ(corners[k], kUnwritten) << "case " << i << ", value " << k;
@@ -231,9 +231,9 @@ TEST(CalIntersectPoint, FailsForDegenerateLines) {
 
 TEST(CalIntersectPoint, TakesMinusZeroForZero) {
   Lines lines{{-0.0, 1, -0.0, 1, 1, -0.0, 1, -0.0}, {98, 1, 0, 78}};
-  Corners corners;
+  FloatCorners corners;
   ASSERT_TRUE(lines.intersect(corners));
-  EXPECT_EQ(corners, (Corners{0.5f, 98.5f, 78.5f, 98.5f, 0.5f, 1.5f, 78.5f, 1.5f}));
+  EXPECT_EQ(corners, (FloatCorners{0.5f, 98.5f, 78.5f, 98.5f, 0.5f, 1.5f, 78.5f, 1.5f}));
   Lines degenerate{{-0.0, -0.0, 0, 1, 1, 0, 1, 0}, {98, 1, 0, 78}};
   EXPECT_FALSE(degenerate.intersect(corners));
 }
@@ -242,12 +242,12 @@ TEST(CalIntersectPoint, TakesNotANumberForAnythingButZero) {
   for (const int index : {0, 1, 2, 3, 4, 5, 6, 7}) {
     Lines lines{{1, 1, 1, 2, 1, -1, 2, -1}, {10, 5, 2, 8}};
     lines.normal[index] = kNan;
-    Corners corners;
+    FloatCorners corners;
     EXPECT_TRUE(lines.intersect(corners)) << index;
   }
   Lines level = upright_lines();
   level.normal[0] = kNan;  // no longer level: the left line is upright
-  Corners corners;
+  FloatCorners corners;
   EXPECT_TRUE(level.intersect(corners));
   EXPECT_EQ(corners[0], 0.5f);
   EXPECT_TRUE(std::isnan(corners[1]));

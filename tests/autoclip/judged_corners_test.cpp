@@ -10,38 +10,38 @@
 
 namespace {
 
-using Corners = std::array<float, 8>;
+using FloatCorners = std::array<float, 8>;
 
-constexpr float kUnwritten = -123.5f;
+constexpr float kUnjudged = -123.5f;
 
 /** Top-left, top-right, bottom-left, bottom-right of a rectangle in rows counted from the top. */
-Corners rectangle(float left, float top, float right, float bottom) {
+FloatCorners rectangle(float left, float top, float right, float bottom) {
   return {left, top, right, top, left, bottom, right, bottom};
 }
 
 /** The same corners in memory rows. */
-Corners in_memory(Corners corners, int rows) {
+FloatCorners in_memory(FloatCorners corners, int rows) {
   for (std::size_t i = 1; i < 8; i += 2) corners[i] = static_cast<float>(rows) - corners[i];
   return corners;
 }
 
 struct Judged {
   bool accepted;
-  Corners corners;
-  Corners box;
+  FloatCorners corners;
+  FloatCorners box;
 };
 
 /** Judges corners given in rows counted from the top. */
-Judged judge(const Corners& from_top, int rows, int cols) {
+Judged judge(const FloatCorners& from_top, int rows, int cols) {
   Judged judged{false, in_memory(from_top, rows), {}};
-  judged.box.fill(kUnwritten);
+  judged.box.fill(kUnjudged);
   judged.accepted = VerifyCorrectLoc(judged.corners.data(), judged.box.data(), rows, cols);
   return judged;
 }
 
-Judged judge_m(const Corners& corners, int rows, int cols) {
+Judged judge_m(const FloatCorners& corners, int rows, int cols) {
   Judged judged{false, corners, {}};
-  judged.box.fill(kUnwritten);
+  judged.box.fill(kUnjudged);
   judged.accepted = VerifyCorrectLoc_M(judged.box.data(), judged.corners.data(), rows, cols);
   return judged;
 }
@@ -64,16 +64,16 @@ TEST(VerifyCorrectLoc, RejectsLessThanHalfTheWidthWhateverTheHeight) {
 }
 
 TEST(VerifyCorrectLoc, CountsRowsFromTheTop) {
-  Corners corners{10, 95, 70, 94, 11, 5, 71, 4}, box;  // memory rows
+  FloatCorners corners{10, 95, 70, 94, 11, 5, 71, 4}, box;  // memory rows
   EXPECT_TRUE(VerifyCorrectLoc(corners.data(), box.data(), 100, 80));
-  EXPECT_EQ(corners, (Corners{10, 5, 70, 6, 11, 95, 71, 96}));  // 100 - y, not 99 - y
+  EXPECT_EQ(corners, (FloatCorners{10, 5, 70, 6, 11, 95, 71, 96}));  // 100 - y, not 99 - y
 }
 
 TEST(VerifyCorrectLoc, OrdersCornersGivenInAnyOrder) {
-  const Corners expected{10.25f, 5, 70.5f, 6, 11.75f, 95, 71, 96};
+  const FloatCorners expected{10.25f, 5, 70.5f, 6, 11.75f, 95, 71, 96};
   std::array<std::size_t, 4> order{0, 1, 2, 3};
   do {
-    Corners shuffled;
+    FloatCorners shuffled;
     for (std::size_t i = 0; i < 4; ++i) {
       shuffled[2 * i] = expected[2 * order[i]];
       shuffled[2 * i + 1] = expected[2 * order[i] + 1];
@@ -81,52 +81,52 @@ TEST(VerifyCorrectLoc, OrdersCornersGivenInAnyOrder) {
     const Judged judged = judge(shuffled, 100, 80);
     EXPECT_TRUE(judged.accepted);
     EXPECT_EQ(judged.corners, expected);
-    EXPECT_EQ(judged.box, (Corners{10, 5, 71, 5, 10, 96, 71, 96}));
+    EXPECT_EQ(judged.box, (FloatCorners{10, 5, 71, 5, 10, 96, 71, 96}));
   } while (std::next_permutation(order.begin(), order.end()));
 }
 
 TEST(VerifyCorrectLoc, TakesTheHigherTwoForTheTopWhateverTheirSide) {
   // a diamond: the two highest are the top and the right one
   const Judged judged = judge({40, 5, 75, 45, 5, 50, 40, 95}, 100, 80);
-  EXPECT_EQ(judged.corners, (Corners{40, 5, 75, 45, 5, 50, 40, 95}));
+  EXPECT_EQ(judged.corners, (FloatCorners{40, 5, 75, 45, 5, 50, 40, 95}));
 }
 
 TEST(VerifyCorrectLoc, PutsTheLowerOfTwoCornersInOneColumnLeft) {
   // the second in the order of rows becomes the left one
   const Judged judged = judge({40, 5, 40, 10, 30, 90, 30, 95}, 100, 80);
-  EXPECT_EQ(judged.corners, (Corners{40, 10, 40, 5, 30, 95, 30, 90}));
+  EXPECT_EQ(judged.corners, (FloatCorners{40, 10, 40, 5, 30, 95, 30, 90}));
 }
 
 TEST(VerifyCorrectLoc, ClampsCornersToTheImage) {
   const Judged judged = judge({-5, -6, 90, -7, -8, 120, 95, 130}, 100, 80);
   EXPECT_TRUE(judged.accepted);
-  EXPECT_EQ(judged.corners, (Corners{0, 0, 79, 0, 0, 99, 79, 99}));
-  EXPECT_EQ(judged.box, (Corners{0, 0, 79, 0, 0, 99, 79, 99}));
+  EXPECT_EQ(judged.corners, (FloatCorners{0, 0, 79, 0, 0, 99, 79, 99}));
+  EXPECT_EQ(judged.box, (FloatCorners{0, 0, 79, 0, 0, 99, 79, 99}));
 }
 
 TEST(VerifyCorrectLoc, ClampsAtTheLastPixel) {
   const Judged judged = judge({0, 0, 79.25f, 0, 0, 99.25f, 79.5f, 99.5f}, 100, 80);
-  EXPECT_EQ(judged.corners, (Corners{0, 0, 79, 0, 0, 99, 79, 99}));
+  EXPECT_EQ(judged.corners, (FloatCorners{0, 0, 79, 0, 0, 99, 79, 99}));
   const Judged inside = judge({0.25f, 0.25f, 79, 0.5f, 0.5f, 98.75f, 78.75f, 99}, 100, 80);
-  EXPECT_EQ(inside.corners, (Corners{0.25f, 0.25f, 79, 0.5f, 0.5f, 98.75f, 78.75f, 99}));
+  EXPECT_EQ(inside.corners, (FloatCorners{0.25f, 0.25f, 79, 0.5f, 0.5f, 98.75f, 78.75f, 99}));
 }
 
 TEST(VerifyCorrectLoc, ClampsEachCornerOnItsOwnSidesOnly) {
   // all corners right of the image: the left ones stay there
   const Judged right = judge({200, 10, 300, 11, 210, 90, 310, 91}, 100, 80);
-  EXPECT_EQ(right.corners, (Corners{200, 10, 79, 11, 210, 90, 79, 91}));
+  EXPECT_EQ(right.corners, (FloatCorners{200, 10, 79, 11, 210, 90, 79, 91}));
   EXPECT_FALSE(right.accepted);
   // all corners left of the image: the right ones stay there
   const Judged left = judge({-300, 10, -200, 11, -310, 90, -210, 91}, 100, 80);
-  EXPECT_EQ(left.corners, (Corners{0, 10, -200, 11, 0, 90, -210, 91}));
+  EXPECT_EQ(left.corners, (FloatCorners{0, 10, -200, 11, 0, 90, -210, 91}));
   EXPECT_FALSE(left.accepted);
   // all corners below the image: the top ones stay there
   const Judged below = judge({5, 200, 70, 201, 6, 210, 71, 211}, 100, 80);
-  EXPECT_EQ(below.corners, (Corners{5, 200, 70, 201, 6, 99, 71, 99}));
+  EXPECT_EQ(below.corners, (FloatCorners{5, 200, 70, 201, 6, 99, 71, 99}));
   EXPECT_FALSE(below.accepted);
   // all corners above the image: the bottom ones stay there
   const Judged above = judge({5, -60, 70, -61, 6, -50, 71, -51}, 100, 80);
-  EXPECT_EQ(above.corners, (Corners{5, 0, 70, 0, 6, -50, 71, -51}));
+  EXPECT_EQ(above.corners, (FloatCorners{5, 0, 70, 0, 6, -50, 71, -51}));
   EXPECT_FALSE(above.accepted);
 }
 
@@ -147,13 +147,13 @@ TEST(VerifyCorrectLoc, RoundsTheTopInDoublePrecision) {
 
 TEST(VerifyCorrectLoc, TakesTheOutermostCornersForTheBox) {
   const Judged judged = judge({9.75f, 5.5f, 69.75f, 5, 8.75f, 90.25f, 70.75f, 89.5f}, 100, 80);
-  EXPECT_EQ(judged.box, (Corners{8, 5, 70, 5, 8, 90, 70, 90}));
+  EXPECT_EQ(judged.box, (FloatCorners{8, 5, 70, 5, 8, 90, 70, 90}));
 }
 
 TEST(VerifyCorrectLoc, FillsTheBoxOfRejectedCornersToo) {
   const Judged judged = judge(rectangle(20, 30, 30, 40), 100, 80);
   EXPECT_FALSE(judged.accepted);
-  EXPECT_EQ(judged.box, (Corners{20, 30, 30, 30, 20, 40, 30, 40}));
+  EXPECT_EQ(judged.box, (FloatCorners{20, 30, 30, 30, 20, 40, 30, 40}));
 }
 
 constexpr float kMost = 2147483648.0f;  // whole numbers of the box end here
@@ -161,8 +161,8 @@ constexpr float kMost = 2147483648.0f;  // whole numbers of the box end here
 /** What becomes of rectangle(5, 5, 70, 90) in 100 x 80 when one of its values is far away. */
 struct FarValue {
   std::size_t index;
-  Corners corners;
-  Corners box;
+  FloatCorners corners;
+  FloatCorners box;
 };
 
 TEST(VerifyCorrectLoc, PutsCornersFarRightAndBelowAtTheLastColumnAndRow) {
@@ -178,7 +178,7 @@ TEST(VerifyCorrectLoc, PutsCornersFarRightAndBelowAtTheLastColumnAndRow) {
   };
   for (const float far : {1e30f, std::numeric_limits<float>::infinity()}) {
     for (const FarValue& c : cases) {
-      Corners corners = rectangle(5, 5, 70, 90);
+      FloatCorners corners = rectangle(5, 5, 70, 90);
       corners[c.index] = far;
       const Judged judged = judge(corners, 100, 80);
       EXPECT_TRUE(judged.accepted) << c.index;
@@ -188,7 +188,7 @@ TEST(VerifyCorrectLoc, PutsCornersFarRightAndBelowAtTheLastColumnAndRow) {
       EXPECT_TRUE(kept.accepted) << c.index;
       EXPECT_EQ(kept.box, c.index % 2 == 0 ? c.box : rectangle(5, 5, 70, kMost)) << c.index;
     }
-    Corners all;
+    FloatCorners all;
     all.fill(far);
     const Judged judged = judge(all, 100, 80), kept = judge_m(all, 100, 80);
     EXPECT_FALSE(judged.accepted);
@@ -211,7 +211,7 @@ TEST(VerifyCorrectLoc, PutsCornersFarLeftAndAboveAtTheFirstColumnAndRow) {
   };
   for (const float far : {-1e30f, -std::numeric_limits<float>::infinity()}) {
     for (const FarValue& c : cases) {
-      Corners corners = rectangle(5, 5, 70, 90);
+      FloatCorners corners = rectangle(5, 5, 70, 90);
       corners[c.index] = far;
       const Judged judged = judge(corners, 100, 80);
       EXPECT_TRUE(judged.accepted) << c.index;
@@ -221,7 +221,7 @@ TEST(VerifyCorrectLoc, PutsCornersFarLeftAndAboveAtTheFirstColumnAndRow) {
       EXPECT_TRUE(kept.accepted) << c.index;
       EXPECT_EQ(kept.box, c.index % 2 == 0 ? rectangle(1, 5, 70, 90) : rectangle(5, -kMost, 70, 90)) << c.index;
     }
-    Corners all;
+    FloatCorners all;
     all.fill(far);
     const Judged judged = judge(all, 100, 80), kept = judge_m(all, 100, 80);
     EXPECT_FALSE(judged.accepted);
@@ -233,7 +233,7 @@ TEST(VerifyCorrectLoc, PutsCornersFarLeftAndAboveAtTheFirstColumnAndRow) {
 
 TEST(VerifyCorrectLoc, GivesABoxOfWholeNumbersForValuesThatAreNone) {
   for (std::size_t i = 0; i < 8; ++i) {
-    Corners corners = rectangle(5, 5, 70, 90);
+    FloatCorners corners = rectangle(5, 5, 70, 90);
     corners[i] = std::nanf("");
     for (const Judged& judged : {judge(corners, 100, 80), judge_m(corners, 100, 80)}) {
       const float w = judged.box[2] - judged.box[0] + 1, h = judged.box[5] - judged.box[1] + 1;
@@ -241,27 +241,28 @@ TEST(VerifyCorrectLoc, GivesABoxOfWholeNumbersForValuesThatAreNone) {
       EXPECT_EQ(judged.accepted, w >= 40 && h >= 50 && w + h >= 90) << i;
     }
   }
-  Corners none;
+  FloatCorners none;
   none.fill(std::nanf(""));
   for (const Judged& judged : {judge(none, 100, 80), judge_m(none, 100, 80)}) {
     EXPECT_FALSE(judged.accepted);
-    EXPECT_EQ(judged.box, Corners{});
+    EXPECT_EQ(judged.box, FloatCorners{});
   }
 }
 
 TEST(VerifyCorrectLocM, KeepsRowsAsTheyAre) {
   const Judged judged = judge_m({71, 96, 11, 95, 70, 6, 10, 5}, 100, 80);
   EXPECT_TRUE(judged.accepted);
-  EXPECT_EQ(judged.corners, (Corners{10, 5, 70, 6, 11, 95, 71, 96}));
-  EXPECT_EQ(judged.box, (Corners{10, 5, 71, 5, 10, 96, 71, 96}));
+  EXPECT_EQ(judged.corners, (FloatCorners{10, 5, 70, 6, 11, 95, 71, 96}));
+  EXPECT_EQ(judged.box, (FloatCorners{10, 5, 71, 5, 10, 96, 71, 96}));
 }
 
 TEST(VerifyCorrectLocM, ClampsColumnsOnly) {
   const Judged judged = judge_m({-5, -6, 81, -7, -8, 120, 80, 130}, 100, 80);
-  EXPECT_EQ(judged.corners, (Corners{1, -6, 79, -7, 1, 120, 80, 130}));  // up to the width itself nothing is clamped
-  EXPECT_EQ(judged.box, (Corners{1, -7, 80, -7, 1, 130, 80, 130}));
+  EXPECT_EQ(judged.corners,
+            (FloatCorners{1, -6, 79, -7, 1, 120, 80, 130}));  // up to the width itself nothing is clamped
+  EXPECT_EQ(judged.box, (FloatCorners{1, -7, 80, -7, 1, 130, 80, 130}));
   EXPECT_TRUE(judged.accepted);
-  EXPECT_EQ(judge_m({0, 5, 80.5f, 5, 0, 90, 70, 90}, 100, 80).corners, (Corners{0, 5, 79, 5, 0, 90, 70, 90}));
+  EXPECT_EQ(judge_m({0, 5, 80.5f, 5, 0, 90, 70, 90}, 100, 80).corners, (FloatCorners{0, 5, 79, 5, 0, 90, 70, 90}));
 }
 
 TEST(VerifyCorrectLocM, JudgesLikeTheOther) {

@@ -1,9 +1,8 @@
 // Quadrilaterals, and what is cut out along them.
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "cards/pictures.h"
+#include "support/numbers.h"
 
 namespace {
 
@@ -12,9 +11,8 @@ using pictures::Memory;
 using pictures::Picture;
 using pictures::Rows;
 using pictures::upright;
-
-constexpr double kInfinite = std::numeric_limits<double>::infinity();
-constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+using support::kInfinite;
+using support::kNoNumber;
 
 TEST(CardsQuad, ScalesEveryCorner) {
   vantrel_quad quad = {{1, 2}, {9, 3}, {8, 7.5}, {-1, 6}};

@@ -15,7 +15,7 @@ using pictures::Rows;
 
 using Numbers = std::array<double, 8>;
 
-vantrel_dark_glass details_of(const Cards& cards) {
+vantrel_dark_glass dark_glass_of(const Cards& cards) {
   vantrel_dark_glass details = {};
   details.size = sizeof details;
   EXPECT_EQ(vantrel_cards_dark_glass(cards.get(), &details), VANTREL_OK);
@@ -53,7 +53,7 @@ TEST(DarkGlass, TellsLinesAndBandsInTheCoordinatesOfTheScan) {
   const Memory memory = card_on_glass();
   const Only options(VANTREL_METHOD_DARK_GLASS);
   const Cards cards(memory.image(), &options);
-  const vantrel_dark_glass details = details_of(cards);
+  const vantrel_dark_glass details = dark_glass_of(cards);
   EXPECT_EQ(details.reduction, 1);
   EXPECT_EQ(details.width, 400);
   EXPECT_EQ(details.height, 300);
@@ -86,7 +86,7 @@ TEST(DarkGlass, LaysASideThatIsNotFoundOnTheFrame) {
   EXPECT_EQ(card.sides[VANTREL_SIDE_LEFT].confidence, 0.0);
   EXPECT_EQ(card.sides[VANTREL_SIDE_RIGHT].found, 1);
   EXPECT_NEAR(card.confidence, 0.7477, 0.0001);
-  const vantrel_dark_side left = details_of(cards).sides[VANTREL_SIDE_LEFT];
+  const vantrel_dark_side left = dark_glass_of(cards).sides[VANTREL_SIDE_LEFT];
   EXPECT_EQ(left.found, 0);
   EXPECT_EQ(left.votes, 0.0);
   expect_line(left.line, 1, 0, 0.5);
@@ -102,7 +102,7 @@ TEST(DarkGlass, IsSureOfASideWhoseLineRunsOnBeyondTheCard) {
   const Cards cards(memory.image(), &options);
   ASSERT_EQ(cards.count(), 1u);
   EXPECT_EQ(coordinates(cards[0].corners), (Numbers{29.5, 19.5, 369.5, 19.5, 369.5, 280.5, 29.5, 280.5}));
-  EXPECT_NEAR(details_of(cards).sides[VANTREL_SIDE_TOP].votes, 365, 1e-6);
+  EXPECT_NEAR(dark_glass_of(cards).sides[VANTREL_SIDE_TOP].votes, 365, 1e-6);
   EXPECT_EQ(cards[0].sides[VANTREL_SIDE_TOP].confidence, 1.0);
 }
 
@@ -111,7 +111,7 @@ std::array<int, 2> analysed(const Memory& memory, double dpi, double analysis_dp
   Only options(VANTREL_METHOD_DARK_GLASS);
   options.analysis_dpi = analysis_dpi;
   const Cards cards(memory.image(dpi), &options);
-  const vantrel_dark_glass details = details_of(cards);
+  const vantrel_dark_glass details = dark_glass_of(cards);
   return {details.reduction, details.width};
 }
 
@@ -127,8 +127,8 @@ std::array<int, 2> sides_found(const Memory& memory, double dpi, double analysis
   options.analysis_dpi = analysis_dpi;
   const Cards cards(memory.image(dpi), &options);
   int found = 0;
-  for (const vantrel_dark_side& side : details_of(cards).sides) found += side.found;
-  return {found, details_of(cards).reduction};
+  for (const vantrel_dark_side& side : dark_glass_of(cards).sides) found += side.found;
+  return {found, dark_glass_of(cards).reduction};
 }
 
 TEST(DarkGlass, IsSearchedOnTheScanItselfWhereThatShowsAllSides) {
@@ -177,7 +177,7 @@ TEST(DarkGlass, IsToldInTheCoordinatesOfTheScanAfterAReduction) {
     ASSERT_EQ(cards.count(), 1u);
     EXPECT_EQ(coordinates(cards[0].corners), (Numbers{59, 39, 741, 39, 741, 561, 59, 561}));
     EXPECT_NEAR(cards[0].confidence, 0.9966, 0.0001);
-    const vantrel_dark_glass details = details_of(cards);
+    const vantrel_dark_glass details = dark_glass_of(cards);
     EXPECT_EQ(details.reduction, 2);
     expect_line(details.sides[VANTREL_SIDE_BOTTOM].line, 0, -1, -561);
     expect_line(details.sides[VANTREL_SIDE_LEFT].line, 1, 0, 59);
@@ -200,7 +200,7 @@ TEST(DarkGlass, TellsTheTiltClockwise) {
     EXPECT_NEAR(card.corners.bottom_right.x, corners[6], 2);
     EXPECT_NEAR(card.corners.bottom_right.y, corners[7], 2);
     // the lines of the sides run through the corners
-    const vantrel_dark_glass details = details_of(cards);
+    const vantrel_dark_glass details = dark_glass_of(cards);
     EXPECT_EQ(details.tilt, card.tilt);
     for (const int side : {VANTREL_SIDE_TOP, VANTREL_SIDE_LEFT}) {
       const vantrel_line& line = details.sides[side].line;
@@ -243,7 +243,7 @@ TEST(DarkGlass, SeesNothingButTheFrameAroundASpeck) {
   const Cards cards(memory.image(), &options);
   EXPECT_EQ(cards.count(), 0u);
   EXPECT_EQ(cards.reason(VANTREL_METHOD_DARK_GLASS), VANTREL_REASON_NO_SIDE);
-  const vantrel_dark_glass details = details_of(cards);
+  const vantrel_dark_glass details = dark_glass_of(cards);
   EXPECT_EQ(details.has_lines, 1);
   EXPECT_EQ(details.has_corners, 1);
   EXPECT_EQ(coordinates(details.corners), (Numbers{0.5, 1.5, 398.5, 1.5, 398.5, 298.5, 0.5, 298.5}));
@@ -255,7 +255,7 @@ TEST(DarkGlass, HasNothingToTellOfABlankScan) {
   Memory memory(400, 300, VANTREL_FORMAT_GRAY);
   const Only options(VANTREL_METHOD_DARK_GLASS);
   const Cards cards(memory.image(), &options);
-  const vantrel_dark_glass details = details_of(cards);
+  const vantrel_dark_glass details = dark_glass_of(cards);
   EXPECT_EQ(details.reduction, 1);
   EXPECT_EQ(details.width, 400);
   EXPECT_EQ(details.has_lines, 0);

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "cards/scans.h"
+#include "support/numbers.h"
 
 namespace {
 
@@ -11,9 +12,8 @@ using pictures::card_on_glass;
 using pictures::Cards;
 using pictures::Memory;
 using pictures::Only;
-
-constexpr double kInfinite = std::numeric_limits<double>::infinity();
-constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+using support::kInfinite;
+using support::kNoNumber;
 
 template <class Change>
 vantrel_status status_with(Change change) {

@@ -14,7 +14,7 @@ using pictures::Rows;
 
 using Numbers = std::array<double, 8>;
 
-vantrel_flat_light details_of(const Cards& cards) {
+vantrel_flat_light flat_light_of(const Cards& cards) {
   vantrel_flat_light details = {};
   details.size = sizeof details;
   EXPECT_EQ(vantrel_cards_flat_light(cards.get(), &details), VANTREL_OK);
@@ -42,7 +42,7 @@ TEST(FlatLight, FindsTheRectangleInEveryColourFormatAndOrderOfRows) {
       EXPECT_EQ(card.sides[VANTREL_SIDE_LEFT].confidence, 1.0);
       EXPECT_GT(card.sides[VANTREL_SIDE_BOTTOM].confidence, 0.5);
       EXPECT_LE(card.confidence, 1.0);
-      const vantrel_flat_light details = details_of(cards);
+      const vantrel_flat_light details = flat_light_of(cards);
       EXPECT_EQ(details.reduction, 1);
       EXPECT_EQ(pictures::bounds(details.rectangle), (std::array{22, 53, 280, 340}));
       EXPECT_EQ(found(details.sides), (std::array{1, 1, 1, 1}));
@@ -91,7 +91,7 @@ TEST(FlatLight, SeesNoCardWithoutASide) {
     const Cards cards(memory.image(), &options);
     EXPECT_EQ(cards.count(), 0u);
     EXPECT_EQ(cards.reason(VANTREL_METHOD_FLAT_LIGHT), VANTREL_REASON_NO_SIDE);
-    const vantrel_flat_light details = details_of(cards);
+    const vantrel_flat_light details = flat_light_of(cards);
     EXPECT_EQ(found(details.sides), (std::array{0, 0, 0, 0}));
     EXPECT_EQ(pictures::bounds(details.rectangle), expected[static_cast<std::size_t>(index++)]);
   }
@@ -111,7 +111,7 @@ TEST(FlatLight, IsToldInTheCoordinatesOfTheScanAfterAReduction) {
   const Cards cards(memory.image(200), &options);
   ASSERT_EQ(cards.count(), 1u);
   EXPECT_EQ(coordinates(cards[0].corners), (Numbers{44, 106, 560, 106, 560, 680, 44, 680}));
-  EXPECT_EQ(details_of(cards).reduction, 2);
+  EXPECT_EQ(flat_light_of(cards).reduction, 2);
 }
 
 TEST(FlatLight, SearchesByColourOnlyWhatHasColours) {
@@ -120,7 +120,7 @@ TEST(FlatLight, SearchesByColourOnlyWhatHasColours) {
   const Only options(VANTREL_METHOD_FLAT_LIGHT);
   const Memory gray = copy_of(drawn, VANTREL_FORMAT_GRAY);
   const Cards cards(gray.image(), &options);
-  const vantrel_flat_light details = details_of(cards);
+  const vantrel_flat_light details = flat_light_of(cards);
   // the default of a gray scan is the whole of it
   EXPECT_EQ(details.sides[VANTREL_SIDE_TOP].found == 0, details.rectangle.top == 0);
 }

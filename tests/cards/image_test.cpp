@@ -6,13 +6,13 @@
 #include <limits>
 
 #include "cards/pictures.h"
+#include "support/numbers.h"
 
 namespace {
 
 using pictures::Memory;
-
-constexpr double kInfinite = std::numeric_limits<double>::infinity();
-constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+using support::kInfinite;
+using support::kNoNumber;
 
 vantrel_status check(int width, int height, std::ptrdiff_t stride, int format, double dpi = 0) {
   static const unsigned char byte = 0;

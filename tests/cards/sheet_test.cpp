@@ -16,7 +16,7 @@ using pictures::sheet_with;
 
 using Numbers = std::array<double, 8>;
 
-vantrel_sheet details_of(const Cards& cards) {
+vantrel_sheet sheet_of(const Cards& cards) {
   vantrel_sheet details = {};
   details.size = sizeof details;
   EXPECT_EQ(vantrel_cards_sheet(cards.get(), &details), VANTREL_OK);
@@ -24,19 +24,19 @@ vantrel_sheet details_of(const Cards& cards) {
 }
 
 // At 300 dots per inch a sheet is reduced by 3; a card is then 355 x 220 pixels.
-const std::vector<Block> kThree = {{60, 240, 1125, 900}, {60, 1290, 1125, 1950}, {1260, 840, 2325, 1500}};
+const std::vector<Block> kThreeBlocks = {{60, 240, 1125, 900}, {60, 1290, 1125, 1950}, {1260, 840, 2325, 1500}};
 
 TEST(Sheet, FindsCardsInReadingOrderInEveryOrderOfRows) {
   const Only options(VANTREL_METHOD_SHEET);
   for (const Rows rows : {Rows::kFromTop, Rows::kFromBottom}) {
-    const Memory memory = sheet_with(2400, 2100, kThree, VANTREL_FORMAT_BILEVEL, rows);
+    const Memory memory = sheet_with(2400, 2100, kThreeBlocks, VANTREL_FORMAT_BILEVEL, rows);
     const Cards cards(memory.image(300), &options);
     ASSERT_EQ(cards.count(), 3u);
     // What is found ends with the first of the three rows and columns that a reduced one stands for.
     EXPECT_EQ(coordinates(cards[0].corners), (Numbers{60, 242, 1123, 242, 1123, 900, 60, 900}));
     EXPECT_EQ(coordinates(cards[1].corners), (Numbers{1260, 842, 2323, 842, 2323, 1500, 1260, 1500}));
     EXPECT_EQ(coordinates(cards[2].corners), (Numbers{60, 1292, 1123, 1292, 1123, 1950, 60, 1950}));
-    const vantrel_sheet details = details_of(cards);
+    const vantrel_sheet details = sheet_of(cards);
     EXPECT_EQ(details.reduction, 3);
     EXPECT_EQ(details.columns, 2);
     EXPECT_EQ(bounds(details.cards[0].place), (std::array{60, 242, 1123, 900}));
@@ -72,19 +72,19 @@ TEST(Sheet, IsMeasuredInWholePixelsPerMetre) {
   const Only options(VANTREL_METHOD_SHEET);
   const Cards cards(memory.image(360), &options);
   ASSERT_EQ(cards.count(), 1u);
-  const vantrel_rect place = details_of(cards).cards[0].place;
+  const vantrel_rect place = sheet_of(cards).cards[0].place;
   EXPECT_EQ(place.bottom - place.top, 4 * 196 + 1);
 }
 
 TEST(Sheet, FindsNoMoreCardsThanAskedFor) {
-  const Memory memory = sheet_with(2400, 2100, kThree);
+  const Memory memory = sheet_with(2400, 2100, kThreeBlocks);
   for (const int most : {1, 2, 3, 4}) {
     Only options(VANTREL_METHOD_SHEET);
     options.most_cards = most;
     const Cards cards(memory.image(300), &options);
     ASSERT_EQ(cards.count(), static_cast<std::size_t>(std::min(most, 3)));
     EXPECT_EQ(cards[0].corners.top_left.y, 242);
-    EXPECT_EQ(details_of(cards).cards[static_cast<std::size_t>(most) % 10].column, 0);
+    EXPECT_EQ(sheet_of(cards).cards[static_cast<std::size_t>(most) % 10].column, 0);
   }
 }
 
@@ -97,7 +97,7 @@ TEST(Sheet, FindsTheSameInEveryFormat) {
     const Cards cards(memory.image(300), &options);
     ASSERT_EQ(cards.count(), 1u);
     EXPECT_EQ(coordinates(cards[0].corners), (Numbers{174, 542, 1237, 542, 1237, 1200, 174, 1200}));
-    EXPECT_EQ(details_of(cards).columns, 1);
+    EXPECT_EQ(sheet_of(cards).columns, 1);
   }
 }
 
@@ -122,7 +122,7 @@ TEST(Sheet, StraightensACardByItsOwnBorders) {
     const Memory memory = pictures::copy_of(card_on_black(2, 24), format, Rows::kFromBottom);
     const Cards cards(memory.image(300), &options);
     ASSERT_EQ(cards.count(), 1u);
-    const vantrel_sheet_card details = details_of(cards).cards[0];
+    const vantrel_sheet_card details = sheet_of(cards).cards[0];
     const vantrel_card card = cards[0];
     ASSERT_EQ(details.straightened, 1);
     // 0.35 inches beside the place and 0.2 above and below it, where the scan has them
@@ -152,7 +152,7 @@ TEST(Sheet, IsNotStraightenedByOneSide) {
   options.straighten = 1;
   const Cards cards(memory.image(300), &options);
   ASSERT_EQ(cards.count(), 1u);
-  const vantrel_sheet_card details = details_of(cards).cards[0];
+  const vantrel_sheet_card details = sheet_of(cards).cards[0];
   EXPECT_EQ(bounds(details.searched), (std::array{0, 57, 1200, 835}));
   EXPECT_EQ(details.straightened, 0);
   EXPECT_EQ(coordinates(cards[0].corners), coordinates(pictures::upright(details.place.left, details.place.top,
@@ -175,14 +175,14 @@ TEST(Sheet, LeavesACardWithoutBordersInItsPlace) {
   const Memory bits = sheet_with(1500, 1500, {{180, 540, 1245, 1200}});
   const Cards bilevel(bits.image(300), &options);
   ASSERT_EQ(bilevel.count(), 1u);
-  EXPECT_EQ(details_of(bilevel).cards[0].straightened, 0);
-  EXPECT_EQ(bounds(details_of(bilevel).cards[0].searched), (std::array{0, 0, 0, 0}));
+  EXPECT_EQ(sheet_of(bilevel).cards[0].straightened, 0);
+  EXPECT_EQ(bounds(sheet_of(bilevel).cards[0].searched), (std::array{0, 0, 0, 0}));
   std::vector<Block> strokes;
   for (int x = 180; x < 1245; x += 15) strokes.push_back({x, 640, x + 3, 1100});
   const Memory gray = sheet_with(1500, 1500, strokes, VANTREL_FORMAT_GRAY);
   const Cards print(gray.image(300), &options);
   ASSERT_EQ(print.count(), 1u);
-  const vantrel_sheet_card details = details_of(print).cards[0];
+  const vantrel_sheet_card details = sheet_of(print).cards[0];
   EXPECT_EQ(details.straightened, 0);
   EXPECT_EQ(bounds(details.searched), (std::array{69, 479, 1342, 1257}));
   EXPECT_EQ(coordinates(print[0].corners), coordinates(pictures::upright(details.place.left, details.place.top,

@@ -36,7 +36,7 @@ SlantedCard lively_card() {
 }
 
 /** Returns how many allocations a step makes; it is true where there was memory. */
-int fail_each_allocation(const std::function<bool()>& step) {
+int fail_each_of_step(const std::function<bool()>& step) {
   for (int number = 0; number < 1000; ++number) {
     failing::fail_allocation(number);
     const bool done = step();
@@ -52,7 +52,7 @@ int fail_each_allocation(const std::function<bool()>& step) {
 TEST(AnywhereAllocationFailure, LeavesNothingFound) {
   const DrawnCard drawn(lively_card());
   const auto found = std::make_unique<Findings>();
-  const int count = fail_each_allocation([&] {
+  const int count = fail_each_of_step([&] {
     found->count = 7;
     find_anywhere(drawn.scan(), kMostCards, *found);
     EXPECT_EQ(found->count, found->ready ? 1 : 0);
@@ -65,7 +65,7 @@ TEST(AnywhereAllocationFailure, LeavesNothingFound) {
 TEST(AnywhereAllocationFailure, EndsEveryStep) {
   const DrawnCard drawn(lively_card());
   auto analysis = std::make_unique<Analysis>();
-  const int analysed = fail_each_allocation([&] {
+  const int analysed = fail_each_of_step([&] {
     auto fresh = std::make_unique<Analysis>();
     const bool done = analyse(drawn.scan(), *fresh);
     if (done) analysis = std::move(fresh);
@@ -74,7 +74,7 @@ TEST(AnywhereAllocationFailure, EndsEveryStep) {
   EXPECT_GE(analysed, 18);
   ASSERT_GE(analysis->lines.edge_lines(), 8);
   ASSERT_GE(analysis->candidates.count(), 20U);
-  EXPECT_EQ(2, fail_each_allocation([&] {
+  EXPECT_EQ(2, fail_each_of_step([&] {
               Finalists finalists;
               return choose_finalists(drawn.scan(), *analysis, finalists);
             }));
@@ -84,7 +84,7 @@ TEST(AnywhereAllocationFailure, EndsTheCopyOfEveryLayout) {
   const std::vector<unsigned char> bytes(64 * 64 * 4, 99);
   for (const auto& [layout, expected] : {std::pair{Layout::kGray, 3}, {Layout::kBilevel, 2}, {Layout::kBgra, 5}}) {
     const Scan scan = {{bytes.data(), 64, 64, 256}, layout};
-    EXPECT_EQ(expected, fail_each_allocation([&] { return reduce(scan).ready(); }));
+    EXPECT_EQ(expected, fail_each_of_step([&] { return reduce(scan).ready(); }));
   }
 }
 
@@ -97,7 +97,7 @@ TEST(AnywhereAllocationFailure, IsReportedOfALivelyScan) {
   });
   const vantrel_image scan = memory.image(0);
   const pictures::Only options(VANTREL_METHOD_ANYWHERE);
-  const int count = fail_each_allocation([&] {
+  const int count = fail_each_of_step([&] {
     char elsewhere = 0;
     auto* cards = reinterpret_cast<vantrel_cards*>(&elsewhere);
     const vantrel_status status = vantrel_find(&scan, &options, &cards);

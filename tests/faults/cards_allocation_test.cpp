@@ -15,7 +15,7 @@ using pictures::Only;
 using pictures::Picture;
 
 /** Returns how many allocations a call makes. */
-int fail_each_allocation(const std::function<vantrel_status()>& call) {
+int fail_each_call(const std::function<vantrel_status()>& call) {
   for (int number = 0; number < 1000; ++number) {
     failing::fail_allocation(number);
     const vantrel_status status = call();
@@ -31,7 +31,7 @@ int fail_each_allocation(const std::function<vantrel_status()>& call) {
 /** Searches a scan; the handle is null unless there is an answer. */
 int fail_find(const Memory& memory, double dpi, const vantrel_find_options& options, std::size_t expected) {
   const vantrel_image scan = memory.image(dpi);
-  return fail_each_allocation([&] {
+  return fail_each_call([&] {
     char elsewhere = 0;
     auto* cards = reinterpret_cast<vantrel_cards*>(&elsewhere);
     const vantrel_status status = vantrel_find(&scan, &options, &cards);
@@ -86,14 +86,14 @@ TEST(CardsAllocationFailure, EndsTheSearchForTheBordersOfACardOnASheet) {
 void fail_picture(const std::function<vantrel_status(vantrel_picture*)>& make, int in_block, int in_memory) {
   Picture natural;
   ASSERT_EQ(make(&natural), VANTREL_OK);
-  EXPECT_EQ(in_block, fail_each_allocation([&] {
+  EXPECT_EQ(in_block, fail_each_call([&] {
               Picture picture;
               const vantrel_status status = make(&picture);
               EXPECT_EQ(picture.data == nullptr, status != VANTREL_OK);
               EXPECT_EQ(picture.width == 0, status != VANTREL_OK);
               return status;
             }));
-  EXPECT_EQ(in_memory, fail_each_allocation([&] {
+  EXPECT_EQ(in_memory, fail_each_call([&] {
               Memory own(natural.width, natural.height, natural.format, pictures::Rows::kFromBottom, 3);
               const std::vector<unsigned char> before = own.bytes();
               vantrel_picture picture = own.picture();

@@ -22,7 +22,7 @@ constexpr std::int64_t kPixels = std::int64_t{kWidth} * kHeight;
 constexpr std::int64_t kRow = 3 * kWidth;
 
 /** A bright card with print on dark, noisy ground. */
-Image card_scan(int bit_count) {
+Image printed_card(int bit_count) {
   Image scan(kWidth, kHeight, bit_count);
   support::Random random(4);
   for (int y = 0; y < kHeight; ++y) {
@@ -50,7 +50,7 @@ std::int64_t beside_result(Operation operation) {
 }
 
 TEST(PeakMemory, OfTheMainOperationIsUnderSixFifthsOfAByteAPixel) {
-  Image colour = card_scan(24);
+  Image colour = printed_card(24);
   const std::int64_t most =
       beside_result([&](Image& card) { return AutoClipRedundantImg(colour.handle(), nullptr, card.ptr(), 1) == 1; });
   EXPECT_LE(5 * most, 6 * kPixels);
@@ -59,7 +59,7 @@ TEST(PeakMemory, OfTheMainOperationIsUnderSixFifthsOfAByteAPixel) {
 }
 
 TEST(PeakMemory, OfOtherOperationsIsSomeRows) {
-  Image gray = card_scan(8), colour = card_scan(24);
+  Image gray = printed_card(8), colour = printed_card(24);
   EXPECT_EQ(beside_result([&](Image& made) { return Color2Gray(colour.ptr(), made.ptr()); }), 0);
   EXPECT_EQ(beside_result([&](Image& made) {
               return CutRectImage(colour.ptr(), made.ptr(), {1, 698, 1098, 1, 0}) == 1;

@@ -53,11 +53,12 @@ TEST(LooseWeight, IsLessThanAPartTooMuch) {
 }
 
 /** A row for each piece, one behind the other, with some bytes around them. */
-struct Rows {
+struct SpreadRows {
   std::vector<unsigned char> bytes;
   int steps;
 
-  explicit Rows(int steps) : bytes(static_cast<std::size_t>(kPieces * (steps + 1) * kLooseStep), 99), steps(steps) {}
+  explicit SpreadRows(int steps)
+      : bytes(static_cast<std::size_t>(kPieces * (steps + 1) * kLooseStep), 99), steps(steps) {}
   unsigned char* row(int piece) { return bytes.data() + (piece * (steps + 1)) * kLooseStep + 7; }
 };
 
@@ -68,7 +69,7 @@ TEST(Spread, IsTheSameInEveryForm) {
       std::vector<unsigned char> points(static_cast<std::size_t>(steps * kLooseStep + kLooseBytes));
       for (unsigned char& point : points) point = random.pick(0, share) == 0 ? 255 : 0;
       const auto spread = [&](const Kernels& form) {
-        Rows rows(steps);
+        SpreadRows rows(steps);
         unsigned char* to[kPieces] = {rows.row(0), rows.row(1)};
         form.spread(points.data() - kFirstLoose, steps, to);
         return rows.bytes;
@@ -82,7 +83,7 @@ TEST(Spread, IsTheSameInEveryForm) {
 TEST(Spread, GivesASingleByteItsWeights) {
   std::array<unsigned char, 2 * kLooseStep> points{};
   points[10] = 255;
-  Rows rows(1);
+  SpreadRows rows(1);
   unsigned char* to[kPieces] = {rows.row(0), rows.row(1)};
   plain::spread(points.data() + 4, 1, to);
   EXPECT_EQ(rows.row(0)[6], 11);
