@@ -1,3 +1,11 @@
+# Has the headers that nearly all of the library's sources include read once, where that is wanted. A source still includes
+# what it uses.
+function(precompile_common_headers target)
+  if(VANTREL_UNITY)
+    target_precompile_headers(${target} PRIVATE <algorithm> <array> <cmath> <cstddef> <cstdint> <span>)
+  endif()
+endfunction()
+
 # Compiles the sources of a target together, those of one folder in one piece, where that is wanted: what they all include
 # is read once. Names that they keep to themselves then meet.
 function(unite_folders target)
