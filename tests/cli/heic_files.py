@@ -65,7 +65,7 @@ def heic(told=(64, 48), grid=grid(64, 48), outside=False, kind=b"grid", part=1, 
 
 
 def coarse(rows, columns, told=1024, data=TILE, parameters=False):
-    """So many tiles of 1024 x 1024, which are said to have another size; their parameters stand in the data, too."""
+    """So many tiles of 1024 x 1024, said to have `told` x `told`; or with their parameters among the data, too."""
     width, height = told * columns, told * rows
     file = bytearray(heic(told=(width, height), grid=grid(width, height, rows, columns), parts=rows * columns, tile=(told, told)))
     place = file.index(b"hvcC") + 4
@@ -105,7 +105,7 @@ def in_two_pieces(content):
     file[tile + 14 : tile + 14] = bytes(8)
     for box in (b"meta", b"iloc"):
         add(file, file.index(box) - 4, 8)
-    add(file, tile + 14 + 8 + 2 * 20 - 14, 8)  # the metadata behind
+    add(file, tile + 8 + 2 * 20, 8)  # the metadata behind
     file[tile : tile + 22] = struct.pack(">IHIIII", len(file) + 8, 2, length - half, half, 0, length - half)
     return bytes(file) + struct.pack(">I", 8 + length) + b"mdat" + data[half:] + data[:half]
 
