@@ -2,10 +2,12 @@
 
 import numpy as np
 import pytest
+from PIL import Image
 
+import profiles
 import scans
 from cost import SANITIZED
-from heic_files import coarse, grid, heic, in_two_pieces, layers
+from heic_files import HALF_SEEN, coarse, grid, heic, in_two_pieces, layers
 from read_bombs import TIME
 
 
@@ -40,6 +42,14 @@ def test_layers_may_cover_each_other(read):
 
 def test_the_data_of_a_tile_may_stand_in_pieces(read):
     assert np.array_equal(read(in_two_pieces(heic())), read(heic()))
+
+
+def test_what_is_not_seen_is_white_and_the_profile_is_kept(read, tmp_path):
+    pixels = read(HALF_SEEN).astype(int)
+    for (y, x), colour in {(10, 10): (200, 80, 40), (10, 50): (40, 80, 200), (40, 10): (255, 255, 255), (40, 50): (255, 255, 255)}.items():
+        assert np.abs(pixels[y, x] - colour).max() <= 4
+    with Image.open(tmp_path / "out.png") as image:
+        assert image.info["icc_profile"] == profiles.wide_rgb()
 
 
 @pytest.mark.skipif(SANITIZED, reason="a sanitizer starts the threads itself")
