@@ -9,7 +9,7 @@
 #include <sstream>
 #include <system_error>
 
-#include "memory.h"
+#include "ending.h"
 
 namespace tool {
 

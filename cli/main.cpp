@@ -12,6 +12,7 @@
 
 #include "commands/commands.h"
 #include "console.h"
+#include "ending.h"
 #include "failure.h"
 #include "help_text.h"
 #include "memory.h"

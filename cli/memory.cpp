@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <malloc.h>
 #include <pthread.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -11,13 +10,11 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
-#include <exception>
 #include <new>
+#include <string_view>
 
-#include "console.h"
 #include "deadline.h"
-#include "printable.h"
-#include "safe_file.h"
+#include "ending.h"
 #include "size_limits.h"
 
 namespace tool {
@@ -28,45 +25,20 @@ thread_local int bears_nothing = 0;
 thread_local int missed = 0;
 thread_local Budget* budget = nullptr;
 thread_local Allowance* allowance = nullptr;
-/** An input as messages name it, or the begin of that; to destroy a string would be registered, with memory. */
-thread_local std::array<char, 1024> input{};
 bool own_code_began = false;
-
-/**
- * Where an exception cannot go on, as out of a destructor or of a thread, or has no memory for itself. Missing memory
- * is the one reason for it that is no mistake.
- */
-[[noreturn]] void end_of_exceptions() {
-  const std::exception_ptr current = std::current_exception();
-  if (!current) end_without_memory();
-  try {
-    std::rethrow_exception(current);
-  } catch (const std::bad_alloc&) {
-    end_without_memory();
-  } catch (...) {
-    remove_temporaries();
-    std::abort();
-  }
-}
 
 /** The library may be within an allocator: nothing is asked for. */
 void end_of_library(int) {
   if (foreign_depth == 0) return;  // it is the tool itself, and ends as it would
-  std::array<char, 2 * input.size()> text{};
+  std::array<char, 2 * InputName().size()> text{};
   char* end = text.data();
   for (const std::string_view part :
-       {std::string_view("vantrel: "), std::string_view(input.data()),
+       {std::string_view("vantrel: "), std::string_view(input_name().data()),
         std::string_view(": a library that works on it gave up (is the file damaged?)\n")}) {
     end = std::copy(part.begin(), part.end(), end);
   }
   end_with({text.data(), static_cast<std::size_t>(end - text.data())});
 }
-
-/** Before the objects of other files are made: that takes memory too. */
-struct Guard {
-  Guard() { std::set_terminate(end_of_exceptions); }
-};
-[[gnu::init_priority(101)]] const Guard guard;
 
 }  // namespace
 
@@ -115,14 +87,6 @@ bool Allowance::gives(std::size_t bytes) {
   return !spent_;
 }
 
-void name_input(const std::string& path) {
-  const std::string shown = printable(path);
-  std::size_t length = std::min(shown.size(), input.size() - 1);
-  const auto is_within_letter = [&](std::size_t at) { return at < shown.size() && (shown[at] & 0xC0) == 0x80; };
-  while (length > 0 && is_within_letter(length)) --length;
-  input[shown.copy(input.data(), length)] = '\0';
-}
-
 void expect_libraries_to_give_up() { std::signal(SIGABRT, end_of_library); }
 
 void begin_own_code() { own_code_began = true; }
@@ -134,18 +98,6 @@ void keep_memory() {
   mallopt(M_TRIM_THRESHOLD, 256 << 20);
 #endif
 }
-
-std::string message_of_input(const std::string& reason) {
-  return "vantrel: " + std::string(input.data()) + ": " + reason + "\n";
-}
-
-void end_with(std::string_view message) {
-  remove_temporaries();
-  print_error(message);
-  _exit(1);
-}
-
-void end_without_memory() { end_with("vantrel: not enough memory\n"); }
 
 }  // namespace tool
 
@@ -226,7 +178,7 @@ struct ForeignThread {
   ThreadMain* main;
   void* argument;
   tool::Budget* budget;
-  decltype(tool::input) input;
+  tool::InputName input;
   tool::CountedThread time{};
 
   void end() {
@@ -243,7 +195,7 @@ void* run_foreign_thread(void* given) {
   const Run run{static_cast<ForeignThread*>(given)};
   const tool::ForeignCode foreign(tool::Large::kCrashes);
   tool::budget = run.thread->budget;
-  tool::input = run.thread->input;
+  tool::input_name() = run.thread->input;
   run.thread->time.begin();
   return run.thread->main(run.thread->argument);
 }
@@ -304,7 +256,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadMa
   if (tool::foreign_depth == 0) return next(thread, attributes, main, argument);
   void* const memory = malloc(sizeof(ForeignThread));
   if (memory == nullptr) return EAGAIN;
-  auto* const foreign = new (memory) ForeignThread{main, argument, tool::budget, tool::input};
+  auto* const foreign = new (memory) ForeignThread{main, argument, tool::budget, tool::input_name()};
   const int error = next(thread, attributes, run_foreign_thread, foreign);
   if (error != 0) foreign->end();
   return error;

@@ -10,9 +10,9 @@
 #define VANTREL_CLI_MEMORY_H
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace tool {
 
@@ -95,12 +95,6 @@ class Allowance {
   bool spent_ = false;
 };
 
-/** What this thread works on from now on, for the messages that end the tool. */
-void name_input(const std::string& path);
-
-/** The line for standard error that names what this thread works on. */
-std::string message_of_input(const std::string& reason);
-
 /**
  * From now on a library that gives up where it works for the tool, as by an assertion that does not hold, ends it in
  * good order.
@@ -114,10 +108,6 @@ void begin_own_code();
  * Keeps the memory of one picture for the next: to give it back and to ask for it again costs more than to read a file.
  */
 void keep_memory();
-
-/** Ends the tool: one line on standard error, no temporary file, status 1. Needs no memory. */
-[[noreturn]] void end_with(std::string_view message);
-[[noreturn]] void end_without_memory();
 
 }  // namespace tool
 

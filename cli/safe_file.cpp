@@ -17,8 +17,8 @@
 #include <utility>
 
 #include "console.h"
+#include "ending.h"
 #include "failure.h"
-#include "memory.h"
 #include "size_limits.h"
 
 namespace tool {
