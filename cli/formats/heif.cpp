@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 
+#include "big_endian.h"
 #include "formats/codecs.h"
 #include "formats/heif_items.h"
 #include "formats/on_white.h"
@@ -41,8 +42,7 @@ Metadata metadata_of(const heif_image_handle* handle) {
     // Four bytes say how many more stand before the data.
     constexpr std::size_t kHead = 4;
     if (data.size() > kHead && heif_image_handle_get_metadata(handle, id, data.data()).code == heif_error_Ok) {
-      const std::size_t skipped = kHead + (std::size_t{data[0]} << 24 | std::size_t{data[1]} << 16 |
-                                           std::size_t{data[2]} << 8 | std::size_t{data[3]});
+      const std::size_t skipped = kHead + big_endian(data.data(), kHead);
       if (skipped < data.size()) metadata.exif.assign(data.data() + skipped, data.data() + data.size());
     }
   }

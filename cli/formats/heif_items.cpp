@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "big_endian.h"
 #include "formats/codecs.h"
 #include "formats/hevc.h"
 
@@ -24,8 +25,8 @@ class Reader {
 
   std::uint64_t number(int bytes) {
     if (left() < static_cast<std::uint64_t>(bytes)) refuse_damaged(Format::kHeif);
-    std::uint64_t value = 0;
-    for (int i = 0; i < bytes; ++i) value = value << 8 | file_[at_++];
+    const std::uint64_t value = big_endian(file_.data() + at_, static_cast<std::size_t>(bytes));
+    at_ += static_cast<std::uint64_t>(bytes);
     return value;
   }
   std::uint64_t at() const { return at_; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "big_endian.h"
 #include "formats/codecs.h"
 
 // The units and sets of parameters of Rec. ITU-T H.265, 7.3.1 and 7.3.2.2, as far as they tell a size.
@@ -100,9 +101,7 @@ double pixels_of_parameters(Bits bits) {
 
 std::size_t number_at(const Bytes& data, std::size_t at, std::size_t bytes) {
   if (at > data.size() || bytes > data.size() - at) refuse_damaged(Format::kHeif);
-  std::size_t value = 0;
-  for (std::size_t i = 0; i < bytes; ++i) value = value << 8 | data[at + i];
-  return value;
+  return big_endian(data.data() + at, bytes);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 // jpeglib.h needs the types of stdio before it.
 #include <jpeglib.h>
 
+#include "big_endian.h"
 #include "colours.h"
 #include "formats/codecs.h"
 #include "memory.h"
@@ -102,7 +103,7 @@ boolean take_segment(j_decompress_ptr codec) {
   jpeg_source_mgr& source = *codec->src;
   const JOCTET* const at = source.next_input_byte;
   const std::size_t left = source.bytes_in_buffer;
-  const std::size_t told = left < 2 ? left + 1 : static_cast<std::size_t>(at[0]) << 8 | at[1];
+  const std::size_t told = left < 2 ? left + 1 : big_endian(at, 2);
   const std::size_t size = std::max<std::size_t>(told, 2);
   if (size > left) ERREXIT(codec, JERR_INPUT_EOF);
   const std::string_view data(reinterpret_cast<const char*>(at) + 2, size - 2);

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstddef>
 
+#include "big_endian.h"
 #include "formats/codecs.h"
 #include "leptonica_pix.h"
 #include "memory.h"
@@ -9,12 +10,10 @@
 namespace tool {
 namespace {
 
-/** A number of so many bytes, the most significant first; 0 beyond the end of the file. */
+/** 0 beyond the end of the file. */
 std::int64_t number_at(const Bytes& file, std::size_t at, std::size_t bytes) {
   if (at > file.size() || bytes > file.size() - at) return 0;
-  std::int64_t number = 0;
-  for (std::size_t i = 0; i < bytes; ++i) number = number << 8 | file[at + i];
-  return number;
+  return static_cast<std::int64_t>(big_endian(file.data() + at, bytes));
 }
 
 /** Where the code stream of a JPEG 2000 file begins, which the decoder goes by; the end of the file if nowhere. */

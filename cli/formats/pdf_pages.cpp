@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "big_endian.h"
 #include "formats/codecs.h"
 #include "memory.h"
 
@@ -25,8 +26,7 @@ Bytes compressed_rows(const Bytes& png) {
   constexpr std::string_view kData = "IDAT";
   Bytes rows;
   for (std::size_t at = kSignature; at + kAroundData <= png.size();) {
-    std::size_t length = 0;
-    for (std::size_t i = 0; i < 4; ++i) length = length << 8 | png[at + i];
+    const std::size_t length = big_endian(png.data() + at, 4);
     const auto type = png.begin() + static_cast<std::ptrdiff_t>(at) + 4;
     const auto data = type + 4;
     if (std::equal(kData.begin(), kData.end(), type)) rows.insert(rows.end(), data, data + static_cast<long>(length));
