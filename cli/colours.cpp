@@ -3,7 +3,10 @@
 #include <lcms2.h>
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 
+#include "big_endian.h"
 #include "icc_extent.h"
 #include "memory.h"
 
@@ -13,22 +16,27 @@ namespace {
 struct ProfileRelease {
   void operator()(void* profile) const { cmsCloseProfile(profile); }
 };
-using Profile = std::unique_ptr<void, ProfileRelease>;
+
+/** No handle: there is none, or it is damaged. */
+struct Profile {
+  std::unique_ptr<void, ProfileRelease> handle;
+  std::uint64_t space = 0; /**< as its head says: the library's answer is an enumeration, whatever stands there */
+};
 
 Profile opened(const Bytes& icc) {
-  if (icc.empty() || !is_modest_profile(icc)) return nullptr;
-  return Profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
-}
-
-cmsColorSpaceSignature space_of(const Profile& profile) {
-  return profile ? cmsGetColorSpace(profile.get()) : static_cast<cmsColorSpaceSignature>(0);
+  constexpr std::size_t kSpace = 16;
+  if (icc.empty() || !is_modest_profile(icc)) return {};
+  Profile profile;
+  profile.handle.reset(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
+  if (profile.handle) profile.space = big_endian(icc.data() + kSpace, 4);
+  return profile;
 }
 
 /** Colours of a profile to 8-bit sRGB; null when the profile allows none. */
 std::shared_ptr<void> transform_to_srgb(const Profile& from, cmsUInt32Number format) {
-  const Profile srgb(cmsCreate_sRGBProfile());
+  const std::unique_ptr<void, ProfileRelease> srgb(cmsCreate_sRGBProfile());
   void* const transform =
-      cmsCreateTransform(from.get(), format, srgb.get(), TYPE_RGB_8, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
+      cmsCreateTransform(from.handle.get(), format, srgb.get(), TYPE_RGB_8, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
   if (transform == nullptr) return nullptr;
   return {transform, cmsDeleteTransform};
 }
@@ -37,7 +45,7 @@ using Levels = std::array<unsigned char, 256>;
 
 /** What each gray level is in sRGB: of a profile of gray levels, or where all three colours have that level. */
 bool levels_in_srgb(const Profile& profile, Levels& levels) {
-  const bool gray = space_of(profile) == cmsSigGrayData;
+  const bool gray = profile.space == cmsSigGrayData;
   const auto transform = transform_to_srgb(profile, gray ? TYPE_GRAY_8 : TYPE_RGB_8);
   if (!transform) return false;
   for (std::size_t level = 0; level < levels.size(); ++level) {
@@ -83,11 +91,10 @@ FittingColours fit_colours(const Bitmap& picture, const Bytes& icc, Profiles hel
   if (icc.empty() || picture.depth() == 1) return {};
   const ForeignCode foreign(Large::kCrashes);
   const Profile profile = opened(icc);
-  const auto space = space_of(profile);
-  if (space != cmsSigRgbData && space != cmsSigGrayData) return {};
+  if (profile.space != cmsSigRgbData && profile.space != cmsSigGrayData) return {};
   const bool can_stay = held == Profiles::kOwn || (held == Profiles::kColourOnly && colour);
-  if (can_stay && (space == cmsSigRgbData) == colour) return {true, std::nullopt};
-  const bool colours = colour && space == cmsSigRgbData;
+  if (can_stay && (profile.space == cmsSigRgbData) == colour) return {true, std::nullopt};
+  const bool colours = colour && profile.space == cmsSigRgbData;
   return {false, colours ? with_colours_in_srgb(picture, profile) : with_levels_in_srgb(picture, profile)};
 }
 
@@ -95,7 +102,7 @@ CmykReader::CmykReader(const Bytes& icc, bool inverted) : inverted_(inverted) {
   if (icc.empty()) return;
   const ForeignCode foreign(Large::kCrashes);
   const Profile profile = opened(icc);
-  if (space_of(profile) == cmsSigCmykData) {
+  if (profile.space == cmsSigCmykData) {
     transform_ = transform_to_srgb(profile, inverted ? TYPE_CMYK_8_REV : TYPE_CMYK_8);
   }
 }
