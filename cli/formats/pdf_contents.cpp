@@ -28,8 +28,8 @@ constexpr Work kWorkOfForm = 1000;
 /** How many samples a pixel has; three where it is not plain. */
 int samples_of(QPDFObjectHandle space) {
   const std::string name = space.isName() ? space.getName() : "";
-  if (name == "/DeviceGray") return 1;
-  if (name == "/DeviceCMYK") return 4;
+  if (name == "/DeviceGray" || name == "/G") return 1;
+  if (name == "/DeviceCMYK" || name == "/CMYK") return 4;
   if (!space.isArray() || space.getArrayNItems() < 2 || !space.getArrayItem(0).isName()) return 3;
   const std::string kind = space.getArrayItem(0).getName();
   if (kind == "/Indexed" || kind == "/CalGray" || kind == "/Separation") return 1;
@@ -130,7 +130,7 @@ class Page {
       pipe(content.getArrayItem(i));
     }
     pipe(content);
-    if (!drawing.refusal().empty()) throw Failure(drawing.refusal());
+    drawing.add_images();
     judged_ += drawing.work();
     check(judged_);
     return work_of_what_it_uses(drawing);
@@ -254,16 +254,21 @@ class Page {
 
   /** Judges what the dictionary of an image says of it. */
   Work check_image(QPDFObjectHandle image) {
-    const auto number = [&](const char* key, long long otherwise) {
-      QPDFObjectHandle value = image.getKey(key);
-      return value.isInteger() ? value.getIntValue() : otherwise;
+    // The short keys are for images within drawings, and taken everywhere.
+    const auto value = [&](const char* key, const char* short_key) {
+      QPDFObjectHandle found = image.getKey(key);
+      return found.isNull() ? image.getKey(short_key) : found;
     };
-    QPDFObjectHandle mask = image.getKey("/ImageMask");
+    const auto number = [](QPDFObjectHandle found, double otherwise) {
+      constexpr double kMost = 1e9;
+      return static_cast<int>(std::clamp(found.isNumber() ? found.getNumericValue() : otherwise, 0.0, kMost));
+    };
+    QPDFObjectHandle mask = value("/ImageMask", "/IM");
     const bool stencil = mask.isBool() && mask.getBoolValue();
-    const int bits = stencil ? 1 : static_cast<int>(std::clamp(number("/BitsPerComponent", 8), 1LL, 16LL));
-    const int samples = stencil ? 1 : samples_of(image.getKey("/ColorSpace"));
-    const std::int64_t width = std::max(number("/Width", 0), 0LL);
-    const std::int64_t height = std::max(number("/Height", 0), 0LL);
+    const int bits = stencil ? 1 : std::clamp(number(value("/BitsPerComponent", "/BPC"), 8), 1, 16);
+    const int samples = stencil ? 1 : samples_of(value("/ColorSpace", "/CS"));
+    const std::int64_t width = number(value("/Width", "/W"), 0);
+    const std::int64_t height = number(value("/Height", "/H"), 0);
     check_size(width, height, bits * samples, limits_);
     samples_ = std::min(kMuchWork, samples_ + times(width * height, samples));
     return width * height * bits * samples / 8;

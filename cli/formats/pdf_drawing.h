@@ -10,10 +10,9 @@
 #include <exception>
 #include <map>
 #include <qpdf/Pipeline.hh>
-#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
+#include <vector>
 
-#include "failure.h"
 #include "size_limits.h"
 
 namespace tool {
@@ -28,7 +27,12 @@ inline Work times(std::int64_t count, Work work) {
 
 struct TooMuch : std::exception {};
 
-/** Reads drawings: how long they are, what they name and how often, and the images that stand in them. */
+/**
+ * Reads drawings: how long they are, what they name and how often, and the images that stand in them.
+ *
+ * Where a string, a comment or the data of an image begins and ends only drawing tells. So words count wherever they
+ * stand, and what may be hidden counts both ways: it is never less than what is drawn.
+ */
 class Drawing : public Pipeline {
  public:
   /** How often each name is used. */
@@ -36,112 +40,53 @@ class Drawing : public Pipeline {
 
   Drawing(Work most, const Limits& limits) : Pipeline("drawing", nullptr), most_(most), limits_(limits) {}
 
-  void write(const unsigned char* data, std::size_t size) override {
-    constexpr Work kWorkOfByte = 10;
-    work_ += times(static_cast<std::int64_t>(size), kWorkOfByte);
-    for (std::size_t i = 0; i < size; ++i) read(static_cast<char>(data[i]));
-    if (work_ > most_) throw TooMuch();
-  }
+  /** @throws TooMuch */
+  void write(const unsigned char* data, std::size_t size) override;
+  /** After each of the streams that it stands in. */
   void finish() override { end_word(); }
+
+  /** To be called after the last: the work of the images that stand in it. @throws Failure one is too large. */
+  void add_images();
 
   Work work() const { return work_; }
   const Uses& objects() const { return objects_; }
   const Uses& patterns() const { return patterns_; }
   const Uses& states() const { return states_; }
   const Uses& fonts() const { return fonts_; }
-  /** How many bytes stand where text is, more than there are letters. */
+  /** How many bytes stand in strings, at most; there are no more letters. */
   std::int64_t text() const { return text_; }
-  /** An image in the drawing itself that is larger than allowed, or "". */
-  const std::string& refusal() const { return refusal_; }
 
  private:
-  void read(char c) {
-    constexpr std::size_t kLongest = 127;
-    text_ += in_text_ ? 1 : 0;
-    static const std::string kBetween("\0\t\n\f\r ()<>[]{}%", 15);
-    if (kBetween.find(c) != std::string::npos) return end_word();
-    if (c == '/') end_word();
-    if (word_.size() <= kLongest) word_ += c;
-  }
+  /** Those that the next operator or number may belong to: more than one where a comment may have been. */
+  using Names = std::vector<std::string>;
 
-  void end_word() {
-    if (word_.empty()) return;
-    if (word_[0] == '/') {
-      name_ = word_;
-    } else if (word_.find_first_not_of("+-.0123456789") == std::string::npos) {
-      if (name_ == "/W" || name_ == "/Width") width_ = number();
-      if (name_ == "/H" || name_ == "/Height") height_ = number();
-    } else {
-      take_operator();
-      name_.clear();
-    }
-    word_.clear();
-  }
-
-  void take_operator() {
-    constexpr Work kWorkOfOperator = 50;
-    work_ += kWorkOfOperator;
-    if (word_ == "Do") {
-      use(objects_);
-    } else if (word_ == "scn" || word_ == "SCN") {
-      use(patterns_);
-    } else if (word_ == "gs") {
-      use(states_);
-    } else if (word_ == "Tf") {
-      use(fonts_);
-    } else if (word_ == "BT" || word_ == "ET") {
-      in_text_ = word_ == "BT";
-    } else if (word_ == "BI") {
-      width_ = height_ = 0;
-    } else if (word_ == "ID") {
-      take_image();
-    }
-  }
-
-  /** By the name before the operator, as the dictionaries have it, with #20 and the like resolved. */
-  void use(Uses& uses) {
-    if (name_.empty()) return;
-    if (name_.find('#') == std::string::npos) {
-      ++uses[name_];
-      return;
-    }
-    try {
-      ++uses[QPDFObjectHandle::parse(name_).getName()];
-    } catch (const std::exception&) {
-      ++uses[name_];
-    }
-  }
-
-  std::int64_t number() const {
-    constexpr std::size_t kDigits = 9;
-    const std::string digits = word_.substr(0, kDigits);
-    return digits.find_first_not_of("0123456789") == std::string::npos ? std::stoll(digits) : 0;
-  }
-
-  void take_image() {
-    work_ += times(width_, height_);
-    try {
-      check_size(width_, height_, 8, limits_);
-    } catch (const Failure& failure) {
-      if (refusal_.empty()) refusal_ = failure.what();
-    }
-    width_ = height_ = 0;
-  }
+  void read(char c);
+  void read_text(char c);
+  void end_word();
+  void take_number();
+  void take_operator();
+  void use(Uses& uses);
+  void begin_comment();
+  void end_comment();
+  void add(const Names& more, Names& names);
 
   Work most_;
   const Limits& limits_;
   Work work_ = 0;
   std::string word_;
-  std::string name_;
-  bool in_text_ = false;
+  Names names_;
+  bool in_comment_ = false;
+  Names before_comment_;
+  std::int64_t open_parentheses_ = 0;
+  bool after_backslash_ = false;
+  bool in_hex_ = false;
   std::int64_t text_ = 0;
   Uses objects_;
   Uses patterns_;
   Uses states_;
   Uses fonts_;
-  std::int64_t width_ = 0;
-  std::int64_t height_ = 0;
-  std::string refusal_;
+  std::vector<std::int64_t> widths_; /**< of the images that stand in it, and heights */
+  std::vector<std::int64_t> heights_;
 };
 
 }  // namespace tool

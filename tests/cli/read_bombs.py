@@ -62,12 +62,21 @@ def bombs():
     yield "bits.pdf", PIXELS, pdf(image=(4 * SIDE, SIDE, 1, b"/DeviceGray"))
     yield "deep.pdf", BYTES, pdf(image=(9000, 9000, 16, b"/DeviceCMYK"))
     yield "often.pdf", WORK, pdf(drawing=b"q /X0 Do Q " * 1000, image=(4000, 4000, 8, b"/DeviceGray"))
-    yield "inline.pdf", WORK, pdf(drawing=b"BI /W 30000 /H 30000 /BPC 8 /CS /G ID " + bytes(99) + b" EI")
+    for number, sides in enumerate(SIDES_OF_IMAGES):
+        yield f"inline-{number}.pdf", PIXELS, pdf(drawing=b"BI /BPC 8 /CS /G " + sides + bytes(99) + b" EI")
+    for number, uses in enumerate(USES_OF_IMAGES):
+        yield f"often-{number}.pdf", WORK, pdf(drawing=uses * 1000, image=(4000, 4000, 8, b"/DeviceGray"))
+    yield "long-name.pdf", WORK, pdf(drawing=b"q %s0 Do Q " % LONG_NAME * 1000, image=(4000, 4000, 8, b"/DeviceGray"), name=LONG_NAME)
+    for name, sides in (("real", b"/W 30000.0 /Height 30000.0"), ("short", b"/W 30000     /H 30000     ")):
+        file = pdf(image=(SIDE, SIDE, 8, b"/DeviceGray"))
+        yield f"{name}.pdf", PIXELS, file.replace(b"/Width 30000 /Height 30000", sides)
     yield "long.pdf", WORK, pdf(drawing=repeated(b" ", 60), filter=b"/Filter /FlateDecode")
     yield "nested.pdf", WORK, pdf(forms=10)
     yield "outer.pdf", WORK, pdf(forms=10, own=False)
     yield "pattern.pdf", WORK, pdf(drawing=b"/Pattern cs /P scn 0 0 99 99 re f", others=pattern(0.01))
     yield "letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", others=FONT)
+    for number, text in enumerate(TEXTS):
+        yield f"letters-{number}.pdf", WORK, pdf(drawing=text % (b"a" * 9000), others=FONT)
     yield "drawn-letters.pdf", WORK, pdf(drawing=b"BT /F 10 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONT_OF_PICTURES)
     yield "lent-letters.pdf", WORK, pdf(drawing=b"BT /E 9 Tf /F 9 Tf (" + b"a" * 9000 + b") Tj ET", image=(2000, 2000, 8, b"/DeviceGray"), others=FONTS_OF_A_LETTER)
     yield "fills.pdf", TIME, fills()
@@ -105,13 +114,13 @@ def stream(dictionary, data):
     return b"<< %s /Length %d >> stream\n%s\nendstream" % (dictionary, len(data), data)
 
 
-def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0, own=True, others=(b"", b"")):
+def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0 0 cm /X0 Do", filter=b"", forms=0, own=True, others=(b"", b""), name=b"/X"):
     """A page, the image that it shows, and forms of which each draws the next ten times, the last one the image.
 
     The forms know each other by resources of their own, or by those of the page.
     """
     head = b"/Type /XObject /Subtype /Image /Width %d /Height %d /BitsPerComponent %d /ColorSpace %s /Filter /FlateDecode" % image
-    names = b" ".join(b"/X%d %d 0 R" % (i, 5 + i) for i in range(forms + 1))
+    names = b" ".join(b"%s%d %d 0 R" % (name, i, 5 + i) for i in range(forms + 1))
     resources = b"/Resources << /XObject << %s >> %s >>" % (names, others[0])
     form = b"/Type /XObject /Subtype /Form /BBox [0 0 99 99] " + (resources if own else b"/Resources << >>")
     if forms:
@@ -130,6 +139,35 @@ def pdf(box=b"0 0 99 99", image=(8, 8, 8, b"/DeviceGray"), drawing=b"99 0 0 99 0
         table += b"%010d 00000 n \n" % len(file)
         file += b"%d 0 obj %s endobj\n" % (number, content)
     return file + table + b"trailer << /Size %d /Root 1 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, len(file))
+
+
+# An image in a drawing, the numbers of its sides as readers of PDF bear them.
+SIDES_OF_IMAGES = [
+    b"/W 30000 /H 30000 ID ",
+    b"/W 30000.5 /H +30000 ID ",
+    b"/W 30000-1 /H 000000000030000ID ",
+    b"/Width %a\n30000 /Height % /W 1 5\r30000 ID ",
+    b"/#57 30000 /H#65ight 30000 ID ",
+    b"/W 30000 /H 30000 /X (/W 1 /H 1 BI) ID ",
+    b"/W 30000 % /H 1 ID\n/H 30000 ID ",
+]
+
+# An image shown; comments that are one or look like one stand between its name and the operator.
+USES_OF_IMAGES = [
+    b"q /X0 %a\nDo Q ",
+    b"q (%) /X0 %/Y\nDo Q ",
+    b"q /X0 % Do\n%/Z\rDo Q ",
+]
+LONG_NAME = b"/" + b"L" * 200
+
+# Letters, in text or what is drawn as such.
+TEXTS = [
+    b"BT /F 10Tf (%s) Tj ET",
+    b"/F 10 Tf (%s) Tj",
+    b"BT /F %%a\n10 Tf (ET) Tj (%s) Tj ET",
+    b"BT /F 10 Tf (\\)%s) Tj ET",
+    b"BT /F 10 Tf %%)\n[(ET) -5 (%s)] TJ ET",
+]
 
 
 def pattern(step):

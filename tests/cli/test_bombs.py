@@ -115,6 +115,18 @@ def test_bombs_of_formats_that_are_only_read_are_refused_at_once(tmp_path):
         assert said.startswith(f"vantrel: {tmp_path / name}: "), (name, said)
 
 
+def test_a_drawing_may_hold_images_of_many_sizes_and_letters_beside_long_paths(tool, tmp_path):
+    images = [b"q %d 0 0 %d 0 0 cm BI /W %d /H %d /BPC 8 /CS /G /F /AHx ID %s> EI Q " % (s, s, s, s, b"00" * s * s) for s in (60, 4, 8)]
+    drawing = images[0] + 3000 * images[1] + 100 * images[2] + b"BT /F 1 Tf (aaa) Tj ET " + 20000 * b"0 0 1 1 re f "
+    (tmp_path / "in.pdf").write_bytes(read_bombs.pdf(drawing=drawing, others=read_bombs.FONT))
+    result = tool("crop", "--rect", "0,0,412,412", "-o", tmp_path / "out.png", tmp_path / "in.pdf")
+    if "is not read by this build" in result.err:
+        pytest.skip(result.err)
+    assert result.code == 0, result.err
+    pixels = scans.load(tmp_path / "out.png")
+    assert pixels[300, 100].max() == 0 and pixels[100, 300].min() == 255
+
+
 @pytest.mark.skipif(SANITIZED, reason="a sanitizer has allocators of its own")
 def test_a_decoder_that_takes_too_much_ends_the_tool_in_good_order(tool, tmp_path, leftovers):
     content = {name: content for name, _, content in read_bombs.bombs()}["objects.pdf"]
