@@ -109,7 +109,9 @@ void Drawing::end_word() {
 }
 
 void Drawing::take_number() {
+  constexpr Work kWorkOfName = 10;
   constexpr Work kWorkOfSide = 1000;
+  work_ += times(static_cast<std::int64_t>(names_.size()), kWorkOfName);
   for (const std::string& name : names_) {
     const bool width = name == "/W" || name == "/Width";
     if (!width && name != "/H" && name != "/Height") continue;
@@ -148,13 +150,15 @@ void Drawing::end_comment() {
   before_comment_.clear();
 }
 
-/** None twice. So many come of nothing but a file that was made for it. */
+/** None twice. Many, or long ones again and again, come of nothing but a file that was made for it. */
 void Drawing::add(const Names& more, Names& names) {
   constexpr std::size_t kMost = 100;
   for (const std::string& name : more) {
+    work_ += static_cast<Work>(name.size() * (1 + names.size()));
     if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
   }
   if (names.size() > kMost) work_ = kMuchWork;
+  if (work_ > most_) throw TooMuch();
 }
 
 }  // namespace tool

@@ -83,6 +83,8 @@ def bombs():
     yield "gradient.pdf", TIME, pdf(drawing=b"q 99 0 0 99 0 0 cm /S sh Q " * 100, others=GRADIENT)
     yield "unpacked.pdf", TIME, pdf(drawing=zlib.compress(repeated(b" ", 2000), 9), filter=b"/Filter [/FlateDecode /FlateDecode /ASCIIHexDecode]")
     yield "names.pdf", WORK, pdf(drawing=repeated(b"/ gs ", 43), filter=b"/Filter /FlateDecode")
+    yield "comments.pdf", WORK, pdf(drawing=b"".join(b"%%/%d\n" % i for i in range(100000)))
+    yield "long-comments.pdf", WORK, pdf(drawing=zlib.compress(b"/" + b"L" * 2000000 + b" %\n" * 1000000), filter=b"/Filter /FlateDecode")
     yield "parts.pdf", WORK, pdf(others=(b">> /Contents [%s] /Unused <<" % (b"4 0 R " * 160000), b""))
     yield "objects.pdf", MEMORY, pdf_of_hidden_objects()
 
